@@ -1,0 +1,171 @@
+#include "KelvoAppDelegate.h"
+
+#include <QItemSelectionModel>
+#include <QPushButton>
+#include <QScreen>
+#include <utility>
+
+#include "CRC.h"
+#include "CloseActionWindow.h"
+#include "CommandCodes.h"
+#include "DataUnpacking.h"
+#include "FirstPaint.h"
+#include "LoadDataWindowController.h"
+#include "MainQueue.h"
+#include "ModalRun.h"
+#include "NSLog.h"
+#include "RVHidClass.h"
+#include "SBProgressBar.h"
+#include "SlotTableView.h"
+#include "ui_MainWindow.h"
+
+namespace kelvo {
+namespace {
+
+QStringList emptyLabels() {
+    return QStringList(kTableRows, QString());
+}
+
+void center(QWidget& window) {
+    const QRect available = window.screen()->availableGeometry();
+    window.move(available.center() - QRect(QPoint(), window.size()).center());
+}
+
+}  // namespace
+
+KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
+    : manager_(manager),
+      services_(std::move(services)),
+      IRNameArr_(emptyLabels()),
+      AMPNameArr_(emptyLabels()),
+      window_(std::make_unique<CloseActionWindow>()),
+      loadWindow_(std::make_unique<LoadDataWindowController>()) {
+    Ui::MainWindow interface;
+    interface.setupUi(window_.get());
+    addIR_ = interface.addIR;
+    deleteIR_ = interface.deleteIR;
+    addAMP_ = interface.addAMP;
+    ImportIRTableV_ = interface.ImportIRTableV;
+    ImportCabTableV_ = interface.ImportCabTableV;
+    QObject::connect(addIR_, &QPushButton::clicked, window_.get(), [this] { importIrButtonClick(); });
+    QObject::connect(deleteIR_, &QPushButton::clicked, window_.get(), [this] { deleteCAB(); });
+    QObject::connect(addAMP_, &QPushButton::clicked, window_.get(), [this] { importAMPButtonClick(); });
+    cabModel_ = attachTable(*ImportIRTableV_);
+    ampModel_ = attachTable(*ImportCabTableV_);
+}
+
+KelvoAppDelegate::~KelvoAppDelegate() {
+    manager_.stop();
+    if (hidThread_.joinable()) {
+        hidThread_.join();
+    }
+    if (receiveThread_.joinable()) {
+        receiveThread_.join();
+    }
+    AppClassPoint = nullptr;
+}
+
+std::unique_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table) {
+    auto model = std::make_unique<SlotTableModel>(*this, table.tag());
+    table.setModel(model.get());
+    QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, window_.get(),
+                     [this, tag = table.tag()] { tableViewSelectionDidChange(tag); });
+    return model;
+}
+
+void KelvoAppDelegate::applicationDidFinishLaunching() {
+    AppClassPoint = this;
+    showMainWindow();
+    hidThread_ = std::thread([this] { OpenHidDeviceThread(); });
+    services_.sleep(2);
+    if (isOpenDevice) {
+        loadFromDevice();
+    } else {
+        showNoDeviceAlert(QStringLiteral("exit"));
+    }
+}
+
+void KelvoAppDelegate::showMainWindow() {
+    window_->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    window_->setCloseAction([this] { exit(); });
+    window_->adjustSize();
+    center(*window_);
+    // The sleep that follows serves no events: without this the user would look at an empty frame.
+    showUntilPainted(*window_);
+}
+
+void KelvoAppDelegate::loadFromDevice() {
+    static std::uint8_t aaaa[8];
+    aaaa[0] = kFrameHeader1;
+    aaaa[kHeader2Offset] = kFrameHeader2;
+    aaaa[kLengthOffset] = 2;
+    aaaa[kLengthOffset + 1] = 0;
+    aaaa[kCommandOffset] = CMD_CONNECT;
+    SendUartCmd(aaaa);
+    receiveThread_ = std::thread([this] { OpenReceiveThread(); });
+    QWidget& loadingWindow = openLoadWindow();
+    center(loadingWindow);
+    runModalForWindow(loadingWindow);
+    services_.sleep(1);
+    NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
+    cabModel_->reloadData();
+    ampModel_->reloadData();
+}
+
+QWidget& KelvoAppDelegate::openLoadWindow() {
+    auto loaded = std::make_unique<LoadDataWindowController>(services_.exitProcess);
+    const std::lock_guard lock(loadWindowMutex_);
+    loadWindow_ = std::move(loaded);
+    loadWindow_->progressBar()->setFloatValue(earlyProgress_);
+    return *loadWindow_->window();
+}
+
+void KelvoAppDelegate::OpenHidDeviceThread() {
+    OpenHidDevice(manager_);
+}
+
+void KelvoAppDelegate::OpenReceiveThread() {
+    ReceiveThread();
+}
+
+void KelvoAppDelegate::exit() {
+    services_.exitProcess(0);
+}
+
+void KelvoAppDelegate::exitApp() {
+    dispatchMain([this] {
+        // Only a controller that is still the application may answer; the work may have waited.
+        if (AppClassPoint == this) {
+            showNoDeviceAlert(QStringLiteral("Exit"));
+        }
+    });
+}
+
+void KelvoAppDelegate::showNoDeviceAlert(const QString& button) {
+    const Alert alert{.messageText = QStringLiteral("No device connected. Please connected your KR310"),
+                      .buttons = {button},
+                      .style = AlertStyle::Critical};
+    services_.beginSheetModal(*window_, alert, [this](int) { exit(); });
+}
+
+QWidget& KelvoAppDelegate::window() const {
+    return *window_;
+}
+
+QStringList KelvoAppDelegate::IRNameArr() const {
+    const std::lock_guard lock(namesMutex_);
+    return IRNameArr_;
+}
+
+QStringList KelvoAppDelegate::AMPNameArr() const {
+    const std::lock_guard lock(namesMutex_);
+    return AMPNameArr_;
+}
+
+TransferState KelvoAppDelegate::transferState() const {
+    const std::lock_guard lock(transferMutex_);
+    return transfer_;
+}
+
+}  // namespace kelvo

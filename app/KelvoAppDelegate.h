@@ -1,0 +1,133 @@
+#pragma once
+
+#include <QStringList>
+#include <QUrl>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "AppClassPoint.h"
+#include "AppServices.h"
+#include "HidManager.h"
+#include "SlotTableModel.h"
+#include "TransferPackets.h"
+#include "TransferState.h"
+
+class QPushButton;
+
+namespace kelvo {
+
+class CloseActionWindow;
+class LoadDataWindowController;
+class SlotTableView;
+
+/// Rows of each table, slots of each kind in the device.
+inline constexpr int kTableRows = 10;
+/// The number of the first CAB and of the first AMP row in the labels.
+inline constexpr int kFirstCabNumber = 27;
+inline constexpr int kFirstAmpNumber = 56;
+
+/// The one controller: main window, slot tables, start-up, imports, deletion, and the answers of the device.
+///
+/// Main thread, but for CMD_CallBack (receive thread) and exitApp (any).
+class KelvoAppDelegate final : public AppClass, public SlotTableDataSource {
+public:
+    /// `manager` outlives the controller. Builds the windows; nothing is shown or started yet.
+    KelvoAppDelegate(HidManager& manager, AppServices services);
+
+    /// Ends both worker threads. The program itself never gets here: it leaves through exit or exitApp.
+    ~KelvoAppDelegate() override;
+
+    KelvoAppDelegate(const KelvoAppDelegate&) = delete;
+    KelvoAppDelegate& operator=(const KelvoAppDelegate&) = delete;
+
+    /// The start-up sequence. Blocks for two seconds, then until the device has reported all its data, then for one
+    /// second more; events are served while the loading window runs.
+    void applicationDidFinishLaunching();
+
+    /// Ends the process at once with status 0.
+    void exit();
+
+    void exitApp() override;
+    void CMD_CallBack(FrameView frame) override;
+
+    void importIrButtonClick();
+    void importAMPButtonClick();
+    void deleteCAB();
+
+    int numberOfRowsInTableView(int tag) const override;
+    QString tableView_objectValueForTableColumn_row(int tag, int column, int row) const override;
+    bool tableView_shouldEditTableColumn_row(int tag, int column, int row) const override;
+    void tableViewSelectionDidChange(int tag) override;
+
+    QWidget& window() const;
+    QPushButton& addIR() const { return *addIR_; }
+    QPushButton& deleteIR() const { return *deleteIR_; }
+    QPushButton& addAMP() const { return *addAMP_; }
+    SlotTableView& ImportIRTableV() const { return *ImportIRTableV_; }
+    /// The AMP table, in spite of its name.
+    SlotTableView& ImportCabTableV() const { return *ImportCabTableV_; }
+    const LoadDataWindowController& loadWindow() const { return *loadWindow_; }
+
+    std::uint8_t PRESET_PARAValue() const { return PRESET_PARAValue_; }
+    /// Copies of the labels and of the transfer's state as they are now. Any thread.
+    QStringList IRNameArr() const;
+    QStringList AMPNameArr() const;
+    TransferState transferState() const;
+
+private:
+    std::unique_ptr<SlotTableModel> attachTable(SlotTableView& table);
+    void showMainWindow();
+    void loadFromDevice();
+    QWidget& openLoadWindow();
+    void OpenHidDeviceThread();
+    void OpenReceiveThread();
+    void showNoDeviceAlert(const QString& button);
+
+    void receiveCabNames(FrameView frame);
+    void receiveAmpNames(FrameView frame);
+    void receivePresetPara(FrameView frame);
+    void receiveIRAcknowledgement(FrameView frame);
+    void receiveAMPAcknowledgement(FrameView frame);
+
+    void importIR(const QUrl& url);
+    void importAMP(const QUrl& url);
+    // The caller of these two holds transferMutex_.
+    void sendIRData();
+    void sendAMPData();
+    void selectTransferRow(const SlotTableView& table);
+    void sendDeletion();
+    void storeLabel(QStringList& labels, int row, const QString& label);
+
+    HidManager& manager_;
+    AppServices services_;
+
+    mutable std::mutex transferMutex_;
+    TransferState transfer_;
+
+    mutable std::mutex namesMutex_;
+    QStringList IRNameArr_;
+    QStringList AMPNameArr_;
+
+    std::atomic<std::uint8_t> PRESET_PARAValue_ = 0;
+
+    std::unique_ptr<CloseActionWindow> window_;
+    QPushButton* addIR_ = nullptr;
+    QPushButton* deleteIR_ = nullptr;
+    QPushButton* addAMP_ = nullptr;
+    SlotTableView* ImportIRTableV_ = nullptr;
+    SlotTableView* ImportCabTableV_ = nullptr;
+    std::unique_ptr<SlotTableModel> cabModel_;
+    std::unique_ptr<SlotTableModel> ampModel_;
+
+    // Guards the pointer against the receive thread, and the progress that came before there was a bar to show it.
+    std::mutex loadWindowMutex_;
+    std::unique_ptr<LoadDataWindowController> loadWindow_;
+    double earlyProgress_ = 0.0;
+
+    std::thread hidThread_;
+    std::thread receiveThread_;
+};
+
+}  // namespace kelvo

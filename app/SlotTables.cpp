@@ -1,0 +1,75 @@
+// The controller as data source of the slot tables, and the deletion of a CAB slot.
+
+#include "CRC.h"
+#include "CloseActionWindow.h"
+#include "CommandCodes.h"
+#include "KelvoAppDelegate.h"
+#include "NSLog.h"
+#include "SlotTableView.h"
+
+namespace kelvo {
+namespace {
+
+/// Tags of the tables in the interface file.
+constexpr int kCabTag = 1;
+constexpr int kAmpTag = 2;
+
+}  // namespace
+
+int KelvoAppDelegate::numberOfRowsInTableView(int) const {
+    return kTableRows;
+}
+
+QString KelvoAppDelegate::tableView_objectValueForTableColumn_row(int tag, int, int row) const {
+    const std::lock_guard lock(namesMutex_);
+    switch (tag) {
+        case kCabTag:
+            return IRNameArr_.value(row);
+        case kAmpTag:
+            return AMPNameArr_.value(row);
+        default:
+            return {};
+    }
+}
+
+bool KelvoAppDelegate::tableView_shouldEditTableColumn_row(int, int, int) const {
+    return false;
+}
+
+void KelvoAppDelegate::tableViewSelectionDidChange(int) {
+    // The selection is read when an action needs it.
+}
+
+void KelvoAppDelegate::storeLabel(QStringList& labels, int row, const QString& label) {
+    const std::lock_guard lock(namesMutex_);
+    // Without a selection the row is -1: there is no such label, and the caller goes on.
+    if (row >= 0 && row < labels.size()) {
+        labels[row] = label;
+    }
+}
+
+void KelvoAppDelegate::deleteCAB() {
+    const Alert alert{.messageText = QStringLiteral("Do you confirm deletion?"),
+                      .buttons = {QStringLiteral("delete"), QStringLiteral("cancel")},
+                      .style = AlertStyle::Warning};
+    services_.beginSheetModal(*window_, alert, [this](int response) {
+        if (response == kAlertFirstButtonReturn) {
+            sendDeletion();
+        } else if (response == kAlertSecondButtonReturn) {
+            NSLog("2");
+        }
+    });
+}
+
+void KelvoAppDelegate::sendDeletion() {
+    // Bytes behind the slot are never written, so they stay zero.
+    static PacketBuffer bbb{};
+    const int row = ImportIRTableV_->selectedRow();
+    layOutHeader(bbb, CMD_DELETE_CAB);
+    bbb[kDataOffset] = static_cast<std::uint8_t>(row & 0xFF);
+    SendUartCmd(bbb.data());
+    storeLabel(IRNameArr_, row, QStringLiteral("%1EMPTY").arg(row + kFirstCabNumber));
+    cabModel_->reloadData();
+}
+
+}  // namespace kelvo

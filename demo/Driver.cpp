@@ -1,0 +1,118 @@
+#include "Driver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPainter>
+#include <QTableView>
+#include <QTest>
+#include <QWindow>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+constexpr int kPollMilliseconds = 5;
+constexpr QColor kDesktop(0x30, 0x50, 0x68);
+constexpr int kDesktopMargin = 24;
+
+template <typename Dialog>
+Dialog* visibleDialog() {
+    Dialog* newest = nullptr;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (auto* const dialog = qobject_cast<Dialog*>(window); dialog != nullptr && dialog->isVisible()) {
+            newest = dialog;
+        }
+    }
+    return newest;
+}
+
+}  // namespace
+
+StepDriver::StepDriver(std::vector<Step> steps, Stuck stuck, std::chrono::milliseconds patience)
+    : steps_(std::move(steps)), stuck_(std::move(stuck)), patience_(patience) {
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { poll(); });
+}
+
+void StepDriver::start() {
+    since_ = std::chrono::steady_clock::now();
+    timer_.start(kPollMilliseconds);
+}
+
+void StepDriver::poll() {
+    if (finished()) {
+        timer_.stop();
+        return;
+    }
+    const Step& step = steps_[next_];
+    if (!step.ready()) {
+        if (std::chrono::steady_clock::now() - since_ > patience_) {
+            timer_.stop();
+            stuck_(step.name);
+        }
+        return;
+    }
+    // Counted first: what the step does may serve events, and so come back here.
+    ++next_;
+    since_ = std::chrono::steady_clock::now();
+    step.act();
+}
+
+QMessageBox* visibleMessageBox() {
+    return visibleDialog<QMessageBox>();
+}
+
+QFileDialog* visibleFileDialog() {
+    return visibleDialog<QFileDialog>();
+}
+
+QAbstractButton* buttonOf(const QMessageBox& box, const QString& text) {
+    for (QAbstractButton* const button : box.buttons()) {
+        if (button->text().remove(QLatin1Char('&')) == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+void click(QAbstractButton& button) {
+    QTest::mouseClick(&button, Qt::LeftButton);
+}
+
+void clickRow(QTableView& table, int row) {
+    const QPoint middle = table.visualRect(table.model()->index(row, 0)).center();
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, middle);
+}
+
+void enterPath(QFileDialog& dialog, const QString& path) {
+    auto* const field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    // Pasted in one piece: typed letters would open the completion list, which takes the Return key for itself.
+    field->setText(path);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+QImage visibleWindows() {
+    QRect all;
+    QList<QWidget*> windows;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible()) {
+            all |= window->frameGeometry();
+            windows.append(window);
+        }
+    }
+    // Dialogs lie above the window that they belong to.
+    std::stable_sort(windows.begin(), windows.end(),
+                     [](const QWidget* a, const QWidget* b) { return !a->isModal() && b->isModal(); });
+    all.adjust(-kDesktopMargin, -kDesktopMargin, kDesktopMargin, kDesktopMargin);
+    QImage picture(all.size(), QImage::Format_RGB32);
+    picture.fill(kDesktop);
+    QPainter painter(&picture);
+    for (QWidget* const window : std::as_const(windows)) {
+        painter.drawPixmap(window->pos() - all.topLeft(), window->grab());
+    }
+    return picture;
+}
+
+}  // namespace kelvo

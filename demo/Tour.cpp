@@ -1,0 +1,154 @@
+#include "Tour.h"
+
+#include <QAbstractButton>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTextStream>
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "KelvoAppDelegate.h"
+#include "LoadDataWindowController.h"
+#include "SlotTableView.h"
+#include "VirtualHidManager.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int kImportedCabRow = 0;
+constexpr int kImportedAmpRow = 2;
+constexpr int kDeletedCabRow = 3;
+
+using Steps = std::vector<StepDriver::Step>;
+
+void append(Steps& steps, Steps more) {
+    std::move(more.begin(), more.end(), std::back_inserter(steps));
+}
+
+template <typename Slots, typename Checksum>
+void listSlots(QTextStream& out, const char* kind, int firstNumber, const Slots& contents, Checksum checksum) {
+    int number = firstNumber;
+    for (const auto& slot : contents) {
+        out << kind << ' ' << number++ << " \"" << QString::fromStdString(slot.name) << "\" crc32 "
+            << QStringLiteral("%1").arg(checksum(slot), 8, 16, QLatin1Char('0')) << '\n';
+    }
+}
+
+}  // namespace
+
+Tour::Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places)
+    : controller_(controller), manager_(manager), pedal_(pedal), places_(std::move(places)) {}
+
+Steps Tour::steps() {
+    Steps steps{loadingAt(0), loadingAt(30), loadingAt(60), loadingAt(90)};
+    append(steps, importSteps());
+    append(steps, deleteSteps());
+    append(steps, unplugSteps());
+    return steps;
+}
+
+StepDriver::Step Tour::loadingAt(int percent) {
+    const auto shown = [this] {
+        const QLabel* const label = controller_.loadWindow().loadDataLabel();
+        return label != nullptr ? label->text().chopped(1).toInt() : -1;
+    };
+    return {"loading", [shown, percent] { return shown() >= percent; },
+            [this, shown] { takePicture(QStringLiteral("loading-%1").arg(shown())); }};
+}
+
+Steps Tour::importSteps() {
+    const auto pick = [this](const QString& name, SlotTableView& table, int row, QPushButton& button) {
+        takePicture(name);
+        clickRow(table, row);
+        click(button);
+    };
+    const auto choose = [this](const QString& name, const QString& path) {
+        takePicture(name);
+        enterPath(*visibleFileDialog(), path);
+    };
+    const auto filled = [this] {
+        return controller_.ImportCabTableV().model()->index(0, 0).data().toString().startsWith(QLatin1String("56."));
+    };
+    return {
+        {"filled tables", filled,
+         [this, pick] {
+             pick(QStringLiteral("tables"), controller_.ImportIRTableV(), kImportedCabRow, controller_.addIR());
+         }},
+        {"wave chooser", [] { return visibleFileDialog() != nullptr; },
+         [this, choose] { choose(QStringLiteral("choose-wave"), places_.wave); }},
+        {"finished CAB import", [this] { return visibleFileDialog() == nullptr && changed("CAB 27 <-"); },
+         [this, pick] {
+             pick(QStringLiteral("cab-imported"), controller_.ImportCabTableV(), kImportedAmpRow, controller_.addAMP());
+         }},
+        {"amp chooser", [] { return visibleFileDialog() != nullptr; },
+         [this, choose] { choose(QStringLiteral("choose-amp"), places_.amp); }},
+    };
+}
+
+Steps Tour::deleteSteps() {
+    return {
+        {"finished AMP import", [this] { return visibleFileDialog() == nullptr && changed("AMP 58 <-"); },
+         [this] {
+             takePicture(QStringLiteral("amp-imported"));
+             clickRow(controller_.ImportIRTableV(), kDeletedCabRow);
+             click(controller_.deleteIR());
+         }},
+        {"question", [] { return visibleMessageBox() != nullptr; },
+         [this] {
+             takePicture(QStringLiteral("delete-question"));
+             click(*buttonOf(*visibleMessageBox(), QStringLiteral("delete")));
+         }},
+    };
+}
+
+Steps Tour::unplugSteps() {
+    return {
+        {"cleared CAB", [this] { return visibleMessageBox() == nullptr && changed("CAB 30 cleared"); },
+         [this] {
+             takePicture(QStringLiteral("cab-deleted"));
+             manager_.unplug();
+         }},
+        {"alert", [] { return visibleMessageBox() != nullptr; },
+         [this] {
+             takePicture(QStringLiteral("unplugged"));
+             writeTranscript();
+             click(*buttonOf(*visibleMessageBox(), QStringLiteral("Exit")));
+         }},
+    };
+}
+
+bool Tour::changed(const std::string& beginning) const {
+    const auto changes = manager_.activity().changes;
+    return std::any_of(changes.begin(), changes.end(),
+                       [&](const std::string& line) { return line.starts_with(beginning); });
+}
+
+void Tour::takePicture(const QString& name) {
+    const QString number = QStringLiteral("%1").arg(++pictures_, 2, 10, QLatin1Char('0'));
+    const QString path = QStringLiteral("%1/%2-%3.png").arg(places_.pictures, number, name);
+    if (!visibleWindows().save(path)) {
+        qFatal("cannot write %s", qPrintable(path));
+    }
+}
+
+void Tour::writeTranscript() const {
+    QFile file(places_.pictures + QStringLiteral("/transcript.txt"));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+    QTextStream out(&file);
+    out << "Changes of the pedal's memory:\n";
+    for (const std::string& line : manager_.activity().changes) {
+        out << QString::fromStdString(line) << '\n';
+    }
+    out << "\nWhat the pedal holds:\n";
+    const Kr310Memory memory = pedal_.memory();
+    listSlots(out, "CAB", kFirstCabNumber, memory.cab, cabCrc32);
+    listSlots(out, "AMP", kFirstAmpNumber, memory.amp, ampCrc32);
+}
+
+}  // namespace kelvo

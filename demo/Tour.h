@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+#include "Driver.h"
+
+namespace kelvo {
+
+class KelvoAppDelegate;
+class VirtualHidManager;
+class VirtualKr310;
+
+/// The self-driven tour: what a user would do with the utility, on a virtual pedal. Main thread.
+class Tour {
+public:
+    struct Places {
+        QString pictures;  ///< An existing directory for the pictures and the transcript.
+        QString wave;      ///< The files to import.
+        QString amp;
+    };
+
+    Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places);
+
+    /// From the loading window to the alert that the cable was pulled; the last step presses the alert's button.
+    std::vector<StepDriver::Step> steps();
+
+private:
+    StepDriver::Step loadingAt(int percent);
+    std::vector<StepDriver::Step> importSteps();
+    std::vector<StepDriver::Step> deleteSteps();
+    std::vector<StepDriver::Step> unplugSteps();
+    bool changed(const std::string& beginning) const;
+    void takePicture(const QString& name);
+    void writeTranscript() const;
+
+    KelvoAppDelegate& controller_;
+    VirtualHidManager& manager_;
+    const VirtualKr310& pedal_;
+    Places places_;
+    int pictures_ = 0;
+};
+
+}  // namespace kelvo

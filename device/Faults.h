@@ -1,0 +1,71 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace kelvo {
+
+/// What may be wrong with a virtual KR310. Every fault works alone and together with any other; a default-made value is
+/// a sound pedal. The faults concern what the pedal sends; what it stores follows from what reaches it.
+struct Faults {
+    /// No acknowledgement of this phase and all later ones; 0: no answer to anything, CMD_CONNECT included.
+    std::optional<std::uint8_t> silentFromPhase;
+    /// Every answer comes this much later.
+    std::chrono::milliseconds answerDelay{0};
+    /// Every acknowledgement is sent twice.
+    bool duplicateAcknowledgement = false;
+    /// Phase n is acknowledged as n + 1, the last phase as 1.
+    bool wrongAcknowledgement = false;
+    /// Every acknowledgement carries this phase instead; wins over wrongAcknowledgement.
+    std::optional<std::uint8_t> acknowledgementOutOfRange;
+    /// Every n-th frame has a wrong CRC; 0: none, 1: all.
+    std::uint32_t corruptCrcEvery = 0;
+    /// Garbage in front of the first frame of every answer.
+    bool garbageBefore = false;
+    /// Garbage behind every frame.
+    bool garbageBetween = false;
+    /// Every n-th frame has garbage put into its middle, which spoils it; 0: none, 1: all.
+    std::uint32_t garbageInsideEvery = 0;
+    /// Frame bytes per report, 1 to 63; 0: as many as fit.
+    std::uint32_t splitReports = 0;
+    /// The frames of one answer follow each other without a gap, so that a report may hold several. A report leaves
+    /// when its last byte is due.
+    bool mergedReports = false;
+    /// Every report says it carries 255 frame bytes.
+    bool countOver63 = false;
+    /// Reports come without their last byte.
+    bool reportsOf63 = false;
+    /// Reports come with one byte more; with reportsOf63, the two sizes take turns.
+    bool reportsOf65 = false;
+    /// The progress values 200 and 255 are sent, each for its pace, before the final 199.
+    bool progressOver199 = false;
+    /// The name lists come this much after the final 199 instead of before it.
+    std::optional<std::chrono::milliseconds> namesAfterDone;
+    /// The k-th output report since the pedal was plugged in is refused; 0: none.
+    std::uint32_t refuseReport = 0;
+    /// The pedal is unplugged at the k-th output report since it was plugged in, and that report refused; 0: never.
+    std::uint32_t unplugAtReport = 0;
+};
+
+/// A fault by name, for command lines and parameterised tests.
+struct FaultEntry {
+    std::string_view name;
+    /// What the number behind the name means; empty when the fault takes none.
+    std::string_view argument;
+    /// The number that stands when none is given, and the greatest that is taken; the least is 0.
+    std::uint32_t usual;
+    std::uint32_t greatest;
+    void (*set)(Faults& faults, std::uint32_t number);
+};
+
+/// All faults, each once.
+[[nodiscard]] std::span<const FaultEntry> faultTable();
+
+/// Switches on what `text` names: "corrupt-crc" or "corrupt-crc=3". Returns false, with `faults` unchanged, when the
+/// name is unknown, the number is none or too great, or the fault takes no number.
+[[nodiscard]] bool parseFault(std::string_view text, Faults& faults);
+
+}  // namespace kelvo

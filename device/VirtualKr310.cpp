@@ -1,0 +1,205 @@
+#include "VirtualKr310.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+/// Host to pedal: connect, import (acknowledged with the same code), delete.
+constexpr std::uint8_t kConnect = 0xE0;
+constexpr std::uint8_t kCabData = 0xE1;
+constexpr std::uint8_t kAmpData = 0xE2;
+constexpr std::uint8_t kDeleteCab = 0xE4;
+/// Pedal to host: names and start-up progress.
+constexpr std::uint8_t kAmpNames = 0xE3;
+constexpr std::uint8_t kCabNames = 0x85;
+constexpr std::uint8_t kProgress = 0xA5;
+
+constexpr std::size_t kConnectData = 1;
+constexpr std::size_t kDeleteData = 514;
+constexpr std::uint8_t kDone = 199;
+constexpr std::array<std::uint8_t, 2> kBeyondDone = {200, 255};
+constexpr std::uint8_t kCabPlanes = 3;
+constexpr std::uint8_t kAmpPlanes = 4;
+
+using Slots = std::array<Kr310Slot, kSlotCount>;
+
+std::string printable(std::string_view name) {
+    std::string text(name);
+    std::ranges::replace_if(
+        text, [](char c) { return c < ' ' || c > '~'; }, '?');
+    return text;
+}
+
+Frame nameList(std::uint8_t command, const Slots& slots, char padding) {
+    std::string names;
+    for (const Kr310Slot& slot : slots) {
+        std::string name = slot.name;
+        name.resize(kSlotNameSize, padding);
+        names += name;
+    }
+    return {command, {names.begin(), names.end()}};
+}
+
+}  // namespace
+
+/// What sets CAB and AMP slots apart. `firstNumber` is the number of slot 0 on the pedal's display.
+struct VirtualKr310::SlotKind {
+    const char* label;
+    std::size_t firstNumber;
+    const char* unit;
+    std::uint32_t (*crc32)(const Kr310Slot& slot);
+    Slots Kr310Memory::*slots;
+    Kr310Transfer VirtualKr310::*transfer;
+};
+
+const VirtualKr310::SlotKind VirtualKr310::kCab = {
+    "CAB", 27, "points", cabCrc32, &Kr310Memory::cab, &VirtualKr310::cabTransfer_};
+const VirtualKr310::SlotKind VirtualKr310::kAmp = {
+    "AMP", 56, "words", ampCrc32, &Kr310Memory::amp, &VirtualKr310::ampTransfer_};
+
+VirtualKr310::VirtualKr310(Kr310Memory memory, LineSink sink)
+    : sink_(std::move(sink)), memory_(std::move(memory)), cabTransfer_(kCabPlanes), ampTransfer_(kAmpPlanes) {}
+
+void VirtualKr310::setStartup(const Kr310Startup& startup) {
+    const std::lock_guard lock(mutex_);
+    startup_ = startup;
+}
+
+void VirtualKr310::setFaults(const Faults& faults) {
+    const std::lock_guard lock(mutex_);
+    faults_ = faults;
+}
+
+Faults VirtualKr310::faults() const {
+    const std::lock_guard lock(mutex_);
+    return faults_;
+}
+
+Kr310Memory VirtualKr310::memory() const {
+    const std::lock_guard lock(mutex_);
+    return memory_;
+}
+
+void VirtualKr310::powerUp() {
+    const std::lock_guard lock(mutex_);
+    reader_.reset();
+    cabTransfer_.reset();
+    ampTransfer_.reset();
+}
+
+VirtualKr310::Reaction VirtualKr310::receive(std::span<const std::uint8_t> report) {
+    Reaction reaction;
+    {
+        const std::lock_guard lock(mutex_);
+        for (const Frame& frame : reader_.takeReport(report)) {
+            AnswerWriter answer(faults_, frameCounter_);
+            handle(frame, answer, reaction.changes);
+            std::ranges::move(answer.finish(), std::back_inserter(reaction.reports));
+        }
+    }
+    for (const std::string& line : reaction.changes) {
+        if (sink_) {
+            sink_(line);
+        }
+    }
+    return reaction;
+}
+
+void VirtualKr310::handle(const Frame& frame, AnswerWriter& answer, std::vector<std::string>& changes) {
+    switch (frame.command) {
+        case kConnect:
+            return connect(frame, answer);
+        case kCabData:
+            return takePacket(kCab, frame, answer, changes);
+        case kAmpData:
+            return takePacket(kAmp, frame, answer, changes);
+        case kDeleteCab:
+            return deleteCab(frame, changes);
+        default:
+            return;
+    }
+}
+
+void VirtualKr310::connect(const Frame& frame, AnswerWriter& answer) const {
+    if (frame.data.size() != kConnectData || faults_.silentFromPhase == 0) {
+        return;
+    }
+    std::chrono::microseconds due{0};
+    const auto progress = [&](std::uint32_t value) {
+        answer.add(due, {kProgress, {static_cast<std::uint8_t>(value)}});
+        due += startup_.progressPace;
+    };
+    const auto names = [&] {
+        const Frame cab = nameList(kCabNames, memory_.cab, '\0');
+        const Frame amp = nameList(kAmpNames, memory_.amp, ' ');
+        answer.add(due, startup_.ampNamesFirst ? amp : cab);
+        answer.add(due, startup_.ampNamesFirst ? cab : amp);
+    };
+    for (std::uint32_t value = 0; value < kDone; value += std::clamp<std::uint32_t>(startup_.progressStep, 1, kDone)) {
+        progress(value);
+    }
+    if (faults_.progressOver199) {
+        std::ranges::for_each(kBeyondDone, progress);
+    }
+    if (!faults_.namesAfterDone) {
+        names();
+    }
+    answer.add(due, {kProgress, {kDone}});
+    if (faults_.namesAfterDone) {
+        due += *faults_.namesAfterDone;
+        names();
+    }
+}
+
+void VirtualKr310::takePacket(const SlotKind& kind, const Frame& frame, AnswerWriter& answer,
+                              std::vector<std::string>& changes) {
+    constexpr std::size_t slotAndPhase = 2;
+    Kr310Transfer& transfer = this->*kind.transfer;
+    if (frame.data.size() < slotAndPhase || !transfer.fits(frame.data[1], frame.data.size() - slotAndPhase)) {
+        return;
+    }
+    const std::uint8_t slot = frame.data[0];
+    std::optional<Kr310Slot> content = transfer.take(slot, frame.data[1], std::span(frame.data).subspan(slotAndPhase));
+    if (content && slot < kSlotCount) {
+        char crc[9];
+        std::snprintf(crc, sizeof crc, "%08x", static_cast<unsigned>(kind.crc32(*content)));
+        changes.push_back(std::string(kind.label) + ' ' + std::to_string(kind.firstNumber + slot) + " <- \"" +
+                          printable(content->name) + "\" " + std::to_string(kSlotWords) + ' ' + kind.unit + ", crc32 " +
+                          crc);
+        (memory_.*kind.slots)[slot] = std::move(*content);
+    }
+    acknowledge(frame, transfer.lastPhase(), answer);
+}
+
+void VirtualKr310::acknowledge(const Frame& packet, std::uint8_t lastPhase, AnswerWriter& answer) const {
+    const std::uint8_t phase = packet.data[1];
+    if (faults_.silentFromPhase && phase >= *faults_.silentFromPhase) {
+        return;
+    }
+    std::uint8_t told = phase;
+    if (faults_.wrongAcknowledgement) {
+        told = phase == lastPhase ? 1 : static_cast<std::uint8_t>(phase + 1);
+    }
+    const Frame frame{packet.command, {faults_.acknowledgementOutOfRange.value_or(told)}};
+    answer.add({}, frame);
+    if (faults_.duplicateAcknowledgement) {
+        answer.add({}, frame);
+    }
+}
+
+void VirtualKr310::deleteCab(const Frame& frame, std::vector<std::string>& changes) {
+    if (frame.data.size() != kDeleteData || frame.data[0] >= kSlotCount) {
+        return;
+    }
+    memory_.cab[frame.data[0]] = {};
+    changes.push_back(std::string(kCab.label) + ' ' + std::to_string(kCab.firstNumber + frame.data[0]) + " cleared");
+}
+
+}  // namespace kelvo

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace kelvo {
+
+/// Points of an impulse response in the device: 44100 Hz, 24-bit two's complement in bits 0 to 23.
+inline constexpr std::size_t kIRPointCount = 512;
+
+/// Source frames that the conversion takes at most; 512 points need 1114 frames at 96000 Hz.
+inline constexpr std::size_t kIRFrameCount = 1120;
+
+using IRPointBuffer = std::array<std::uint32_t, kIRFrameCount>;
+
+/// How a source rate becomes 44100 Hz.
+struct IRRate {
+    std::uint32_t sampleRate;  ///< Hz
+    std::size_t frameCap;      ///< source frames that are decoded and converted
+    float ratio;               ///< source frames per point; 0 means that the frames are the points
+};
+
+/// The entry for a sample rate, or null for a rate that is not supported. Supported are 44100, 48000, 88200 and 96000.
+[[nodiscard]] const IRRate* findIRRate(std::uint32_t sampleRate);
+
+/// Decodes the first channel of the frames that lie wholly in `data`, at most `maxFrames`, to 24-bit two's complement;
+/// the rest of `out` is left as it is. 8-bit samples are not re-biased from unsigned. Floats beyond -1.0 to 1.0 wrap,
+/// and positive ones then keep their bits 24 to 31. Returns false for a width other than 8, 16, 24 (integers)
+/// and 32 (IEEE-754 singles). A channel count other than 1 or 2 decodes nothing.
+[[nodiscard]] bool decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
+                                      std::uint32_t bitsPerSample, std::size_t maxFrames, IRPointBuffer& out);
+
+/// `value` truncated toward zero. NaN, infinities and values beyond 32 bits give INT32_MIN, as x86's cvttss2si does, on
+/// every processor.
+[[nodiscard]] std::int32_t truncateToInt32(float value);
+
+/// 24-bit integers (bits 24 to 31 are ignored) to floats in -1.0 to 1.0. Converts as many as the rate's frame cap,
+/// leaves the rest of `out` and returns the count: 0 for a rate that needs no resampling or is not supported.
+std::size_t ICovertoF(std::span<const std::uint32_t, kIRFrameCount> in, std::int32_t sampleRate,
+                      std::span<float, kIRFrameCount> out);
+
+/// Linear interpolation from `sampleRate` to 44100 Hz. Every operation rounds to single precision. A rate that needs no
+/// resampling or is not supported counts as the ratio 0.
+void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate, std::span<float, kIRPointCount> out);
+
+/// Floats to 24-bit integers; bits 24 to 31 are zero. An exact 1.0 or -1.0 in `in` is replaced there by the nearest
+/// value that fits the device; other values beyond that range wrap within 24 bits.
+void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRPointCount> out);
+
+}  // namespace kelvo

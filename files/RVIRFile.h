@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "DisplayName.h"
+#include "IRConversion.h"
+
+namespace kelvo {
+
+/// Names of the device's own impulse responses, of which the first 15 bytes are used. Nobody fills the table: an empty
+/// entry gives an empty name. Whoever fills it one day must do so before a file is opened.
+extern std::array<std::string_view, 30> FileNameBuff;
+
+/// One impulse-response file: RIFF/WAVE, or the internal format that begins with "TavikIR".
+///
+/// Chunks are found by scanning for the first "fmt " and the first "data", wherever they stand; sizes, format tag, byte
+/// rate and block align of the headers are not looked at. One thread at a time.
+class RVIRFile {
+public:
+    RVIRFile() { CharFileNane.fill(' '); }
+
+    /// Closes the file that is open and opens another. Returns false, with no file open, for what readWholeFile does
+    /// not read, and for a file without the internal magic that is shorter than 12 bytes, lacks a chunk or the
+    /// "RIFF"/"WAVE" marks, whose fmt chunk or data header is cut off by the end of the file, or that has no channel or
+    /// fewer than 8 bits per sample. Rate and depth are only judged by GetIRDataBuffer. A failure leaves CharFileNane.
+    [[nodiscard]] bool OpenFilePath(const QString& path);
+
+    /// Writes the device's form of the open file: 512 points at 44100 Hz, 24-bit two's complement with bits 24 to 31
+    /// zero (floats beyond -1.0 to 1.0 excepted, see decodeFirstChannel). What the file lacks of the samples it
+    /// declares is silence; of a frame that is cut off nothing is used. A channel count other than 1 or 2 gives
+    /// silence. Returns false and leaves `points` when no file is open or the rate or depth is not supported.
+    [[nodiscard]] bool GetIRDataBuffer(std::span<std::uint32_t, kIRPointCount> points) const;
+
+    CharName CharFileNane;           ///< the slot's name; 20 spaces before the first file
+    bool isInteralIR = false;        ///< the last file had the internal magic
+    bool IsFileOpenSuccess = false;  ///< a file is open
+    std::uint32_t FileSize = 0;      ///< length in bytes of the last file that could be read
+    std::uint32_t PointSize = 0;     ///< sample frames that the data chunk declares; WAVE only
+
+private:
+    /// What is used of a fmt chunk.
+    struct WAVE_FORMAT {
+        std::uint32_t channels = 0;
+        std::uint32_t sampleRate = 0;  // Hz
+        std::uint32_t bitsPerSample = 0;
+    };
+
+    [[nodiscard]] bool openInternal();
+    [[nodiscard]] bool openWave(const QString& path);
+    [[nodiscard]] bool unpackInternal(std::span<std::uint32_t, kIRPointCount> points) const;
+    [[nodiscard]] bool convertWave(std::span<std::uint32_t, kIRPointCount> points) const;
+
+    std::vector<std::uint8_t> pFileBuff;  // the whole file, empty when none is open
+    std::size_t pIRData = 0;              // WAVE: offset of the first sample byte, at most the file's size; else 0
+    WAVE_FORMAT fmt_block;                // WAVE
+};
+
+}  // namespace kelvo

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+
+namespace kelvo {
+
+/// Size of an input and of an output report without its report number, fixed by the device's report descriptor.
+inline constexpr std::size_t kReportSize = 64;
+
+using Report = std::array<std::uint8_t, kReportSize>;
+
+/// Which devices a HidManager looks for; all three numbers must match. `versionNumber` is the device release of the USB
+/// device descriptor (bcdDevice) read as a plain binary number.
+struct HidMatching {
+    std::int64_t vendorId = 0;
+    std::int64_t productId = 0;
+    std::int64_t versionNumber = 0;
+};
+
+/// One attached HID device. Its identity is its address. It may outlive its removal; reports are then refused.
+class HidDevice {
+public:
+    virtual ~HidDevice() = default;
+
+    /// Sends one output report, report number 0, and waits until the platform has taken it. Returns false when the
+    /// report was refused, in whole or in part. Any thread, one call at a time.
+    [[nodiscard]] virtual bool setReport(std::span<const std::uint8_t, kReportSize> report) = 0;
+};
+
+/// The platform's HID layer: everything the link asks of the operating system.
+///
+/// Order of use: setDeviceMatching, the three register calls, open, run. All callbacks come on the thread inside `run`.
+class HidManager {
+public:
+    using DeviceCallback = std::function<void(const std::shared_ptr<HidDevice>& device)>;
+    /// `report` holds the bytes of one input report without its report number, whatever their count; it is only valid
+    /// during the call.
+    using InputReportCallback =
+        std::function<void(const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report)>;
+
+    virtual ~HidManager() = default;
+
+    virtual void setDeviceMatching(const HidMatching& matching) = 0;
+    /// Called once per matching device, for those present at `run` and for those that arrive later.
+    virtual void registerDeviceMatchingCallback(DeviceCallback callback) = 0;
+    /// Called once when a device that was announced has gone away.
+    virtual void registerDeviceRemovalCallback(DeviceCallback callback) = 0;
+    virtual void registerInputReportCallback(InputReportCallback callback) = 0;
+
+    /// Gets ready to watch the bus. Returns false when that failed; `run` then finds no device, but still waits.
+    virtual bool open() = 0;
+
+    /// Serves callbacks on the calling thread until `stop`.
+    virtual void run() = 0;
+
+    /// Makes the running, or else the next, `run` return. Any thread, also from within a callback.
+    virtual void stop() = 0;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,77 @@
+#include "HidrawDevice.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+/// hidraw wants the report number, 0, before the report.
+constexpr std::size_t kMessageSize = 1 + kReportSize;
+
+/// What a write meets when the cable is pulled. ETIMEDOUT and EPIPE come from a device that is still there.
+constexpr std::array kGoneErrors{EIO, ENODEV, EPROTO, ESHUTDOWN};
+
+/// Repeats a system call while signals interrupt it.
+template <typename Call>
+auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
+
+UniqueFd openAndLock(const std::string& node) {
+    UniqueFd fd(uninterrupted([&] { return ::open(node.c_str(), O_RDWR | O_CLOEXEC | O_NOCTTY); }));
+    if (!fd) {
+        throw std::runtime_error(std::generic_category().message(errno));
+    }
+    struct stat status {};
+    if (fstat(fd.get(), &status) != 0 || !S_ISCHR(status.st_mode)) {
+        throw std::runtime_error("not a character device");
+    }
+    if (flock(fd.get(), LOCK_EX | LOCK_NB) != 0) {
+        throw std::runtime_error("in use by another program");
+    }
+    return fd;
+}
+
+}  // namespace
+
+HidrawDevice::HidrawDevice(const std::string& node, std::shared_ptr<const WakeUp> wakeUp)
+    : node_(openAndLock(node)), wakeUp_(std::move(wakeUp)) {}
+
+bool HidrawDevice::setReport(std::span<const std::uint8_t, kReportSize> report) {
+    if (gone_) {
+        return false;
+    }
+    std::array<std::uint8_t, kMessageSize> message{};
+    std::ranges::copy(report, message.begin() + 1);
+    const ssize_t written = uninterrupted([&] { return ::write(fd(), message.data(), message.size()); });
+    if (written < 0 && std::ranges::find(kGoneErrors, errno) != kGoneErrors.end()) {
+        markGone();
+        wakeUp_->signal();
+    }
+    return written == ssize_t{kMessageSize};
+}
+
+std::optional<std::size_t> HidrawDevice::readReport(std::span<std::uint8_t> buffer) const {
+    const ssize_t length = uninterrupted([&] { return ::read(fd(), buffer.data(), buffer.size()); });
+    // Whatever the error is, the node would stay readable with nothing to be had from it.
+    if (length <= 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(length);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,186 @@
+#include "HidrawManager.h"
+
+#include <libudev.h>
+#include <poll.h>
+
+#include <array>
+#include <charconv>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "NSLog.h"
+
+namespace kelvo {
+namespace {
+
+constexpr auto kSubsystem = "hidraw";
+constexpr std::string_view kRulesFile = "70-kelvo.rules";
+
+/// The longest report the kernel hands out (its HID_MAX_BUFFER_SIZE).
+constexpr std::size_t kLongestReport = 16384;
+
+/// A descriptor of -1 is left out by poll(2).
+constexpr int kNoFd = -1;
+
+struct EnumerateRelease {
+    void operator()(udev_enumerate* list) const { udev_enumerate_unref(list); }
+};
+
+using UdevDevice = std::unique_ptr<udev_device, UdevRelease>;
+
+/// udev hands out null for what is not there; a view of it is empty.
+std::string_view viewOf(const char* text) {
+    return text == nullptr ? std::string_view() : std::string_view(text);
+}
+
+/// True when the attribute is `number` in hexadecimal digits and nothing else.
+bool attributeIs(udev_device& device, const char* name, std::int64_t number) {
+    const std::string_view text = viewOf(udev_device_get_sysattr_value(&device, name));
+    const char* const end = text.data() + text.size();
+    std::int64_t value = 0;
+    const auto [stop, error] = std::from_chars(text.data(), end, value, 16);
+    return error == std::errc() && stop == end && value == number;
+}
+
+bool matches(udev_device& device, const HidMatching& matching) {
+    // The parent belongs to `device` and is not released on its own.
+    udev_device* const usb = udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
+    return usb != nullptr && attributeIs(*usb, "idVendor", matching.vendorId) &&
+           attributeIs(*usb, "idProduct", matching.productId) && attributeIs(*usb, "bcdDevice", matching.versionNumber);
+}
+
+}  // namespace
+
+void UdevRelease::operator()(udev* context) const {
+    udev_unref(context);
+}
+
+void UdevRelease::operator()(udev_device* device) const {
+    udev_device_unref(device);
+}
+
+void UdevRelease::operator()(udev_monitor* monitor) const {
+    udev_monitor_unref(monitor);
+}
+
+HidrawManager::HidrawManager() : wakeUp_(std::make_shared<const WakeUp>()) {}
+
+bool HidrawManager::open() {
+    monitor_.reset();
+    udev_.reset(udev_new());
+    if (!udev_) {
+        return false;
+    }
+    // "kernel" would be told of a node before the rules have opened it to the user.
+    decltype(monitor_) monitor(udev_monitor_new_from_netlink(udev_.get(), "udev"));
+    if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), kSubsystem, nullptr) < 0 ||
+        udev_monitor_enable_receiving(monitor.get()) < 0) {
+        return false;
+    }
+    monitor_ = std::move(monitor);
+    return true;
+}
+
+void HidrawManager::run() {
+    if (!stopRequested_) {
+        attachPresent();
+    }
+    while (!stopRequested_.exchange(false)) {
+        waitAndServe();
+    }
+    device_.reset();
+}
+
+void HidrawManager::stop() {
+    stopRequested_ = true;
+    wakeUp_->signal();
+}
+
+// The monitor listens since `open`, so a device that arrives meanwhile is in its queue, if not in this list.
+void HidrawManager::attachPresent() {
+    if (!monitor_) {
+        return;
+    }
+    const std::unique_ptr<udev_enumerate, EnumerateRelease> list(udev_enumerate_new(udev_.get()));
+    if (!list || udev_enumerate_add_match_subsystem(list.get(), kSubsystem) < 0 ||
+        udev_enumerate_scan_devices(list.get()) < 0) {
+        return;
+    }
+    for (auto* entry = udev_enumerate_get_list_entry(list.get()); entry != nullptr;
+         entry = udev_list_entry_get_next(entry)) {
+        const UdevDevice device(udev_device_new_from_syspath(udev_.get(), udev_list_entry_get_name(entry)));
+        if (device) {
+            attach(*device);
+        }
+    }
+}
+
+void HidrawManager::attach(udev_device& device) {
+    const std::string node(viewOf(udev_device_get_devnode(&device)));
+    if (device_ || node.empty() || !matches(device, matching_)) {
+        return;
+    }
+    try {
+        device_ = std::make_shared<HidrawDevice>(node, wakeUp_);
+    } catch (const std::runtime_error& failure) {
+        NSLog(node + " cannot be opened: " + failure.what() + " (access is given by " + std::string(kRulesFile) + ")");
+        return;
+    }
+    syspath_ = viewOf(udev_device_get_syspath(&device));
+    onArrival_(device_);
+}
+
+void HidrawManager::detach() {
+    const auto device = std::exchange(device_, nullptr);
+    device->markGone();
+    onRemoval_(device);
+}
+
+void HidrawManager::waitAndServe() {
+    const int monitorFd = monitor_ ? udev_monitor_get_fd(monitor_.get()) : kNoFd;
+    std::array<pollfd, 3> fds{
+        {{wakeUp_->fd(), POLLIN, 0}, {device_ ? device_->fd() : kNoFd, POLLIN, 0}, {monitorFd, POLLIN, 0}}};
+    const auto& [wakeUp, node, monitor] = fds;
+    if (poll(fds.data(), fds.size(), -1) < 0) {
+        return;
+    }
+    // A report is taken before anything else is looked at: what is queued comes before the end of the device. The
+    // wake-up stays set meanwhile.
+    if ((node.revents & POLLIN) != 0) {
+        deliverReport();
+        return;
+    }
+    if (wakeUp.revents != 0) {
+        wakeUp_->clear();
+    }
+    if (node.revents != 0 || (device_ && device_->isGone())) {
+        detach();
+    } else if (monitor.revents != 0) {
+        serveMonitor();
+    }
+}
+
+void HidrawManager::deliverReport() {
+    std::array<std::uint8_t, kLongestReport> buffer{};
+    if (const auto length = device_->readReport(buffer)) {
+        onReport_(device_, std::span(buffer).first(*length));
+    } else {
+        detach();
+    }
+}
+
+void HidrawManager::serveMonitor() {
+    const UdevDevice device(udev_monitor_receive_device(monitor_.get()));
+    if (!device) {
+        return;
+    }
+    if (viewOf(udev_device_get_action(device.get())) != "remove") {
+        attach(*device);
+    } else if (device_ && viewOf(udev_device_get_syspath(device.get())) == syspath_) {
+        // The parents of a removed device are not its own any more; its place in sysfs still is.
+        detach();
+    }
+}
+
+}  // namespace kelvo

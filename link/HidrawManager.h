@@ -1,0 +1,74 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "HidManager.h"
+#include "HidrawDevice.h"
+#include "WakeUp.h"
+
+struct udev;
+struct udev_device;
+struct udev_monitor;
+
+namespace kelvo {
+
+struct UdevRelease {
+    void operator()(udev* context) const;
+    void operator()(udev_device* device) const;
+    void operator()(udev_monitor* monitor) const;
+};
+
+/// The real cable: the kernel's hidraw nodes, found and watched with udev.
+///
+/// One device at a time: while one is attached every other is ignored, its arrival and its removal. The three numbers
+/// of the matching are compared with idVendor, idProduct and bcdDevice of the node's usb_device. A node that cannot be
+/// opened counts as no device; one line in the system log says which, why, and which rule file gives access. It is
+/// tried again at its next udev event, so installing the rules and `udevadm trigger` are enough.
+///
+/// A device that is still attached when `run` returns is let go without a callback; the next `run` finds it anew.
+///
+/// `open` and `run` belong to one thread. That thread sleeps in one poll(2) over the udev monitor, the node and a
+/// wake-up; nothing else wakes it. A device is removed when its node ends, when a write finds it gone, or with its udev
+/// event, whichever comes first; reports that are still queued are delivered before.
+class HidrawManager final : public HidManager {
+public:
+    /// Throws std::runtime_error when the system has no descriptor left.
+    HidrawManager();
+
+    void setDeviceMatching(const HidMatching& matching) override { matching_ = matching; }
+    void registerDeviceMatchingCallback(DeviceCallback callback) override { onArrival_ = std::move(callback); }
+    void registerDeviceRemovalCallback(DeviceCallback callback) override { onRemoval_ = std::move(callback); }
+    void registerInputReportCallback(InputReportCallback callback) override { onReport_ = std::move(callback); }
+
+    bool open() override;
+    void run() override;
+    void stop() override;
+
+private:
+    void attachPresent();
+    void attach(udev_device& device);
+    void detach();
+    void waitAndServe();
+    void deliverReport();
+    void serveMonitor();
+
+    HidMatching matching_;
+    DeviceCallback onArrival_;
+    DeviceCallback onRemoval_;
+    InputReportCallback onReport_;
+
+    const std::shared_ptr<const WakeUp> wakeUp_;
+    std::atomic<bool> stopRequested_ = false;
+
+    std::unique_ptr<udev, UdevRelease> udev_;
+    std::unique_ptr<udev_monitor, UdevRelease> monitor_;
+
+    std::shared_ptr<HidrawDevice> device_;
+    /// Where `device_` hangs in sysfs. Unlike the node's name it is not used again for the next device.
+    std::string syspath_;
+};
+
+}  // namespace kelvo

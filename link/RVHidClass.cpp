@@ -1,0 +1,113 @@
+#include "RVHidClass.h"
+
+#include <algorithm>
+#include <mutex>
+#include <span>
+#include <utility>
+
+#include "AppClassPoint.h"
+#include "CircleBuffer.h"
+
+namespace kelvo {
+
+std::atomic<bool> isOpenDevice{false};
+
+namespace {
+
+constexpr std::uint8_t kReportPayload = kReportSize - 1;  // byte 0 of a report counts the frame bytes behind it
+
+std::mutex handleMutex;
+std::shared_ptr<HidDevice> DeviceHandle;  // guarded by handleMutex
+
+std::shared_ptr<HidDevice> deviceHandle() {
+    const std::lock_guard lock(handleMutex);
+    return DeviceHandle;
+}
+
+void setDeviceHandle(std::shared_ptr<HidDevice> device) {
+    const std::lock_guard lock(handleMutex);
+    DeviceHandle.swap(device);  // the old device may end with `device`, after the lock
+}
+
+void openDevice(const std::shared_ptr<HidDevice>& device) {
+    setDeviceHandle(device);
+    isOpenDevice = true;
+}
+
+void closeDevice() {
+    isOpenDevice = false;
+    setDeviceHandle(nullptr);
+}
+
+void Handle_DeviceMatchingCallback(const std::shared_ptr<HidDevice>& device) {
+    if (!isOpenDevice) {
+        openDevice(device);
+    }
+}
+
+void Handle_DeviceRemovalCallback(HidManager& manager, const std::shared_ptr<HidDevice>& device) {
+    if (!isOpenDevice || device != deviceHandle()) {
+        return;
+    }
+    closeDevice();
+    manager.stop();
+    quitWindow();
+}
+
+void deviceReportCallback(const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
+    if (report.size() != kReportSize || device != deviceHandle()) {
+        return;
+    }
+    // A report that does not fit into the ring is lost; the unpacker recovers at the next frame header.
+    putRX_buffer(report.subspan(1).data(), std::min(report[0], kReportPayload));
+}
+
+}  // namespace
+
+void OpenHidDevice(HidManager& manager) {
+    manager.setDeviceMatching({value_vid, value_pid, value_ver});
+    manager.registerDeviceMatchingCallback(Handle_DeviceMatchingCallback);
+    manager.registerDeviceRemovalCallback(
+        [&manager](const std::shared_ptr<HidDevice>& device) { Handle_DeviceRemovalCallback(manager, device); });
+    manager.registerInputReportCallback(deviceReportCallback);
+    manager.open();  // a failure shows up as no device being found
+    manager.run();
+    closeDevice();
+}
+
+bool HID_ReadData(std::uint32_t n, std::uint8_t* destination) {
+    return getRX_buffer(n, destination);
+}
+
+bool HID_WreteData(const std::uint8_t* data, std::uint32_t n) {
+    static std::mutex frameMutex;
+    static Report WriteReportBuffer{};  // guarded by frameMutex; never cleared
+
+    if (!isOpenDevice) {
+        return false;  // without waiting for a write that a dying device holds up
+    }
+    const std::lock_guard lock(frameMutex);
+    // A copy, and no lock while the device takes its time: the removal callback must get through meanwhile.
+    const std::shared_ptr<HidDevice> device = deviceHandle();
+    if (!device) {
+        return false;
+    }
+    for (std::uint32_t position = 0; position < n;) {
+        const std::uint32_t count = std::min<std::uint32_t>(n - position, kReportPayload);
+        WriteReportBuffer[0] = static_cast<std::uint8_t>(count);
+        std::copy_n(data + position, count, WriteReportBuffer.begin() + 1);
+        if (!device->setReport(WriteReportBuffer)) {
+            return false;
+        }
+        position += count;
+    }
+    return true;
+}
+
+void quitWindow() {
+    if (AppClass* const app = AppClassPoint.load()) {
+        app->exitApp();
+    }
+}
+
+}  // namespace kelvo

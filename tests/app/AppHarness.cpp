@@ -1,0 +1,86 @@
+#include "AppHarness.h"
+
+#include <QPushButton>
+#include <QTimer>
+
+#include "Driver.h"
+#include "RVHidClass.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+
+AppServices ScriptedServices::functions() {
+    return {
+        .sleep =
+            [this](unsigned seconds) {
+                sleeps.push_back(seconds);
+                if (onSleep) {
+                    onSleep(seconds);
+                }
+            },
+        .exitProcess = [this](int status) { exits.push_back(status); },
+        .beginSheetModal =
+            [this](QWidget&, const Alert& alert, AppServices::AlertCompletion answer) {
+                alerts.push_back({alert, std::move(answer)});
+            },
+        .beginOpenPanel =
+            [this](QWidget&, const QString& fileType, const AppServices::OpenPanelCompletion& completion) {
+                openPanels.push_back(fileType);
+                completion(choice.isEmpty() ? kModalResponseCancel : kModalResponseOK, choice);
+            },
+    };
+}
+
+bool serveUntil(const std::function<bool()>& condition, std::chrono::milliseconds patience) {
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (condition()) {
+            loop.quit();
+        }
+    });
+    poll.start(2);
+    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+    if (!condition()) {
+        loop.exec();
+    }
+    return condition();
+}
+
+RunningApp::RunningApp(const Faults& faults, const Kr310Startup& startup) {
+    pedal.setFaults(faults);
+    pedal.setStartup(startup);
+    services.onSleep = [this](unsigned seconds) {
+        if (seconds == 2) {
+            // Long enough for a plugged pedal to be found; an unplugged one never is.
+            static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; },
+                                              std::chrono::milliseconds(200)));
+            if (whileLoading) {
+                QTimer::singleShot(0, [this] { whileLoading(); });
+            }
+        }
+    };
+}
+
+void RunningApp::start() {
+    manager.plug();
+    controller.applicationDidFinishLaunching();
+}
+
+void RunningApp::importIR(int row, const QString& path) {
+    controller.ImportIRTableV().selectRow(row);
+    services.choice = QUrl::fromLocalFile(path);
+    click(controller.addIR());
+}
+
+void RunningApp::importAMP(int row, const QString& path) {
+    controller.ImportCabTableV().selectRow(row);
+    services.choice = QUrl::fromLocalFile(path);
+    click(controller.addAMP());
+}
+
+bool RunningApp::waitForChanges(std::size_t n) const {
+    return manager.waitFor([n](const auto& activity) { return activity.changes.size() >= n; });
+}
+
+}  // namespace kelvo::test

@@ -1,0 +1,174 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "AMPFile.h"
+#include "AppHarness.h"
+#include "LoadDataWindowController.h"
+#include "NSLog.h"
+#include "SBProgressBar.h"
+#include "ScriptedLink.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DeviceCommands : public testing::Test {
+protected:
+    DeviceCommands() { EXPECT_TRUE(link_.attach()); }
+
+    /// A frame as the unpacker hands it on: zeros where `data` ends.
+    void receive(std::uint8_t command, const std::string& data) {
+        std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0, 0, command};
+        std::copy(data.begin(), data.end(), frame.begin() + 5);
+        controller_.CMD_CallBack(frame);
+    }
+    void acknowledge(std::uint8_t command, char phase) { receive(command, std::string(1, phase)); }
+
+    /// Command, slot and phase of each frame sent so far; all data packets are 521 bytes long and name packets 19.
+    std::vector<std::vector<int>> sentPackets() {
+        std::vector<std::vector<int>> packets;
+        const std::vector<std::uint8_t> bytes = link_.device->sentBytes();
+        for (std::size_t at = 0; at < bytes.size();) {
+            packets.push_back({bytes[at + 4], bytes[at + 5], bytes[at + 6]});
+            at += bytes[at + 3] == 2 ? 521 : 19;
+        }
+        return packets;
+    }
+
+    ScriptedLink link_;
+    ScriptedServices services_;
+    KelvoAppDelegate controller_{link_.manager, services_.functions()};
+};
+
+TEST_F(DeviceCommands, cabNames_endAtTheirFirstNulAndLoseBitSeven) {
+    std::string data = "cab1" + std::string(6, '\0') + std::string(10, '\0') +
+                       "\xC1"
+                       "bc" +
+                       std::string(7, '\0');
+    receive(0x85, data + "abcdefghij");
+    const QStringList labels = controller_.IRNameArr();
+    EXPECT_EQ(labels.size(), 10);
+    EXPECT_EQ(labels[0], "27.CAB1");
+    EXPECT_EQ(labels[1], "28.");
+    EXPECT_EQ(labels[2], "29.ABC");
+    EXPECT_EQ(labels[3], "30.ABCDEFGHIJ");
+    EXPECT_EQ(labels[9], "36.");
+}
+
+TEST_F(DeviceCommands, ampNames_keepAllTenBytes) {
+    receive(0xE3, std::string(90, '\0') + "Clean     ");
+    EXPECT_EQ(controller_.AMPNameArr()[9], "65.CLEAN     ");
+    EXPECT_EQ(controller_.AMPNameArr().size(), 10);
+}
+
+TEST_F(DeviceCommands, ampNames_showWhatIsNotPrintableAsciiAsASpace) {
+    receive(0xE3, std::string("a\0b\x80\xFF\x1F\x7F~ z", 10));
+    EXPECT_EQ(controller_.AMPNameArr()[0], "56.A B    ~ Z");
+}
+
+TEST_F(DeviceCommands, ampNames_logThePartialNameOncePerByte) {
+    std::vector<std::string> lines;
+    const LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
+    receive(0xE3, "Lead      Crunch    " + std::string(80, ' '));
+    ASSERT_EQ(lines.size(), 100U);
+    EXPECT_EQ(lines[0], "L");
+    EXPECT_EQ(lines[3], "Lead");
+    EXPECT_EQ(lines[9], "Lead      ");
+    EXPECT_EQ(lines[10], "C");
+    EXPECT_EQ(lines[99], "          ");
+}
+
+TEST_F(DeviceCommands, names_leaveTheTablesUntilAReload) {
+    receive(0x85, "cab1");
+    EXPECT_EQ(controller_.tableView_objectValueForTableColumn_row(1, 0, 0), "27.CAB1");
+    EXPECT_EQ(controller_.AMPNameArr()[0], "");
+}
+
+TEST_F(DeviceCommands, presetPara_storesItsValueAlsoWithoutABar) {
+    receive(0xA5, "\x64");
+    EXPECT_EQ(controller_.PRESET_PARAValue(), 100);
+    receive(0xA5, "\xFF");
+    EXPECT_EQ(controller_.PRESET_PARAValue(), 255);
+}
+
+TEST_F(DeviceCommands, irAcknowledgements_sendTheNextPhaseAndEndWithTheFourth) {
+    for (const int phase : {1, 2, 3}) {
+        acknowledge(0xE1, static_cast<char>(phase));
+        EXPECT_EQ(controller_.transferState().IRTick, phase + 1);
+    }
+    acknowledge(0xE1, 4);
+    EXPECT_EQ(controller_.transferState().IRTick, 0);
+    EXPECT_THAT(sentPackets(), ElementsAre(ElementsAre(0xE1, 0, 2), ElementsAre(0xE1, 0, 3), ElementsAre(0xE1, 0, 4)));
+}
+
+TEST_F(DeviceCommands, ampAcknowledgements_sendTheNextPhaseAndTheFifthEndsTheIRsPhase) {
+    for (const int phase : {1, 2, 3, 4}) {
+        acknowledge(0xE2, static_cast<char>(phase));
+        EXPECT_EQ(controller_.transferState().AMPTick, phase + 1);
+    }
+    acknowledge(0xE1, 1);
+    acknowledge(0xE2, 5);
+    EXPECT_EQ(controller_.transferState().AMPTick, 5);
+    EXPECT_EQ(controller_.transferState().IRTick, 0);
+    EXPECT_THAT(sentPackets(), ElementsAre(ElementsAre(0xE2, 0, 2), ElementsAre(0xE2, 0, 3), ElementsAre(0xE2, 0, 4),
+                                           ElementsAre(0xE2, 0, 5), ElementsAre(0xE1, 0, 2)));
+    // The interrupted IR transfer goes on all the same: its next acknowledgement says where it stands.
+    acknowledge(0xE1, 2);
+    EXPECT_EQ(sentPackets().back(), (std::vector<int>{0xE1, 0, 3}));
+}
+
+TEST_F(DeviceCommands, acknowledgementsOfUnknownPhases_areIgnored) {
+    for (const int phase : {0, 5, 6, 128, 255}) {
+        acknowledge(0xE1, static_cast<char>(phase));
+    }
+    for (const int phase : {0, 6, 128, 255}) {
+        acknowledge(0xE2, static_cast<char>(phase));
+    }
+    EXPECT_EQ(controller_.transferState().IRTick, 0);
+    EXPECT_EQ(controller_.transferState().AMPTick, 0);
+    EXPECT_THAT(sentPackets(), IsEmpty());
+}
+
+TEST_F(DeviceCommands, otherCommands_doNothing) {
+    for (const int command : {0x00, 0xE0, 0xE4, 0xFF, 0x84, 0x86, 0xA4}) {
+        receive(static_cast<std::uint8_t>(command), "\x01");
+    }
+    EXPECT_THAT(sentPackets(), IsEmpty());
+    EXPECT_EQ(controller_.IRNameArr(), QStringList(10, QString()));
+    EXPECT_EQ(controller_.AMPNameArr(), QStringList(10, QString()));
+    EXPECT_EQ(controller_.PRESET_PARAValue(), 0);
+}
+
+struct ProgressCase {
+    std::uint8_t value;
+    double shown;
+};
+
+class Progress : public testing::TestWithParam<ProgressCase> {};
+
+TEST_P(Progress, setsTheBarOfTheLoadingWindow) {
+    RunningApp app({.silentFromPhase = 0});
+    app.whileLoading = [&] {
+        std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0x02, 0x00, 0xA5, 50};
+        app.controller.CMD_CallBack(frame);
+        frame[5] = GetParam().value;
+        app.controller.CMD_CallBack(frame);
+        EXPECT_EQ(app.controller.loadWindow().progressBar()->floatValue(), GetParam().shown);
+        EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());
+        app.controller.loadWindow().progressBar()->setFloatValue(1.0);
+    };
+    app.start();
+}
+
+// The bar refuses what is over 199 and keeps the 50 that came before.
+INSTANTIATE_TEST_SUITE_P(Values, Progress,
+                         testing::Values(ProgressCase{0, 0.0}, ProgressCase{100, 100.0 / 199.0},
+                                         ProgressCase{198, 198.0 / 199.0}, ProgressCase{199, 1.0},
+                                         ProgressCase{200, 50.0 / 199.0}, ProgressCase{255, 50.0 / 199.0}));
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,170 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTest>
+
+#include "AppHarness.h"
+#include "Driver.h"
+#include "NSLog.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+QStringList cells(const QAbstractItemModel& model) {
+    QStringList result;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        result += model.index(row, 0).data().toString();
+    }
+    return result;
+}
+
+class SlotTables : public testing::Test {
+protected:
+    RunningApp app_;
+    KelvoAppDelegate& controller_ = app_.controller;
+};
+
+TEST_F(SlotTables, showTenBlankRowsBeforeAnyNames) {
+    EXPECT_EQ(cells(*controller_.ImportIRTableV().model()), QStringList(10, QString()));
+    EXPECT_EQ(cells(*controller_.ImportCabTableV().model()), QStringList(10, QString()));
+}
+
+TEST_F(SlotTables, areToldApartByTheirTags) {
+    EXPECT_EQ(controller_.ImportIRTableV().tag(), 1);
+    EXPECT_EQ(controller_.ImportCabTableV().tag(), 2);
+    app_.start();
+    EXPECT_TRUE(controller_.tableView_objectValueForTableColumn_row(1, 0, 0).startsWith("27."));
+    EXPECT_TRUE(controller_.tableView_objectValueForTableColumn_row(1, 5, 9).startsWith("36."));
+    EXPECT_TRUE(controller_.tableView_objectValueForTableColumn_row(2, 0, 0).startsWith("56."));
+    EXPECT_TRUE(controller_.tableView_objectValueForTableColumn_row(2, 1, 9).startsWith("65."));
+}
+
+TEST_F(SlotTables, ofAnotherTag_haveTenEmptyCells) {
+    app_.start();
+    SlotTableModel other(controller_, 3);
+    other.reloadData();
+    EXPECT_EQ(cells(other), QStringList(10, QString()));
+    EXPECT_EQ(controller_.numberOfRowsInTableView(3), 10);
+    EXPECT_TRUE(controller_.tableView_objectValueForTableColumn_row(0, 0, 0).isNull());
+}
+
+TEST_F(SlotTables, neverStartEditing) {
+    app_.start();
+    SlotTableView& table = controller_.ImportIRTableV();
+    const QModelIndex index = table.model()->index(2, 0);
+    QTest::mouseDClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(index).center());
+    QTest::keyClick(&table, Qt::Key_F2);
+    EXPECT_FALSE(table.isPersistentEditorOpen(index));
+    EXPECT_EQ(table.findChild<QWidget*>(QStringLiteral("qt_editor")), nullptr);
+    EXPECT_FALSE(table.model()->flags(index) & Qt::ItemIsEditable);
+    EXPECT_FALSE(controller_.tableView_shouldEditTableColumn_row(1, 0, 2));
+}
+
+TEST_F(SlotTables, showAllTenRowsWithoutScrolling) {
+    app_.start();
+    for (const SlotTableView* table : {&controller_.ImportIRTableV(), &controller_.ImportCabTableV()}) {
+        EXPECT_GE(table->visualRect(table->model()->index(0, 0)).top(), 0);
+        EXPECT_LE(table->visualRect(table->model()->index(9, 0)).bottom(), table->viewport()->height());
+    }
+}
+
+TEST_F(SlotTables, keepTheSelectionOverAReload) {
+    app_.start();
+    clickRow(controller_.ImportIRTableV(), 4);
+    EXPECT_EQ(controller_.ImportIRTableV().selectedRow(), 4);
+    controller_.deleteCAB();
+    app_.services.alerts[0].answer(1000);
+    EXPECT_EQ(controller_.ImportIRTableV().selectedRow(), 4);
+}
+
+TEST_F(SlotTables, giveNoDataForAnInvalidIndex) {
+    const QAbstractItemModel& model = *controller_.ImportIRTableV().model();
+    EXPECT_FALSE(model.data({}).isValid());
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 0);
+    EXPECT_EQ(model.columnCount(model.index(0, 0)), 0);
+}
+
+class Deletion : public SlotTables {
+protected:
+    Deletion() { app_.start(); }
+
+    std::vector<Report> reportsAfterConnect() const {
+        auto reports = app_.manager.activity().outputReports;
+        reports.erase(reports.begin());
+        return reports;
+    }
+};
+
+TEST_F(Deletion, asksWithDeleteFirstAndCancelSecond) {
+    click(controller_.deleteIR());
+    ASSERT_EQ(app_.services.alerts.size(), 1U);
+    EXPECT_EQ(app_.services.alerts[0].alert.messageText, "Do you confirm deletion?");
+    EXPECT_EQ(app_.services.alerts[0].alert.buttons, (QStringList{"delete", "cancel"}));
+    EXPECT_EQ(app_.services.alerts[0].alert.style, AlertStyle::Warning);
+    EXPECT_THAT(reportsAfterConnect(), IsEmpty());
+}
+
+TEST_F(Deletion, ofRowThree_sendsSlotThreeAndShows30EmptyAtOnce) {
+    clickRow(controller_.ImportIRTableV(), 3);
+    click(controller_.deleteIR());
+    app_.services.alerts[0].answer(1000);
+    EXPECT_EQ(app_.cabLabel(3), "30EMPTY");
+    EXPECT_EQ(cells(*controller_.ImportIRTableV().model())[3], "30EMPTY");
+    ASSERT_TRUE(app_.waitForChanges(1));
+    EXPECT_EQ(app_.manager.activity().changes[0], "CAB 30 cleared");
+    const auto reports = reportsAfterConnect();
+    ASSERT_EQ(reports.size(), 9U);
+    EXPECT_THAT(std::vector<int>(reports[0].begin(), reports[0].begin() + 7),
+                ElementsAre(63, 0xAA, 0x55, 0x03, 0x02, 0xE4, 3));
+    EXPECT_THAT(std::vector<int>(reports[0].begin() + 7, reports[0].end()), Each(0));
+    for (std::size_t i = 1; i < 8; ++i) {
+        EXPECT_EQ(reports[i][0], 63);
+        EXPECT_THAT(std::vector<int>(reports[i].begin() + 1, reports[i].end()), Each(0));
+    }
+    // 15 zeros, the CRC 0xB5F5, and behind it the zeros of the report before.
+    EXPECT_EQ(reports[8][0], 17);
+    EXPECT_THAT(std::vector<int>(reports[8].begin() + 1, reports[8].begin() + 16), Each(0));
+    EXPECT_EQ(reports[8][16], 0xB5);
+    EXPECT_EQ(reports[8][17], 0xF5);
+    EXPECT_THAT(std::vector<int>(reports[8].begin() + 18, reports[8].end()), Each(0));
+}
+
+TEST_F(Deletion, cancelled_logsTwoAndSendsNothing) {
+    std::vector<std::string> lines;
+    const LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
+    clickRow(controller_.ImportIRTableV(), 3);
+    click(controller_.deleteIR());
+    app_.services.alerts[0].answer(1001);
+    EXPECT_THAT(lines, ElementsAre("2"));
+    EXPECT_THAT(reportsAfterConnect(), IsEmpty());
+    EXPECT_NE(app_.cabLabel(3), "30EMPTY");
+}
+
+TEST_F(Deletion, withAnyOtherAnswer_doesNothing) {
+    std::vector<std::string> lines;
+    const LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
+    click(controller_.deleteIR());
+    app_.services.alerts[0].answer(1002);
+    app_.services.alerts[0].answer(0);
+    EXPECT_THAT(lines, IsEmpty());
+    EXPECT_THAT(reportsAfterConnect(), IsEmpty());
+}
+
+TEST_F(Deletion, withoutASelectedRow_sendsSlot255AndChangesNoLabel) {
+    const QStringList before = controller_.IRNameArr();
+    click(controller_.deleteIR());
+    app_.services.alerts[0].answer(1000);
+    ASSERT_EQ(reportsAfterConnect().size(), 9U);
+    EXPECT_EQ(reportsAfterConnect()[0][6], 0xFF);
+    EXPECT_EQ(controller_.IRNameArr(), before);
+    EXPECT_THAT(app_.manager.activity().changes, IsEmpty());
+}
+
+}  // namespace
+}  // namespace kelvo::test

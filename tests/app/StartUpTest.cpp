@@ -1,0 +1,219 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QPushButton>
+
+#include "AppHarness.h"
+#include "LoadDataWindowController.h"
+#include "NSLog.h"
+#include "RVHidClass.h"
+#include "SBProgressBar.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const QString kNoDevice = QStringLiteral("No device connected. Please connected your KR310");
+
+QString cell(const SlotTableView& table, int row) {
+    return table.model()->index(row, 0).data().toString();
+}
+
+TEST(StartUp, withAPedal_sleepsTwoSecondsThenOneAndFillsBothTables) {
+    RunningApp app;
+    app.start();
+    EXPECT_THAT(app.services.sleeps, ElementsAre(2, 1));
+    EXPECT_THAT(app.services.alerts, IsEmpty());
+    const Kr310Memory memory = app.pedal.memory();
+    for (int row = 0; row < 10; ++row) {
+        const auto slot = static_cast<std::size_t>(row);
+        const QString cab = QStringLiteral("%1.%2").arg(27 + row).arg(QString::fromStdString(memory.cab[slot].name));
+        const QString amp = QString::fromStdString(memory.amp[slot].name).leftJustified(10);
+        EXPECT_EQ(cell(app.controller.ImportIRTableV(), row), cab);
+        EXPECT_EQ(cell(app.controller.ImportCabTableV(), row), QStringLiteral("%1.%2").arg(56 + row).arg(amp));
+    }
+}
+
+TEST(StartUp, sendsTheConnectFrameOnceWithAZeroDataByte) {
+    RunningApp app;
+    app.start();
+    const auto reports = app.manager.activity().outputReports;
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_THAT(std::vector<int>(reports[0].begin(), reports[0].begin() + 9),
+                ElementsAre(8, 0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25));
+}
+
+TEST(StartUp, hasPaintedTheWindowBeforeItSleeps) {
+    RunningApp app;
+    bool shown = false;
+    app.services.onSleep = [&](unsigned seconds) {
+        if (seconds == 2) {
+            shown = app.controller.window().isVisible() && app.controller.window().testAttribute(Qt::WA_Mapped);
+        }
+    };
+    app.controller.applicationDidFinishLaunching();
+    EXPECT_TRUE(shown);
+}
+
+TEST(StartUp, withoutAPedal_showsTheAlertAndEndsTheProcessWithStatusZeroOnItsButton) {
+    RunningApp app;
+    app.controller.applicationDidFinishLaunching();
+    ASSERT_EQ(app.services.alerts.size(), 1U);
+    const Alert& alert = app.services.alerts[0].alert;
+    EXPECT_EQ(alert.messageText, kNoDevice);
+    EXPECT_EQ(alert.buttons, QStringList{"exit"});
+    EXPECT_EQ(alert.style, AlertStyle::Critical);
+    EXPECT_THAT(app.services.sleeps, ElementsAre(2));
+    EXPECT_THAT(app.services.exits, IsEmpty());
+    app.services.alerts[0].answer(1000);
+    EXPECT_THAT(app.services.exits, ElementsAre(0));
+    EXPECT_THAT(app.manager.activity().outputReports, IsEmpty());
+}
+
+TEST(StartUp, aPedalThatComesAfterTheTwoSecondsIsOpenedButNotAskedAnything) {
+    RunningApp app;
+    app.controller.applicationDidFinishLaunching();
+    app.manager.plug();
+    EXPECT_TRUE(app.manager.waitFor([](const auto& activity) { return activity.arrivals == 1; }));
+    EXPECT_TRUE(isOpenDevice);
+    EXPECT_THAT(app.manager.activity().outputReports, IsEmpty());
+    EXPECT_EQ(app.services.alerts.size(), 1U);
+}
+
+TEST(StartUp, theAlertOfAFailedStartAndTheAlertOfAnUnplugBothEndTheProcess) {
+    RunningApp app;
+    app.controller.applicationDidFinishLaunching();
+    app.manager.plug();
+    ASSERT_TRUE(app.manager.waitFor([](const auto& activity) { return activity.arrivals == 1; }));
+    app.manager.unplug();
+    ASSERT_TRUE(serveUntil([&] { return app.services.alerts.size() == 2; }));
+    EXPECT_EQ(app.services.alerts[1].alert.buttons, QStringList{"Exit"});
+    app.services.alerts[0].answer(1000);
+    app.services.alerts[1].answer(1000);
+    EXPECT_THAT(app.services.exits, ElementsAre(0, 0));
+}
+
+TEST(StartUp, withAMutePedal_staysInTheLoadingWindowAndReloadsNothing) {
+    RunningApp app({.silentFromPhase = 0});
+    app.whileLoading = [&] {
+        int ticks = 0;
+        const auto counting =
+            QObject::connect(&app.controller.loadWindow().timer(), &QTimer::timeout, [&ticks] { ++ticks; });
+        EXPECT_TRUE(serveUntil([&] { return ticks == 2; }));
+        QObject::disconnect(counting);
+        EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());
+        EXPECT_EQ(app.controller.loadWindow().loadDataLabel()->text(), "0%");
+        EXPECT_EQ(app.manager.activity().outputReports.size(), 1U);
+        EXPECT_EQ(cell(app.controller.ImportIRTableV(), 0), "");
+        EXPECT_THAT(app.services.sleeps, ElementsAre(2));
+        app.controller.loadWindow().progressBar()->setFloatValue(1.0);
+    };
+    app.start();
+    EXPECT_FALSE(app.controller.loadWindow().window()->isVisible());
+}
+
+TEST(StartUp, namesThatArriveInTheLastSecondAreInTheTables) {
+    RunningApp app({.namesAfterDone = std::chrono::milliseconds(0)});
+    app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
+        found(seconds);
+        if (seconds == 1) {
+            EXPECT_TRUE(
+                serveUntil([&] { return app.ampLabel(9).startsWith("65.") && app.cabLabel(9).startsWith("36."); }));
+        }
+    };
+    app.start();
+    EXPECT_TRUE(cell(app.controller.ImportIRTableV(), 9).startsWith("36."));
+    EXPECT_TRUE(cell(app.controller.ImportCabTableV(), 9).startsWith("65."));
+}
+
+TEST(StartUp, progress199BeforeAnyName_showsEmptyRows) {
+    RunningApp app({.namesAfterDone = std::chrono::seconds(3600)});
+    app.start();
+    EXPECT_THAT(app.services.sleeps, ElementsAre(2, 1));
+    for (int row = 0; row < 10; ++row) {
+        EXPECT_EQ(cell(app.controller.ImportIRTableV(), row), "");
+        EXPECT_EQ(cell(app.controller.ImportCabTableV(), row), "");
+    }
+}
+
+TEST(StartUp, logsTheCabLabels) {
+    std::vector<std::string> lines;
+    std::mutex mutex;
+    const LogListener listener([&](std::string_view line) {
+        const std::lock_guard lock(mutex);
+        lines.emplace_back(line);
+    });
+    RunningApp app;
+    app.start();
+    const std::lock_guard lock(mutex);
+    EXPECT_THAT(lines, testing::Contains(testing::StartsWith("27.")));
+}
+
+TEST(StartUp, progressThatIsHandledBeforeTheLoadingWindowExistsIsNotLost) {
+    RunningApp app({.silentFromPhase = 0});
+    std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0x02, 0x00, 0xA5, 199};
+    app.controller.CMD_CallBack(frame);
+    frame[5] = 255;
+    app.controller.CMD_CallBack(frame);
+    app.start();
+    EXPECT_THAT(app.services.sleeps, ElementsAre(2, 1));
+}
+
+TEST(MainWindow, itsCloseButtonEndsTheProcessAtOnceWithoutAQuestion) {
+    RunningApp app;
+    app.start();
+    app.controller.window().close();
+    EXPECT_THAT(app.services.exits, ElementsAre(0));
+    EXPECT_THAT(app.services.alerts, IsEmpty());
+}
+
+TEST(MainWindow, theLoadingWindowsCloseButtonEndsTheProcess) {
+    RunningApp app({.silentFromPhase = 0});
+    app.whileLoading = [&] {
+        app.controller.loadWindow().window()->close();
+        EXPECT_THAT(app.services.exits, ElementsAre(0));
+        app.controller.loadWindow().progressBar()->setFloatValue(1.0);
+    };
+    app.start();
+}
+
+TEST(MainWindow, cannotBeMaximisedButMinimised) {
+    RunningApp app;
+    app.start();
+    const Qt::WindowFlags flags = app.controller.window().windowFlags();
+    EXPECT_FALSE(flags & Qt::WindowMaximizeButtonHint);
+    EXPECT_TRUE(flags & Qt::WindowMinimizeButtonHint);
+    EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
+}
+
+TEST(Unplug, whileThePedalIsIdle_showsTheExitAlertOnTheMainThreadAndEndsWithStatusZero) {
+    RunningApp app;
+    app.start();
+    app.manager.unplug();
+    ASSERT_TRUE(serveUntil([&] { return !app.services.alerts.empty(); }));
+    EXPECT_EQ(app.services.alerts[0].alert.messageText, kNoDevice);
+    EXPECT_EQ(app.services.alerts[0].alert.buttons, QStringList{"Exit"});
+    EXPECT_EQ(app.services.alerts[0].alert.style, AlertStyle::Critical);
+    app.services.alerts[0].answer(1000);
+    EXPECT_THAT(app.services.exits, ElementsAre(0));
+    EXPECT_FALSE(isOpenDevice);
+}
+
+TEST(Unplug, duringLoading_showsTheAlertWhileTheLoadingWindowRuns) {
+    RunningApp app({.unplugAtReport = 1});
+    bool alertCame = false;
+    app.whileLoading = [&] {
+        alertCame = serveUntil([&] { return !app.services.alerts.empty(); });
+        EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());
+        app.controller.loadWindow().progressBar()->setFloatValue(1.0);
+    };
+    app.start();
+    EXPECT_TRUE(alertCame);
+}
+
+}  // namespace
+}  // namespace kelvo::test

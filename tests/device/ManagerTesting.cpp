@@ -1,0 +1,91 @@
+#include "ManagerTesting.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kelvo {
+
+using Activity = VirtualHidManager::Activity;
+
+Bench::Bench(const VirtualHidManager::Options& options) : manager(pedal, options) {
+    manager.setDeviceMatching({0x0483, 0x5703, 200});
+    manager.registerDeviceMatchingCallback(
+        [this](const std::shared_ptr<HidDevice>& device) { note(numbered("arrival ", device)); });
+    manager.registerDeviceRemovalCallback(
+        [this](const std::shared_ptr<HidDevice>& device) { note(numbered("removal ", device)); });
+    manager.registerInputReportCallback(
+        [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
+            EXPECT_EQ(device, this->device());
+            note("report " + hex(report.subspan(1, std::min<std::size_t>(report[0], 63))));
+        });
+}
+
+Bench::~Bench() {
+    if (loop_.joinable()) {
+        finish();
+    }
+}
+
+void Bench::start() {
+    EXPECT_TRUE(manager.open());
+    loop_ = std::thread([this] { manager.run(); });
+}
+
+void Bench::finish() {
+    manager.stop();
+    loop_.join();
+}
+
+void Bench::waitUntilRunReturns() {
+    loop_.join();
+}
+
+void Bench::awaitArrivals(std::size_t count) {
+    ASSERT_TRUE(manager.waitFor([=](const Activity& seen) { return seen.arrivals >= count; }));
+}
+
+void Bench::awaitRemovals(std::size_t count) {
+    ASSERT_TRUE(manager.waitFor([=](const Activity& seen) { return seen.removals >= count; }));
+}
+
+void Bench::awaitInputReports(std::size_t count) {
+    ASSERT_TRUE(manager.waitFor([=](const Activity& seen) { return seen.inputReports >= count; }));
+}
+
+std::vector<std::string> Bench::log() {
+    const std::lock_guard lock(mutex_);
+    return log_;
+}
+
+std::shared_ptr<HidDevice> Bench::device() {
+    const std::lock_guard lock(mutex_);
+    return devices_.empty() ? nullptr : devices_.back();
+}
+
+bool Bench::sendFrame(const Bytes& frame) {
+    const std::shared_ptr<HidDevice> to = device();
+    return to && std::ranges::all_of(makeReports(frame),
+                                     [&](const Bytes& report) { return to->setReport(std::span(report).first<64>()); });
+}
+
+void Bench::note(const std::string& event) {
+    {
+        const std::lock_guard lock(mutex_);
+        log_.push_back(event);
+    }
+    if (onEvent) {
+        onEvent(event);
+    }
+}
+
+std::string Bench::numbered(const char* what, const std::shared_ptr<HidDevice>& device) {
+    const std::lock_guard lock(mutex_);
+    auto at = std::ranges::find(devices_, device);
+    if (at == devices_.end()) {
+        at = devices_.insert(at, device);
+    }
+    return what + std::to_string(at - devices_.begin() + 1);
+}
+
+}  // namespace kelvo

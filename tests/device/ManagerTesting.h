@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "DeviceTesting.h"
+#include "VirtualHidManager.h"
+
+namespace kelvo {
+
+/// A pedal on a virtual cable, and a host that notes what it is told. The host looks for a KR310.
+class Bench {
+public:
+    explicit Bench(const VirtualHidManager::Options& options = {});
+    ~Bench();
+
+    /// Opens the manager and serves it on a thread of its own.
+    void start();
+    /// Stops the manager and waits until `run` has returned.
+    void finish();
+    void waitUntilRunReturns();
+
+    void awaitArrivals(std::size_t count);
+    void awaitRemovals(std::size_t count);
+    void awaitInputReports(std::size_t count);
+    /// The noted events: "arrival 1", "removal 1" (numbered by device) and "report AA 55", with the counted bytes.
+    [[nodiscard]] std::vector<std::string> log();
+
+    /// The device that was announced last, or null.
+    [[nodiscard]] std::shared_ptr<HidDevice> device();
+    /// Writes a frame to that device as a host does. False at the first report that is refused.
+    [[nodiscard]] bool sendFrame(const Bytes& frame);
+
+    VirtualKr310 pedal;
+    VirtualHidManager manager;
+    /// Called with every event after it was noted; to be set before `start`.
+    std::function<void(const std::string& event)> onEvent;
+
+private:
+    void note(const std::string& event);
+    std::string numbered(const char* what, const std::shared_ptr<HidDevice>& device);
+
+    std::mutex mutex_;
+    std::vector<std::string> log_;
+    std::vector<std::shared_ptr<HidDevice>> devices_;
+    std::thread loop_;
+};
+
+}  // namespace kelvo

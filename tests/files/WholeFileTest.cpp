@@ -1,0 +1,216 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <utility>
+
+#include "SampleFiles.h"
+#include "UniqueFd.h"
+#include "WholeFile.h"
+
+namespace {
+
+/// Replaces read(2) while it is set; it may call the real one.
+std::function<ssize_t(int fd, void* buffer, std::size_t size)> readHook;
+
+}  // namespace
+
+// The linker's --wrap=read gives these names.
+extern "C" ssize_t __real_read(int fd, void* buffer, std::size_t size);   // NOLINT(bugprone-reserved-identifier)
+extern "C" ssize_t __wrap_read(int fd, void* buffer, std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
+    return readHook ? readHook(fd, buffer, size) : __real_read(fd, buffer, size);
+}
+
+namespace kelvo {
+namespace {
+
+ssize_t unexpectedRead(int, void*, std::size_t) {
+    ADD_FAILURE() << "read was called";
+    return -1;
+}
+
+class WholeFile : public testing::Test {
+protected:
+    void TearDown() override { readHook = nullptr; }
+
+    const SampleDir dir;
+    const FileBytes content{'k', 'e', 'l', 'v', 'o', 0, 0xFF, '\n'};
+};
+
+TEST_F(WholeFile, givesTheBytesOfARegularFile) {
+    EXPECT_EQ(readWholeFile(dir.write("a", content)), content);
+}
+
+TEST_F(WholeFile, followsASymbolicLink) {
+    const QString path = dir.write("a", content);
+    ASSERT_TRUE(QFile::link(path, dir.path("link")));
+    EXPECT_EQ(readWholeFile(dir.path("link")), content);
+}
+
+TEST_F(WholeFile, takesANameThatIsNotAscii) {
+    const QString name = QString::fromUtf8(
+        "\xC3\x9C"
+        "ber \xF0\x9D\x84\x9E %20.wav");
+    EXPECT_EQ(readWholeFile(dir.write(name, content)), content);
+}
+
+TEST_F(WholeFile, leavesNoDescriptorOpen) {
+    const auto openDescriptors = [] {
+        const std::filesystem::directory_iterator entries("/proc/self/fd");
+        return std::distance(begin(entries), end(entries));
+    };
+    const auto before = openDescriptors();
+    EXPECT_TRUE(readWholeFile(dir.write("a", content)));
+    EXPECT_FALSE(readWholeFile(dir.write("empty", {})));
+    EXPECT_FALSE(readWholeFile("/dev/zero"));
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(WholeFile, refusesWhatIsNotThere) {
+    EXPECT_FALSE(readWholeFile(dir.path("missing")));
+    EXPECT_FALSE(readWholeFile(dir.path("no/such/folder")));
+    EXPECT_FALSE(readWholeFile(dir.write("a", content) + "/"));
+    EXPECT_FALSE(readWholeFile(QString()));
+    EXPECT_FALSE(readWholeFile(QString(5000, 'a')));
+}
+
+TEST_F(WholeFile, refusesAnEmptyFile) {
+    EXPECT_FALSE(readWholeFile(dir.write("empty", {})));
+}
+
+TEST_F(WholeFile, refusesADirectoryUnread) {
+    readHook = unexpectedRead;
+    EXPECT_FALSE(readWholeFile(dir.path(".")));
+    EXPECT_FALSE(readWholeFile("/"));
+}
+
+TEST_F(WholeFile, refusesDevicesUnread) {
+    readHook = unexpectedRead;
+    EXPECT_FALSE(readWholeFile("/dev/zero"));
+    EXPECT_FALSE(readWholeFile("/dev/null"));
+}
+
+TEST_F(WholeFile, refusesASocket) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const QByteArray path = QFile::encodeName(dir.path("s"));
+    ASSERT_LT(static_cast<std::size_t>(path.size()), sizeof address.sun_path);
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const UniqueFd server(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(::bind(server.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_FALSE(readWholeFile(dir.path("s")));
+}
+
+TEST_F(WholeFile, refusesAFifoNobodyWritesWithoutWaitingForAWriter) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.path("fifo")).constData(), 0600), 0);
+    EXPECT_FALSE(readWholeFile(dir.path("fifo")));
+}
+
+TEST_F(WholeFile, refusesAFifoThatHoldsBytesAndLeavesThemThere) {
+    const QByteArray path = QFile::encodeName(dir.path("fifo.wav"));
+    ASSERT_EQ(::mkfifo(path.constData(), 0600), 0);
+    const UniqueFd end(::open(path.constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
+    ASSERT_EQ(::write(end.get(), "RIFF", 4), 4);
+    EXPECT_FALSE(readWholeFile(dir.path("fifo.wav")));
+    char buffer[8] = {};
+    EXPECT_EQ(::read(end.get(), buffer, sizeof buffer), 4);
+}
+
+TEST_F(WholeFile, refusesALinkThatLeadsToItself) {
+    ASSERT_TRUE(QFile::link(dir.path("loop"), dir.path("loop")));
+    EXPECT_FALSE(readWholeFile(dir.path("loop")));
+}
+
+// Root may read everything, so this thread looks at the files as somebody else while it can; for any other user the
+// call changes nothing and the file is shut to its owner too.
+TEST_F(WholeFile, refusesAFileThatTheUserMayNotRead) {
+    const QString path = dir.write("private", content);
+    const QByteArray name = QFile::encodeName(path);
+    ASSERT_EQ(::chmod(QFile::encodeName(dir.path(".")).constData(), 0755), 0);
+    const auto readAsSomebodyElse = [&] {
+        ::setfsuid(65534);
+        auto bytes = readWholeFile(path);
+        ::setfsuid(::geteuid());
+        return bytes;
+    };
+    ASSERT_EQ(::chmod(name.constData(), 0000), 0);
+    EXPECT_FALSE(readAsSomebodyElse());
+    ASSERT_EQ(::chmod(name.constData(), 0444), 0);
+    EXPECT_TRUE(readAsSomebodyElse());
+}
+
+TEST_F(WholeFile, refusesANameWithANulInsteadOfReadingTheShorterName) {
+    const QString path = dir.write("a", content);
+    EXPECT_FALSE(readWholeFile(path + QChar::Null + "b.wav"));
+}
+
+TEST_F(WholeFile, refusesALengthOfMoreThan32BitsUnread) {
+    const QString path = dir.write("huge", content);
+    ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 0x100000000), 0);
+    readHook = unexpectedRead;
+    EXPECT_FALSE(readWholeFile(path));
+}
+
+TEST_F(WholeFile, goesOnAfterAnInterruptedRead) {
+    const QString path = dir.write("a", content);
+    int calls = 0;
+    readHook = [&](int fd, void* buffer, std::size_t size) -> ssize_t {
+        if (++calls <= 2) {
+            errno = EINTR;
+            return -1;
+        }
+        return __real_read(fd, buffer, size);
+    };
+    EXPECT_EQ(readWholeFile(path), content);
+    EXPECT_EQ(calls, 3);
+}
+
+TEST_F(WholeFile, putsShortReadsTogether) {
+    const QString path = dir.write("a", content);
+    readHook = [&](int fd, void* buffer, std::size_t size) {
+        return __real_read(fd, buffer, std::min<std::size_t>(size, 3));
+    };
+    EXPECT_EQ(readWholeFile(path), content);
+}
+
+TEST_F(WholeFile, refusesAFileWhoseReadFails) {
+    const QString path = dir.write("a", content);
+    readHook = [](int, void*, std::size_t) -> ssize_t {
+        errno = EIO;
+        return -1;
+    };
+    EXPECT_FALSE(readWholeFile(path));
+}
+
+TEST_F(WholeFile, refusesAFileThatShrinksWhileItIsRead) {
+    const QString path = dir.write("a", content);
+    readHook = [&](int fd, void* buffer, std::size_t size) {
+        EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
+        return __real_read(fd, buffer, size);
+    };
+    EXPECT_FALSE(readWholeFile(path));
+}
+
+TEST_F(WholeFile, doesNotReadWhatIsAppendedMeanwhile) {
+    const QString path = dir.write("a", content);
+    readHook = [&](int fd, void* buffer, std::size_t size) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::Append));
+        EXPECT_EQ(file.write("more"), 4);
+        file.close();
+        return __real_read(fd, buffer, size);
+    };
+    EXPECT_EQ(readWholeFile(path), content);
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,179 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <numeric>
+#include <thread>
+#include <vector>
+
+#include "CircleBuffer.h"
+#include "Ring.h"
+
+namespace kelvo {
+namespace {
+
+using test::takeRing;
+using Bytes = std::vector<std::uint8_t>;
+
+class CircleBuffer : public testing::Test {
+protected:
+    void SetUp() override { ClearRx_buffer(); }
+
+    /// Leaves an empty ring whose next byte goes to storage index `index`.
+    static void moveIndicesTo(std::uint32_t index) {
+        Bytes bytes(index);
+        ASSERT_TRUE(putRX_buffer(bytes.data(), index));
+        ASSERT_TRUE(getRX_buffer(index, bytes.data()));
+    }
+};
+
+TEST_F(CircleBuffer, refusesOneByteWhenFullAndChangesNothing) {
+    const Bytes full(10240, 0x11);
+    ASSERT_TRUE(putRX_buffer(full.data(), 10240));
+    const std::uint8_t extra = 0x22;
+    EXPECT_FALSE(putRX_buffer(&extra, 1));
+    EXPECT_EQ(takeRing(), full);
+}
+
+TEST_F(CircleBuffer, takesExactlyTheFreeSpaceAndIsFullThen) {
+    const Bytes first(10000, 0x11);
+    const Bytes second(240, 0x22);
+    ASSERT_TRUE(putRX_buffer(first.data(), 10000));
+    EXPECT_TRUE(putRX_buffer(second.data(), 240));
+    EXPECT_FALSE(putRX_buffer(second.data(), 1));
+    Bytes expected = first;
+    expected.insert(expected.end(), second.begin(), second.end());
+    EXPECT_EQ(takeRing(), expected);
+}
+
+TEST_F(CircleBuffer, storesNothingOfAWriteThatIsOneByteTooLong) {
+    const Bytes first(10000, 0x11);
+    const Bytes second(241, 0x22);
+    ASSERT_TRUE(putRX_buffer(first.data(), 10000));
+    EXPECT_FALSE(putRX_buffer(second.data(), 241));
+    EXPECT_EQ(takeRing(), first);
+}
+
+TEST_F(CircleBuffer, refusesAWriteLongerThanItselfWhenEmpty) {
+    const Bytes tooMuch(10241, 0x11);
+    EXPECT_FALSE(putRX_buffer(tooMuch.data(), 10241));
+    EXPECT_EQ(takeRing(), Bytes{});
+}
+
+TEST_F(CircleBuffer, refusesTheLargestCountsThereAre) {
+    Bytes bytes{1, 2, 3};
+    ASSERT_TRUE(putRX_buffer(bytes.data(), 3));
+    EXPECT_FALSE(putRX_buffer(bytes.data(), 0xFFFFFFFF));
+    EXPECT_FALSE(getRX_buffer(0xFFFFFFFF, bytes.data()));
+    EXPECT_EQ(takeRing(), (Bytes{1, 2, 3}));
+}
+
+TEST_F(CircleBuffer, refusesToGiveFourBytesOfThreeAndKeepsThem) {
+    const Bytes three{0xAA, 0x55, 0x02};
+    ASSERT_TRUE(putRX_buffer(three.data(), 3));
+    Bytes out{9, 9, 9, 9};
+    EXPECT_FALSE(getRX_buffer(4, out.data()));
+    EXPECT_EQ(out, (Bytes{9, 9, 9, 9}));
+    EXPECT_TRUE(getRX_buffer(3, out.data()));
+    EXPECT_EQ(out, (Bytes{0xAA, 0x55, 0x02, 9}));
+    EXPECT_FALSE(getRX_buffer(1, out.data()));
+}
+
+TEST_F(CircleBuffer, givesPartOfWhatIsStoredAndKeepsTheRest) {
+    const Bytes five{1, 2, 3, 4, 5};
+    ASSERT_TRUE(putRX_buffer(five.data(), 5));
+    Bytes out(2);
+    EXPECT_TRUE(getRX_buffer(2, out.data()));
+    EXPECT_EQ(out, (Bytes{1, 2}));
+    EXPECT_EQ(takeRing(), (Bytes{3, 4, 5}));
+}
+
+TEST_F(CircleBuffer, keepsTheOrderAcrossTheEndOfItsStorage) {
+    for (const std::uint32_t start : {10236U, 10237U, 10239U}) {
+        ClearRx_buffer();
+        moveIndicesTo(start);
+        const Bytes bytes{1, 2, 3, 4, 5, 6};
+        ASSERT_TRUE(putRX_buffer(bytes.data(), 6));
+        Bytes out(6);
+        EXPECT_TRUE(getRX_buffer(6, out.data()));
+        EXPECT_EQ(out, bytes) << "from storage index " << start;
+    }
+}
+
+TEST_F(CircleBuffer, keepsTheOrderWhenAWriteEndsExactlyAtTheEndOfItsStorage) {
+    moveIndicesTo(10236);
+    const Bytes bytes{1, 2, 3, 4, 5};
+    ASSERT_TRUE(putRX_buffer(bytes.data(), 4));
+    ASSERT_TRUE(putRX_buffer(bytes.data() + 4, 1));
+    EXPECT_EQ(takeRing(), bytes);
+}
+
+TEST_F(CircleBuffer, holdsItsFullSizeFromAnyStartIndex) {
+    moveIndicesTo(5000);
+    Bytes full(10240);
+    std::iota(full.begin(), full.end(), std::uint8_t{0});
+    EXPECT_TRUE(putRX_buffer(full.data(), 10240));
+    EXPECT_FALSE(putRX_buffer(full.data(), 1));
+    EXPECT_EQ(takeRing(), full);
+}
+
+TEST_F(CircleBuffer, isEmptyAfterClear) {
+    const Bytes three{1, 2, 3};
+    ASSERT_TRUE(putRX_buffer(three.data(), 3));
+    ClearRx_buffer();
+    std::uint8_t out = 9;
+    EXPECT_FALSE(getRX_buffer(1, &out));
+    EXPECT_EQ(out, 9);
+}
+
+TEST_F(CircleBuffer, takesItsFullSizeAfterClear) {
+    const Bytes full(10240, 0x33);
+    ASSERT_TRUE(putRX_buffer(full.data(), 10240));
+    ClearRx_buffer();
+    EXPECT_TRUE(putRX_buffer(full.data(), 10240));
+    EXPECT_EQ(takeRing(), full);
+}
+
+TEST_F(CircleBuffer, alwaysGrantsZeroBytesAndChangesNothing) {
+    EXPECT_TRUE(getRX_buffer(0, nullptr));
+    EXPECT_TRUE(putRX_buffer(nullptr, 0));
+    EXPECT_EQ(takeRing(), Bytes{});
+
+    const Bytes full(10240, 0x44);
+    ASSERT_TRUE(putRX_buffer(full.data(), 10240));
+    EXPECT_TRUE(putRX_buffer(nullptr, 0));
+    EXPECT_TRUE(getRX_buffer(0, nullptr));
+    EXPECT_EQ(takeRing(), full);
+}
+
+TEST_F(CircleBuffer, passesAByteStreamFromOneThreadToAnotherWholeAndInOrder) {
+    constexpr std::uint32_t kReports = 2000;
+    std::thread hidThread([] {
+        std::array<std::uint8_t, 63> report{};
+        std::uint8_t next = 0;
+        for (std::uint32_t sent = 0; sent < kReports; ++sent) {
+            for (std::uint8_t& byte : report) {
+                byte = next++;
+            }
+            while (!putRX_buffer(report.data(), 63)) {
+                std::this_thread::yield();
+            }
+        }
+    });
+    std::uint8_t expected = 0;
+    std::array<std::uint8_t, 7> piece{};  // 63 is a multiple of 7, so the last read is met too
+    std::uint32_t wrong = 0;
+    for (std::uint32_t taken = 0; taken < kReports * 63; taken += 7) {
+        while (!getRX_buffer(7, piece.data())) {
+            std::this_thread::yield();
+        }
+        for (const std::uint8_t byte : piece) {
+            wrong += byte != expected++ ? 1U : 0U;
+        }
+    }
+    hidThread.join();
+    EXPECT_EQ(wrong, 0U);
+}
+
+}  // namespace
+}  // namespace kelvo

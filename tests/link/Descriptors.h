@@ -1,0 +1,33 @@
+#pragma once
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <map>
+#include <string>
+
+namespace kelvo {
+
+/// This process's open descriptors and what they are open on.
+inline std::map<int, std::string> openDescriptors() {
+    std::map<int, std::string> open;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;  // the descriptor that lists the directory is in the list
+        const auto target = std::filesystem::read_symlink(entry.path(), gone);
+        if (!gone && target.string().find("/fd") == std::string::npos) {
+            open[std::stoi(entry.path().filename())] = target;
+        }
+    }
+    return open;
+}
+
+/// How many descriptors are open on a node of the fake bus.
+inline std::ptrdiff_t openNodes() {
+    return std::ranges::count_if(openDescriptors(), [](const auto& descriptor) {
+        const std::string prefix = "/dev/pts/";
+        return descriptor.second.starts_with(prefix) &&
+               std::isdigit(static_cast<unsigned char>(descriptor.second.at(prefix.size()))) != 0;
+    });
+}
+
+}  // namespace kelvo

@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "RVHidClass.h"
+#include "RecordingApp.h"
+#include "ScriptedLink.h"
+
+namespace kelvo {
+namespace {
+
+using test::RecordingApp;
+using test::ScriptedDevice;
+using test::ScriptedHidManager;
+using test::ScriptedLink;
+
+bool canWrite() {
+    const std::uint8_t byte = 0;
+    return HID_WreteData(&byte, 1);
+}
+
+TEST(OpenHidDevice, looksForTheVendorProductAndVersionOfTheKr310) {
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    const auto matching = link.manager.matching();
+    ASSERT_TRUE(matching.has_value());
+    EXPECT_EQ(matching->vendorId, 0x0483);
+    EXPECT_EQ(matching->productId, 0x5703);
+    EXPECT_EQ(matching->versionNumber, 0xC8);
+}
+
+TEST(OpenHidDevice, registersItsCallbacksThenOpensThenRuns) {
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    EXPECT_EQ(link.manager.calls(), (std::vector<std::string>{"setDeviceMatching", "registerDeviceMatchingCallback",
+                                                              "registerDeviceRemovalCallback",
+                                                              "registerInputReportCallback", "open", "run"}));
+}
+
+TEST(OpenHidDevice, runsOnAfterAFailedOpen) {
+    ScriptedHidManager manager;
+    manager.failOpen();
+    const auto device = std::make_shared<ScriptedDevice>();
+    manager.attach(device);
+    std::thread hidThread([&] { OpenHidDevice(manager); });
+    EXPECT_TRUE(manager.settle());
+    EXPECT_TRUE(isOpenDevice);
+    manager.stop();
+    hidThread.join();
+}
+
+TEST(OpenHidDevice, hasNoDeviceUntilOneArrives) {
+    ScriptedLink link;
+    ASSERT_TRUE(link.manager.settle());
+    EXPECT_FALSE(isOpenDevice);
+    EXPECT_FALSE(canWrite());
+    EXPECT_TRUE(link.attach());
+    EXPECT_TRUE(canWrite());
+}
+
+TEST(OpenHidDevice, closesTheDeviceWhenSomebodyElseStopsTheManager) {
+    RecordingApp app;
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    link.close();
+    EXPECT_FALSE(isOpenDevice);
+    EXPECT_FALSE(canWrite());
+    EXPECT_EQ(link.device.use_count(), 1) << "the link must let go of the device";
+    EXPECT_EQ(app.exits(), 0);
+}
+
+TEST(OpenHidDevice, returnsWhenTheManagerWasStoppedBeforehand) {
+    ScriptedHidManager manager;
+    manager.stop();
+    OpenHidDevice(manager);
+    EXPECT_FALSE(isOpenDevice);
+}
+
+TEST(Removal, closesTheDeviceEndsTheThreadAndTellsTheApplicationOnce) {
+    RecordingApp app;
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    EXPECT_EQ(app.exits(), 0);
+    EXPECT_TRUE(link.detach());
+    EXPECT_FALSE(canWrite());
+    EXPECT_EQ(app.exits(), 1);
+    EXPECT_EQ(link.manager.calls().back(), "stop");
+}
+
+TEST(Removal, closesAndStopsBeforeTheApplicationIsTold) {
+    struct AskingApp : RecordingApp {
+        explicit AskingApp(const ScriptedHidManager& hidManager) : manager(hidManager) {}
+        void exitApp() override {
+            wasOpen = isOpenDevice;
+            lastCall = manager.calls().back();
+        }
+        const ScriptedHidManager& manager;
+        bool wasOpen = true;
+        std::string lastCall;
+    };
+    ScriptedLink link;
+    AskingApp app(link.manager);
+    ASSERT_TRUE(link.attach());
+    EXPECT_TRUE(link.detach());
+    EXPECT_FALSE(app.wasOpen);
+    EXPECT_EQ(app.lastCall, "stop");
+}
+
+TEST(Removal, isQuietWithoutAnApplication) {
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    EXPECT_TRUE(link.detach());
+}
+
+TEST(Removal, letsGoOfTheDevice) {
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    EXPECT_TRUE(link.detach());
+    EXPECT_FALSE(canWrite());
+    EXPECT_EQ(link.device->attempts(), 0U);
+    EXPECT_EQ(link.device.use_count(), 1);
+}
+
+TEST(SecondDevice, isIgnoredWhileOneIsOpen) {
+    ScriptedLink link;
+    const auto second = std::make_shared<ScriptedDevice>();
+    ASSERT_TRUE(link.attach());
+    link.manager.attach(second);
+    ASSERT_TRUE(link.manager.settle());
+    EXPECT_TRUE(canWrite());
+    EXPECT_EQ(link.device->attempts(), 1U);
+    EXPECT_EQ(second->attempts(), 0U);
+}
+
+TEST(SecondDevice, isIgnoredWhenItIsRemoved) {
+    RecordingApp app;
+    ScriptedLink link;
+    const auto second = std::make_shared<ScriptedDevice>();
+    ASSERT_TRUE(link.attach());
+    link.manager.attach(second);
+    link.manager.detach(second);
+    ASSERT_TRUE(link.manager.settle());
+    EXPECT_TRUE(isOpenDevice);
+    EXPECT_TRUE(canWrite());
+    EXPECT_EQ(app.exits(), 0);
+}
+
+TEST(SecondDevice, doesNotTakeOverWhenTheFirstIsRemoved) {
+    RecordingApp app;
+    ScriptedLink link;
+    const auto second = std::make_shared<ScriptedDevice>();
+    ASSERT_TRUE(link.attach());
+    link.manager.attach(second);
+    EXPECT_TRUE(link.detach());
+    EXPECT_FALSE(canWrite());
+    EXPECT_EQ(second->attempts(), 0U);
+    EXPECT_EQ(app.exits(), 1);
+}
+
+TEST(SecondDevice, isIgnoredWhenItIsRemovedAndNoneWasEverOpen) {
+    RecordingApp app;
+    ScriptedLink link;
+    link.manager.detach(link.device);
+    EXPECT_TRUE(link.attach());
+    EXPECT_EQ(app.exits(), 0);
+}
+
+TEST(QuitWindow, tellsTheApplicationThatTheDeviceHasGone) {
+    RecordingApp app;
+    quitWindow();
+    EXPECT_EQ(app.exits(), 1);
+}
+
+TEST(QuitWindow, doesNothingWithoutAnApplication) {
+    ASSERT_EQ(AppClassPoint.load(), nullptr);
+    EXPECT_NO_FATAL_FAILURE(quitWindow());
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,212 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Descriptors.h"
+#include "FakeBus.h"
+#include "RunningManager.h"
+
+namespace kelvo {
+namespace {
+
+using testing::Contains;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+using Events = std::vector<std::string>;
+
+/// While it lives, the process gets no new descriptor.
+class NoDescriptors {
+public:
+    NoDescriptors() {
+        getrlimit(RLIMIT_NOFILE, &old_);
+        const rlimit none{.rlim_cur = 0, .rlim_max = old_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &old_); }
+
+private:
+    rlimit old_{};
+};
+
+/// Of the descriptors that were not there before: what they are open on and whether exec closes them.
+std::vector<std::pair<std::string, bool>> openedSince(const std::map<int, std::string>& before) {
+    std::vector<std::pair<std::string, bool>> opened;
+    for (const auto& [fd, target] : openDescriptors()) {
+        if (!before.contains(fd)) {
+            opened.emplace_back(target.substr(0, target.find_first_of("0123456789")), fcntl(fd, F_GETFD) == FD_CLOEXEC);
+        }
+    }
+    return opened;
+}
+
+/// Waits until fewer than `count` descriptors are open. The fake bus has some of its own, and opens and closes them on
+/// its own thread.
+bool descriptorsFallBelow(std::size_t count) {
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (openDescriptors().size() >= count && std::chrono::steady_clock::now() < giveUp) {
+        std::this_thread::yield();
+    }
+    return openDescriptors().size() < count;
+}
+
+TEST(HidrawManagerLife, stopBeforeRun_letsRunReturnAtOnceWithoutADevice) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.manager.stop();
+    link.start();
+    link.join();
+    EXPECT_EQ(link.events(), Events{});
+}
+
+TEST(HidrawManagerLife, stopBeforeRun_countsForOneRunOnly) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.manager.stop();
+    link.start();
+    link.join();
+    link.start();
+    EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+}
+
+TEST(HidrawManagerLife, stopFromAnotherThread_endsTheWaitWithoutARemoval) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitUntilIdle();
+    link.manager.stop();
+    link.join();
+    EXPECT_EQ(link.events(), Events{"arrived"});
+}
+
+TEST(HidrawManagerLife, stopFromTheRemovalCallback_endsTheRun) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.onEvent = [&](const std::string& event) {
+        if (event == "removed") {
+            link.manager.stop();
+        }
+    };
+    link.start();
+    link.waitFor(1);
+    bus.unplug(0);
+    link.join();
+    EXPECT_EQ(link.events(), (Events{"arrived", "removed"}));
+}
+
+TEST(HidrawManagerLife, aSecondRun_findsTheSameDeviceAnew) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    link.manager.stop();
+    link.join();
+    link.forgetDevice();
+    link.start();
+    EXPECT_EQ(link.waitFor(2), (Events{"arrived", "arrived"}));
+}
+
+TEST(HidrawManagerLife, openThatFails_leavesARunThatFindsNothingAndWaitsForStop) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    {
+        const NoDescriptors none;
+        EXPECT_FALSE(link.manager.open());
+    }
+    link.start();
+    link.waitUntilIdle();
+    link.manager.stop();
+    link.join();
+    EXPECT_EQ(link.events(), Events{});
+}
+
+TEST(HidrawManagerLife, openAfterAFailure_findsTheDevice) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    {
+        const NoDescriptors none;
+        EXPECT_FALSE(link.manager.open());
+    }
+    EXPECT_TRUE(link.manager.open());
+    link.start();
+    EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+}
+
+TEST(HidrawManagerLife, withoutADescriptorForItsWakeUp_cannotBeMade) {
+    const NoDescriptors none;
+    EXPECT_THROW(HidrawManager(), std::runtime_error);
+}
+
+TEST(HidrawManagerLife, allItsDescriptorsAreCloseOnExec) {
+    FakeBus bus;
+    bus.plug(0);
+    const auto before = openDescriptors();
+    RunningManager link(bus);
+    EXPECT_THAT(openedSince(before), UnorderedElementsAre(Pair("anon_inode:[eventfd]", true), Pair("socket:[", true)));
+    link.start();
+    link.waitFor(1);
+    EXPECT_THAT(openedSince(before), Contains(Pair("/dev/pts/", true)));
+}
+
+TEST(HidrawManagerLife, leaksNoDescriptorOverTwentyLivesThatEndWithADevice) {
+    FakeBus bus;
+    bus.plug(0);
+    const auto before = openDescriptors().size();
+    for (int life = 0; life < 20; ++life) {
+        RunningManager link(bus);
+        link.start();
+        EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+        EXPECT_EQ(openNodes(), 1);
+    }
+    EXPECT_EQ(openNodes(), 0);
+    EXPECT_TRUE(descriptorsFallBelow(before + 20));
+}
+
+TEST(HidrawManagerLife, leaksNoDescriptorOverTwentyNodesThatCannotBeOpened) {
+    FakeBus bus;
+    bus.plugPlainFile(0);
+    const auto before = openDescriptors().size();
+    for (int life = 0; life < 20; ++life) {
+        RunningManager link(bus);
+        link.start();
+        EXPECT_EQ(link.waitFor(1).size(), 1U);
+    }
+    EXPECT_TRUE(descriptorsFallBelow(before + 20));
+}
+
+TEST(HidrawManagerLife, leaksNoDescriptorOverTwentyReplugs) {
+    FakeBus bus;
+    RunningManager link(bus);
+    link.start();
+    link.waitUntilIdle();
+    for (int number = 0; number < 20; ++number) {
+        bus.plug(number);
+        link.waitFor(static_cast<std::size_t>(number) * 2 + 1);
+        EXPECT_EQ(openNodes(), 1);
+        number % 2 == 0 ? bus.unplug(number) : bus.cut(number);
+        link.waitFor(static_cast<std::size_t>(number) * 2 + 2);
+        link.forgetDevice();
+        link.waitUntilIdle();
+        EXPECT_EQ(openNodes(), 0);
+    }
+    EXPECT_EQ(link.events().size(), 40U);
+}
+
+}  // namespace
+}  // namespace kelvo

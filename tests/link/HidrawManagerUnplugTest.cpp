@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "BlockedWrite.h"
+#include "Descriptors.h"
+#include "FakeBus.h"
+#include "RunningManager.h"
+
+namespace kelvo {
+namespace {
+
+using Events = std::vector<std::string>;
+using Bytes = std::vector<std::uint8_t>;
+
+const Events kArrivedAndRemoved{"arrived", "removed"};
+
+TEST(HidrawManagerUnplug, whileIdle_isReportedWithTheUdevEvent) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.unplug(0);
+    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
+    EXPECT_FALSE(link.device()->setReport(Report{}));
+}
+
+TEST(HidrawManagerUnplug, whileIdle_isReportedWithTheEndOfTheNode) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.cut(0);
+    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
+    EXPECT_FALSE(link.device()->setReport(Report{}));
+}
+
+TEST(HidrawManagerUnplug, isReportedOnceThoughUdevTellsAfterTheEndOfTheNode) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.cut(0);
+    link.waitFor(2);
+    bus.unplug(0);
+    bus.plug(1);
+    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
+}
+
+TEST(HidrawManagerUnplug, isReportedOnceThoughTheNodeEndsAfterUdevTold) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.sendEvent(0, "remove");
+    link.waitFor(2);
+    bus.cut(0);
+    bus.plug(1);
+    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
+}
+
+class HidrawManagerEnd : public testing::TestWithParam<int> {};
+
+TEST_P(HidrawManagerEnd, whileReading_isReportedOnceAfterTheQueuedReports) {
+    NodeScript script({}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = GetParam()}});
+    FakeBus bus;
+    bus.setScript(0, script);
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.send(0, {0});
+    link.waitFor(4);
+    bus.unplug(0);
+    bus.plug(1);
+    EXPECT_EQ(link.waitFor(5), (Events{"arrived", "report of 64 bytes beginning with 1",
+                                       "report of 64 bytes beginning with 2", "removed", "arrived"}));
+}
+
+TEST_P(HidrawManagerEnd, whileWriting_isReportedOnceAndNothingIsWrittenAfterwards) {
+    NodeScript script({{.error = GetParam()}, {.count = 65}}, {});
+    FakeBus bus;
+    bus.setScript(0, script);
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    const auto device = link.device();
+    EXPECT_FALSE(device->setReport(Report{}));
+    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
+    EXPECT_FALSE(device->setReport(Report{}));
+    EXPECT_EQ(script.writes(), 1);
+    bus.unplug(0);
+    bus.plug(1);
+    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(, HidrawManagerEnd, testing::Values(EIO, ENODEV, EPROTO, ESHUTDOWN),
+                         [](const auto& error) { return std::string(strerrorname_np(error.param)); });
+
+TEST(HidrawManagerUnplug, foundByAWrite_waitsForTheQueuedReports) {
+    NodeScript script({{.error = ENODEV}}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = EIO}});
+    FakeBus bus;
+    bus.setScript(0, script);
+    bus.plug(0);
+    RunningManager link(bus);
+    link.onEvent = [&](const std::string& event) {
+        if (event == "report of 64 bytes beginning with 1") {
+            EXPECT_FALSE(link.device()->setReport(Report{}));
+        }
+    };
+    link.start();
+    link.waitFor(1);
+    bus.send(0, {0});
+    EXPECT_EQ(link.waitFor(4), (Events{"arrived", "report of 64 bytes beginning with 1",
+                                       "report of 64 bytes beginning with 2", "removed"}));
+}
+
+TEST(HidrawManagerUnplug, toldByUdev_waitsForTheQueuedReports) {
+    NodeScript script({}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = EIO}});
+    FakeBus bus;
+    bus.setScript(0, script);
+    bus.plug(0);
+    RunningManager link(bus);
+    link.onEvent = [&](const std::string& event) {
+        if (event == "report of 64 bytes beginning with 1") {
+            bus.sendEvent(0, "remove");
+        }
+    };
+    link.start();
+    link.waitFor(1);
+    bus.send(0, {0});
+    EXPECT_EQ(link.waitFor(4), (Events{"arrived", "report of 64 bytes beginning with 1",
+                                       "report of 64 bytes beginning with 2", "removed"}));
+}
+
+TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isReportedWhileTheWriteIsStillBlocked) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    BlockedWrite write(bus, 0, link.device());
+    bus.send(0, Bytes(64, 4));
+    EXPECT_EQ(link.waitFor(2), (Events{"arrived", "report of 64 bytes beginning with 4"}));
+    bus.unplug(0);
+    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 4", "removed"}));
+    bus.cut(0);
+    EXPECT_FALSE(write.result());
+}
+
+TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isNoticedByTheEndOfTheNode) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    BlockedWrite write(bus, 0, link.device());
+    bus.cut(0);
+    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
+    EXPECT_FALSE(write.result());
+}
+
+TEST(HidrawManagerUnplug, leavesTheDescriptorOpenUnderABlockedWriteEvenWhenTheManagerHasGone) {
+    FakeBus bus;
+    bus.plug(0);
+    auto link = std::make_unique<RunningManager>(bus);
+    link->start();
+    link->waitFor(1);
+    BlockedWrite write(bus, 0, link->device());
+    bus.sendEvent(0, "remove");
+    link->waitFor(2);
+    link.reset();
+    EXPECT_EQ(openNodes(), 1);
+    bus.cut(0);
+    EXPECT_FALSE(write.result());
+    EXPECT_EQ(openNodes(), 0);
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,93 @@
+#include "RunningManager.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <future>
+#include <utility>
+
+#include "SleepingThread.h"
+
+namespace kelvo {
+
+RunningManager::RunningManager(FakeBus& bus)
+    : bus_(bus), log_([this](std::string_view line) { note("log: " + std::string(line)); }) {
+    manager.setDeviceMatching({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200});
+    manager.registerDeviceMatchingCallback([this](const std::shared_ptr<HidDevice>& device) {
+        {
+            const std::lock_guard lock(mutex_);
+            device_ = device;
+        }
+        note("arrived");
+    });
+    manager.registerDeviceRemovalCallback([this](const std::shared_ptr<HidDevice>& device) {
+        note(device == this->device() ? "removed" : "another device removed");
+    });
+    manager.registerInputReportCallback(
+        [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
+            note((device == this->device() ? "report of " : "another device's report of ") +
+                 std::to_string(report.size()) + " bytes beginning with " + std::to_string(report.front()));
+        });
+    isOpen = manager.open();
+    bus_.settle = [this] { waitUntilIdle(); };
+}
+
+RunningManager::~RunningManager() {
+    bus_.settle = [] {};
+    manager.stop();
+    join();
+}
+
+void RunningManager::start(std::function<void()> prepare) {
+    std::promise<pid_t> id;
+    thread_ = std::thread([this, &id, prepare = std::move(prepare)] {
+        if (prepare) {
+            prepare();
+        }
+        id.set_value(gettid());
+        manager.run();
+    });
+    threadId_ = id.get_future().get();
+}
+
+void RunningManager::waitUntilIdle() const {
+    if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
+        waitUntilThreadIsIn(SYS_poll, threadId_);
+    }
+}
+
+void RunningManager::join() {
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+}
+
+std::vector<std::string> RunningManager::waitFor(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, std::chrono::seconds(20), [&] { return events_.size() >= count; });
+    return events_;
+}
+
+std::shared_ptr<HidDevice> RunningManager::device() {
+    const std::lock_guard lock(mutex_);
+    return device_;
+}
+
+void RunningManager::forgetDevice() {
+    const std::lock_guard lock(mutex_);
+    device_.reset();
+}
+
+void RunningManager::note(const std::string& event) {
+    {
+        const std::lock_guard lock(mutex_);
+        events_.push_back(event);
+    }
+    changed_.notify_all();
+    if (onEvent) {
+        onEvent(event);
+    }
+}
+
+}  // namespace kelvo

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "FakeBus.h"
+#include "HidrawManager.h"
+#include "NSLog.h"
+
+namespace kelvo {
+
+/// A HidrawManager that looks for the KR310 on a thread of its own and writes down, in order, what it reports:
+/// "arrived", "report of N bytes beginning with B", "removed" (of the device that arrived), and "log: " and each line
+/// of the system log. Stops and ends with the object.
+class RunningManager {
+public:
+    explicit RunningManager(FakeBus& bus);
+    ~RunningManager();
+
+    /// Starts the thread; `prepare` is called on it first.
+    void start(std::function<void()> prepare = {});
+    /// Waits until the thread, if it runs, sleeps because there is nothing to do.
+    void waitUntilIdle() const;
+    /// Waits for the thread's end. Somebody must have stopped the manager.
+    void join();
+
+    /// Waits until there are `count` events, at most 20 s, and returns all there are.
+    std::vector<std::string> waitFor(std::size_t count);
+    std::vector<std::string> events() { return waitFor(0); }
+
+    /// The device that arrived last.
+    std::shared_ptr<HidDevice> device();
+    /// Keeps no device any more.
+    void forgetDevice();
+
+    /// Called on the manager's thread after each event is written down.
+    std::function<void(const std::string& event)> onEvent;
+
+    HidrawManager manager;
+    /// What `open` said.
+    bool isOpen = false;
+
+private:
+    void note(const std::string& event);
+
+    FakeBus& bus_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<std::string> events_;
+    std::shared_ptr<HidDevice> device_;
+    LogListener log_;
+    pid_t threadId_ = 0;
+    std::thread thread_;
+};
+
+}  // namespace kelvo

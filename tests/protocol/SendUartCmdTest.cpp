@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "CRC.h"
+#include "ScriptedLink.h"
+
+namespace kelvo {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+class SendUartCmdTest : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(link.attach()); }
+
+    test::ScriptedLink link;
+};
+
+/// A frame buffer of LENGTH + 6 bytes with its header written and each data byte, the command included, at `fill`.
+Bytes frameWith(std::size_t length, std::uint8_t fill) {
+    Bytes frame{0xAA, 0x55, static_cast<std::uint8_t>(length & 0xFF), static_cast<std::uint8_t>(length >> 8)};
+    frame.resize(length + 4, fill);
+    frame.resize(length + 6, 0);
+    return frame;
+}
+
+TEST_F(SendUartCmdTest, completesAndSendsTheStartUpFrame) {
+    std::array<std::uint8_t, 8> frame{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00};
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->sentBytes(), (Bytes{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25}));
+    EXPECT_EQ(link.device->reports().size(), 1U);
+    EXPECT_EQ(frame[6], 0x02) << "the CRC is written into the caller's buffer";
+    EXPECT_EQ(frame[7], 0x25);
+}
+
+TEST_F(SendUartCmdTest, sendsLength515As521BytesWithItsCrcAt519And520) {
+    Bytes frame = frameWith(515, 0);
+    frame[4] = 0xE1;
+    frame[5] = 3;
+    frame[6] = 1;
+    for (std::size_t i = 0; i < 512; ++i) {
+        frame[7 + i] = static_cast<std::uint8_t>(i);
+    }
+    SendUartCmd(frame.data());
+    const Bytes sent = link.device->sentBytes();
+    ASSERT_EQ(sent.size(), 521U);
+    EXPECT_EQ(sent[519], 0x33);
+    EXPECT_EQ(sent[520], 0xFF);
+    EXPECT_EQ(Bytes(sent.begin(), sent.begin() + 8), (Bytes{0xAA, 0x55, 0x03, 0x02, 0xE1, 0x03, 0x01, 0x00}));
+    EXPECT_EQ(link.device->reports().size(), 9U);
+}
+
+TEST_F(SendUartCmdTest, sendsTheZerosBehindADeletedRow) {
+    Bytes frame = frameWith(515, 0);
+    frame[4] = 0xE4;
+    frame[5] = 7;
+    SendUartCmd(frame.data());
+    Bytes expected{0xAA, 0x55, 0x03, 0x02, 0xE4, 0x07};
+    expected.resize(519, 0x00);
+    expected.push_back(0xA3);
+    expected.push_back(0x30);
+    EXPECT_EQ(link.device->sentBytes(), expected);
+}
+
+TEST_F(SendUartCmdTest, sendsANameFrameAs19Bytes) {
+    Bytes frame{0xAA, 0x55, 0x0D, 0x00, 0xE1, 0x09, 0x04, 'G', 'R', 'E', 'E', 'N', 'B', 'A', 'C', 'K', 0, 0xEE, 0xEE};
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->sentBytes(), (Bytes{0xAA, 0x55, 0x0D, 0x00, 0xE1, 0x09, 0x04, 'G', 'R', 'E', 'E', 'N', 'B',
+                                               'A', 'C', 'K', 0, 0xAF, 0x2B}));
+}
+
+TEST_F(SendUartCmdTest, takesLength0) {
+    Bytes frame = frameWith(0, 0);
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->sentBytes(), (Bytes{0xAA, 0x55, 0x00, 0x00, 0xFF, 0xFF}));
+}
+
+TEST_F(SendUartCmdTest, doesNotCoverTheHeaderWithTheCrc) {
+    std::array<std::uint8_t, 8> frame{0x00, 0x00, 0x02, 0x00, 0xE0, 0x00};
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->sentBytes(), (Bytes{0x00, 0x00, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25}));
+}
+
+TEST_F(SendUartCmdTest, trustsLengthsThatNoReceiverTakes) {
+    Bytes frame = frameWith(1280, 0x42);
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->sentBytes().size(), 1286U);
+    EXPECT_EQ(frame[1284], 0x56);
+    EXPECT_EQ(frame[1285], 0x1D);
+
+    link.device->forgetReports();
+    frame = frameWith(65535, 0x42);
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->sentBytes().size(), 65541U);
+    EXPECT_EQ(frame[65539], 0x5B);
+    EXPECT_EQ(frame[65540], 0xE5);
+}
+
+TEST_F(SendUartCmdTest, writesNothingBehindTheFrame) {
+    std::array<std::uint8_t, 9> frame{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x00, 0x00, 0x77};
+    SendUartCmd(frame.data());
+    EXPECT_EQ(frame[8], 0x77);
+}
+
+TEST_F(SendUartCmdTest, losesARefusedFrameWithoutAWord) {
+    Bytes frame = frameWith(515, 0);
+    link.device->refuseReport(3);
+    SendUartCmd(frame.data());
+    EXPECT_EQ(link.device->reports().size(), 2U);
+}
+
+TEST(SendUartCmdWithoutDevice, writesTheCrcAndSendsNothing) {
+    test::ScriptedLink link;
+    ASSERT_TRUE(link.manager.settle());
+    std::array<std::uint8_t, 8> frame{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00};
+    SendUartCmd(frame.data());
+    EXPECT_EQ(frame, (std::array<std::uint8_t, 8>{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25}));
+    EXPECT_EQ(link.device->attempts(), 0U);
+}
+
+}  // namespace
+}  // namespace kelvo

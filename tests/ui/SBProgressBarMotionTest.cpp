@@ -1,0 +1,333 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "SBProgressBarStage.h"
+
+namespace kelvo {
+namespace {
+
+class BarMotion : public testing::Test {
+protected:
+    BarStage stage{200, 20};
+    SBProgressBar& bar = stage.bar;
+
+    bool runs() { return bar.stripesLayer().animation("x") != nullptr; }
+    double stripesX() { return bar.stripesLayer().shownPosition().x(); }
+};
+
+TEST_F(BarMotion, stripesAnimation_movesByOneTileForEver) {
+    const BasicAnimation animation = bar.stripesAnimation();
+    EXPECT_EQ(animation.keyPath, "position.x");
+    EXPECT_EQ(animation.fromValue, -30.0);
+    EXPECT_EQ(animation.byValue, 30.0);
+    EXPECT_FALSE(animation.toValue.has_value());
+    EXPECT_EQ(animation.duration, 0.3);
+    EXPECT_EQ(animation.repeatCount, std::numeric_limits<double>::infinity());
+    EXPECT_FALSE(animation.removedOnCompletion);
+    EXPECT_FALSE(animation.timingFunction.has_value());
+    EXPECT_EQ(*bar.stripesLayer().animation("x"), animation);
+}
+
+TEST_F(BarMotion, stripes_goFromMinusThirtyToZeroInThreeTenths) {
+    EXPECT_NEAR(stripesX(), -30.0, 1e-9);
+    stage.step(0.15);
+    EXPECT_NEAR(stripesX(), -15.0, 1e-9);
+    stage.step(0.149);
+    EXPECT_NEAR(stripesX(), -0.1, 1e-9);
+    stage.step(0.001);
+    EXPECT_NEAR(stripesX(), -30.0, 1e-6);
+    stage.step(3000.1);
+    EXPECT_NEAR(stripesX(), -20.0, 1e-6);
+}
+
+TEST_F(BarMotion, fadeAnimation_matchesTheStripesOpacity) {
+    const double shown = static_cast<double>(0.04F);
+    EXPECT_EQ(bar.fadeAnimationVisible(true),
+              (BasicAnimation{.keyPath = "opacity", .fromValue = 0.0, .toValue = shown, .duration = 0.255}));
+    EXPECT_EQ(bar.fadeAnimationVisible(false),
+              (BasicAnimation{.keyPath = "opacity", .fromValue = shown, .toValue = 0.0, .duration = 0.255}));
+}
+
+TEST_F(BarMotion, animatesOff_fadesTheStripesAndThenStopsThem) {
+    bar.setAnimates(false);
+    EXPECT_FALSE(bar.animates());
+    EXPECT_EQ(bar.stripesLayer().opacity(), 0.0F);
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
+    stage.step(0.24);
+    EXPECT_TRUE(runs());
+    EXPECT_GT(bar.stripesLayer().shownOpacity(), 0.0F);
+    stage.step(0.01);
+    EXPECT_FALSE(runs());
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.0F);
+    EXPECT_FALSE(bar.scene().isAnimating());
+}
+
+TEST_F(BarMotion, animatesOffAndOnBeforeTheFadeEnds_keepsTheRunningAnimation) {
+    stage.step(0.1);
+    bar.setAnimates(false);
+    stage.step(0.1);
+    const BasicAnimation* const running = bar.stripesLayer().animation("x");
+    bar.setAnimates(true);
+    stage.step(1.0);
+    EXPECT_EQ(bar.stripesLayer().animation("x"), running);
+    EXPECT_EQ(bar.stripesLayer().opacity(), 0.04F);
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
+    EXPECT_NEAR(stripesX(), -30.0, 1e-6);  // 1.2 s from the very start: four whole periods
+}
+
+TEST_F(BarMotion, animatesOffAndOnInOneTurn_keepsTheRunningAnimation) {
+    bar.setAnimates(false);
+    bar.setAnimates(true);
+    stage.step(0.0);
+    EXPECT_TRUE(runs());
+    stage.step(0.5);
+    EXPECT_TRUE(runs());
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
+}
+
+TEST_F(BarMotion, animatesOffOnOff_endsStopped) {
+    bar.setAnimates(false);
+    stage.step(0.1);
+    bar.setAnimates(true);
+    stage.step(0.1);
+    bar.setAnimates(false);
+    stage.step(0.2);
+    EXPECT_TRUE(runs());
+    stage.step(0.05);
+    EXPECT_FALSE(runs());
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.0F);
+}
+
+TEST_F(BarMotion, animatesOnAfterTheFade_startsAnew) {
+    bar.setAnimates(false);
+    stage.step(0.25);
+    bar.setAnimates(true);
+    EXPECT_TRUE(runs());
+    EXPECT_NEAR(stripesX(), -30.0, 1e-9);
+    EXPECT_EQ(bar.stripesLayer().opacity(), 0.04F);
+    stage.step(0.25);
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
+}
+
+TEST_F(BarMotion, animatesSetToWhatItIs_doesNothing) {
+    const auto revision = bar.scene().revision();
+    bar.setAnimates(true);
+    EXPECT_EQ(bar.scene().revision(), revision);
+    EXPECT_FALSE(bar.scene().nextEnd().has_value());
+    bar.setAnimates(false);
+    stage.step(0.25);
+    const auto stopped = bar.scene().revision();
+    bar.setAnimates(false);
+    EXPECT_EQ(bar.scene().revision(), stopped);
+}
+
+TEST_F(BarMotion, animatesOnWhileHidden_waitsForTheShow) {
+    bar.setAnimates(false);
+    stage.step(0.25);
+    bar.setHidden(true);
+    stage.step(0.25);
+    bar.setAnimates(true);
+    EXPECT_FALSE(runs());
+    EXPECT_EQ(bar.stripesLayer().opacity(), 0.04F);
+    bar.setHidden(false);
+    EXPECT_TRUE(runs());
+}
+
+TEST_F(BarMotion, newDuration_takesEffectAtOnce) {
+    stage.step(0.1);
+    bar.setAnimationDuration(0.6);
+    EXPECT_EQ(bar.animationDuration(), 0.6);
+    EXPECT_TRUE(bar.animates());
+    ASSERT_TRUE(runs());
+    EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 0.6);
+    EXPECT_NEAR(stripesX(), -30.0, 1e-9);
+    stage.step(0.3);
+    EXPECT_NEAR(stripesX(), -15.0, 1e-9);
+    EXPECT_TRUE(runs());
+    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
+}
+
+TEST_F(BarMotion, newDurationOfAStillBar_isOnlyStored) {
+    bar.setAnimates(false);
+    stage.step(0.25);
+    bar.setAnimationDuration(2.0);
+    EXPECT_FALSE(runs());
+    bar.setAnimates(true);
+    EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 2.0);
+}
+
+TEST_F(BarMotion, durationOfZeroOrLess_scrollsInTheLayersDefaultTime) {
+    bar.setAnimationDuration(0.0);
+    EXPECT_EQ(bar.animationDuration(), 0.0);
+    EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 0.25);
+    bar.setAnimationDuration(-1.0);
+    EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 0.25);
+}
+
+TEST_F(BarMotion, hide_fadesAndThenHidesAndStops) {
+    bar.setHidden(true);
+    EXPECT_TRUE(bar.sb_isHidden());
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_EQ(bar.alphaValue(), 0.0);
+    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
+    stage.step(0.24);
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_TRUE(runs());
+    stage.step(0.01);
+    EXPECT_TRUE(bar.isHidden());
+    EXPECT_FALSE(runs());
+    EXPECT_TRUE(bar.animates());
+    EXPECT_FALSE(bar.scene().isAnimating());
+}
+
+TEST_F(BarMotion, show_showsAtOnceFadesInAndStarts) {
+    bar.setHidden(true);
+    stage.step(0.25);
+    bar.setHidden(false);
+    EXPECT_FALSE(bar.sb_isHidden());
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_TRUE(runs());
+    EXPECT_EQ(bar.rootLayer().shownOpacity(), 0.0F);
+    stage.step(0.25);
+    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
+    EXPECT_EQ(bar.alphaValue(), 1.0);
+}
+
+TEST_F(BarMotion, showBeforeTheHideHasFinished_wins) {
+    bar.setHidden(true);
+    stage.step(0.1);
+    bar.setHidden(false);
+    stage.step(1.0);
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_EQ(bar.alphaValue(), 1.0);
+    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
+    EXPECT_TRUE(runs());
+}
+
+TEST_F(BarMotion, hideAndShowInOneTurn_leavesTheBarShownAndRunning) {
+    bar.setHidden(true);
+    bar.setHidden(false);
+    stage.step(0.0);
+    stage.step(1.0);
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
+    EXPECT_TRUE(runs());
+}
+
+TEST_F(BarMotion, hideShowHide_endsHidden) {
+    bar.setHidden(true);
+    stage.step(0.1);
+    bar.setHidden(false);
+    stage.step(0.1);
+    bar.setHidden(true);
+    stage.step(0.25);
+    EXPECT_TRUE(bar.isHidden());
+    EXPECT_FALSE(runs());
+}
+
+TEST_F(BarMotion, hideTwice_fadesOnce) {
+    bar.setHidden(true);
+    stage.step(0.2);
+    bar.setHidden(true);
+    EXPECT_FALSE(bar.isHidden());
+    stage.step(0.05);
+    EXPECT_TRUE(bar.isHidden());
+    bar.setHidden(true);
+    EXPECT_FALSE(bar.scene().isAnimating());
+}
+
+TEST_F(BarMotion, showOfAShownBar_onlyStoresTheRequest) {
+    bar.setSb_isHidden(true);
+    const auto revision = bar.scene().revision();
+    bar.setHidden(false);
+    EXPECT_FALSE(bar.sb_isHidden());
+    EXPECT_EQ(bar.scene().revision(), revision);
+}
+
+TEST_F(BarMotion, requestWithdrawnDuringTheFade_doesNotHideButStops) {
+    bar.setHidden(true);
+    bar.setSb_isHidden(false);
+    stage.step(0.25);
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_FALSE(runs());
+}
+
+TEST_F(BarMotion, showWithoutAnimates_doesNotStartTheStripes) {
+    bar.setAnimates(false);
+    bar.setHidden(true);
+    stage.step(0.25);
+    bar.setHidden(false);
+    stage.step(0.25);
+    EXPECT_FALSE(runs());
+    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
+}
+
+TEST_F(BarMotion, directValue_isShownAtOnce) {
+    bar.setFloatValue(0.5);
+    EXPECT_EQ(bar.innerClipLayer().frame().width(), 99.0);
+}
+
+TEST_F(BarMotion, valueThroughTheAnimator_easesInAndOut) {
+    bar.animator().setFloatValue(1.0);
+    EXPECT_EQ(bar.floatValue(), 0.0);
+    stage.step(0.0625);
+    EXPECT_NEAR(bar.floatValue(), 0.12916, 1e-4);
+    EXPECT_NEAR(bar.innerClipLayer().frame().width(), 198 * 0.12916, 0.02);
+    stage.step(0.0625);
+    EXPECT_NEAR(bar.floatValue(), 0.5, 1e-6);
+    stage.step(0.125);
+    EXPECT_EQ(bar.floatValue(), 1.0);
+    EXPECT_EQ(bar.innerClipLayer().frame().width(), 198.0);
+    EXPECT_EQ(bar.rootLayer().animation("floatValue"), nullptr);
+}
+
+TEST_F(BarMotion, animatorTurnedElsewhere_goesOnFromWhereItIs) {
+    bar.animator().setFloatValue(1.0);
+    stage.step(0.125);
+    bar.animator().setFloatValue(0.0);
+    stage.step(0.125);
+    EXPECT_NEAR(bar.floatValue(), 0.25, 1e-6);
+    stage.step(0.125);
+    EXPECT_EQ(bar.floatValue(), 0.0);
+}
+
+TEST_F(BarMotion, directValueDuringAnAnimatedOne_stays) {
+    bar.animator().setFloatValue(1.0);
+    stage.step(0.1);
+    bar.setFloatValue(0.75);
+    stage.step(0.1);
+    EXPECT_EQ(bar.floatValue(), 0.75);
+    stage.step(0.1);
+    EXPECT_EQ(bar.floatValue(), 0.75);
+    EXPECT_EQ(bar.innerClipLayer().frame().width(), 148.5);
+}
+
+TEST_F(BarMotion, animator_refusesWhatTheBarRefuses) {
+    EXPECT_THROW(bar.animator().setFloatValue(1.01), InvalidValue);
+    EXPECT_THROW(bar.animator().setFloatValue(-0.01), InvalidValue);
+    stage.step(0.5);
+    EXPECT_EQ(bar.floatValue(), 0.0);
+}
+
+TEST_F(BarMotion, frame_showsOnlyTheFillAsChanging) {
+    bar.setFloatValue(0.5);
+    EXPECT_EQ(bar.animatedRect(), QRect(0, 0, 100, 20));
+    bar.setFloatValue(0.0);
+    EXPECT_TRUE(bar.animatedRect().isEmpty());
+    bar.setHidden(true);
+    EXPECT_EQ(bar.animatedRect(), QRect(0, 0, 200, 20));
+}
+
+TEST_F(BarMotion, barDestroyedDuringItsFades_isGoneQuietly) {
+    auto* const other = new SBProgressBar([this] { return stage.seconds; });
+    other->setAnimates(false);
+    other->setHidden(true);
+    other->animator().setFloatValue(1.0);
+    delete other;
+    stage.step(1.0);
+    EXPECT_TRUE(runs());
+}
+
+}  // namespace
+}  // namespace kelvo

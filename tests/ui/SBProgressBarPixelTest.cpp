@@ -1,0 +1,244 @@
+// The colours below are worked out by hand from the bar's description, for a pixel's middle. In a bar of 20 points with
+// the fill's layers one point further down, at y + 1/2:
+//   trough   0.55 - 0.15 (y + 0.5) / 20
+//   fill     0.75 + 0.25 (y - 0.5) / 20, then 0.96 of it under a stripe and 0.04 more beside one
+//   line     0.4 of that + 0.6, in the fill's first row
+//   tint     0.8 of that + 0.2 of the tint
+// A stripe covers the point (u, v) of a tile, in shares of its sides, where u + v is below 1/2 or between 1 and 3/2.
+// The first whole tile begins at x = 1 when the stripes begin to move.
+
+#include <gtest/gtest.h>
+
+#include "SBProgressBarStage.h"
+
+namespace kelvo {
+namespace {
+
+void expectGrey(const QImage& image, int x, int y, int grey) {
+    const QRgb pixel = image.pixel(x, y);
+    EXPECT_EQ(qAlpha(pixel), 255) << x << ',' << y;
+    EXPECT_NEAR(qRed(pixel), grey, 1) << x << ',' << y;
+    EXPECT_EQ(qRed(pixel), qGreen(pixel)) << x << ',' << y;
+    EXPECT_EQ(qRed(pixel), qBlue(pixel)) << x << ',' << y;
+}
+
+TEST(SBProgressBarPixels, trough_runsFromItsFirstColourToItsLast) {
+    BarStage stage(200, 20);
+    const QImage image = stage.shot();
+    expectGrey(image, 100, 1, 137);
+    expectGrey(image, 100, 9, 122);
+    expectGrey(image, 100, 18, 105);
+
+    BarStage tall(400, 200);
+    const QImage tallImage = tall.shot();
+    expectGrey(tallImage, 200, 1, 140);    // 0.55
+    expectGrey(tallImage, 200, 198, 102);  // 0.4
+}
+
+TEST(SBProgressBarPixels, border_isOnePointOfItsColourAllAround) {
+    BarStage stage(200, 20);
+    const QImage image = stage.shot();
+    for (const int x : {12, 100, 187}) {
+        expectGrey(image, x, 0, 74);  // 0.291
+        expectGrey(image, x, 19, 74);
+    }
+    for (const int x : {0, 199}) {
+        EXPECT_GE(qAlpha(image.pixel(x, 10)), 240);
+        EXPECT_NEAR(qRed(image.pixel(x, 10)) * 255 / qAlpha(image.pixel(x, 10)), 74, 2);
+    }
+    EXPECT_GT(qRed(image.pixel(2, 10)), 115);
+}
+
+TEST(SBProgressBarPixels, corners_areTransparentAndTheEndsRound) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(1.0);
+    const QImage image = stage.shot();
+    for (const QPoint corner : {QPoint(0, 0), QPoint(199, 0), QPoint(0, 19), QPoint(199, 19), QPoint(1, 1),
+                                QPoint(198, 18), QPoint(3, 0), QPoint(0, 3)}) {
+        EXPECT_EQ(image.pixel(corner), 0x00000000U) << corner.x() << ',' << corner.y();
+    }
+    // The circle of radius 10 about (10, 10) passes through (4, 2) and (2, 4).
+    EXPECT_NEAR(qAlpha(image.pixel(2, 3)), 128, 60);
+    EXPECT_EQ(qAlpha(image.pixel(4, 4)), 255);
+    EXPECT_EQ(qAlpha(image.pixel(195, 15)), 255);
+}
+
+TEST(SBProgressBarPixels, fill_runsFromItsFirstColourToItsLastUnderAndBesideTheStripes) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    const QImage image = stage.shot();
+    expectGrey(image, 36, 2, 188);   // 0.76875, u = 0.183, v = 0.075
+    expectGrey(image, 51, 2, 198);   // u = 0.683
+    expectGrey(image, 54, 10, 213);  // 0.86875, u = 0.783, v = 0.475
+    expectGrey(image, 39, 10, 223);  // u = 0.283
+    expectGrey(image, 42, 18, 237);  // 0.96875, u = 0.383, v = 0.875
+    expectGrey(image, 55, 18, 247);  // u = 0.816
+}
+
+TEST(SBProgressBarPixels, tallFill_showsTheGradientsEnds) {
+    BarStage stage(800, 400);
+    stage.bar.setFloatValue(1.0);
+    stage.bar.setAnimates(false);
+    stage.step(0.25);
+    const QImage image = stage.shot();
+    expectGrey(image, 400, 2, 191);    // 0.75
+    expectGrey(image, 400, 398, 255);  // 1.0
+}
+
+TEST(SBProgressBarPixels, highlight_isTheFillsFirstRow) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    const QImage image = stage.shot();
+    expectGrey(image, 36, 1, 227);  // 0.75625 under a stripe
+    expectGrey(image, 52, 1, 231);  // beside one
+    expectGrey(image, 36, 0, 74);
+    expectGrey(image, 36, 2, 188);
+}
+
+TEST(SBProgressBarPixels, tint_liesOverFillAndHighlightAtAFifth) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    stage.bar.setColorTint(QColor(0, 90, 255));
+    const QImage image = stage.shot();
+    const struct {
+        QPoint at;
+        int red, green, blue;
+    } rows[] = {{{54, 10}, 170, 188, 221}, {{39, 10}, 178, 196, 229}, {{36, 1}, 182, 200, 233}};
+    for (const auto& row : rows) {
+        const QRgb pixel = image.pixel(row.at);
+        EXPECT_NEAR(qRed(pixel), row.red, 1);
+        EXPECT_NEAR(qGreen(pixel), row.green, 1);
+        EXPECT_NEAR(qBlue(pixel), row.blue, 1);
+    }
+    expectGrey(image, 36, 0, 74);
+    expectGrey(image, 150, 9, 122);
+}
+
+TEST(SBProgressBarPixels, fill_endsWhereTheValueSaysInARoundEnd) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    const QImage image = stage.shot();
+    EXPECT_GT(qRed(image.pixel(99, 10)), 200);
+    expectGrey(image, 100, 10, 120);
+    // The end is a circle of radius 9 about (91, 10).
+    expectGrey(image, 98, 1, 137);
+    EXPECT_GT(qRed(image.pixel(96, 10)), 205);
+    expectGrey(image, 98, 18, 105);
+}
+
+TEST(SBProgressBarPixels, zero_showsTheBareTrough) {
+    BarStage stage(200, 20);
+    const QImage empty = stage.shot();
+    for (const int x : {2, 10, 100, 190}) {
+        EXPECT_NEAR(qRed(empty.pixel(x, 10)), 120, 1) << x;
+    }
+    stage.bar.setFloatValue(0.7);
+    stage.bar.setFloatValue(0.0);
+    EXPECT_EQ(stage.shot(), empty);
+}
+
+TEST(SBProgressBarPixels, smallFill_isThere) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.01);  // from 1 to 2.98
+    const QImage image = stage.shot();
+    EXPECT_GT(qRed(image.pixel(1, 10)), 195);
+    EXPECT_GT(qRed(image.pixel(2, 10)), 195);
+    EXPECT_NEAR(qRed(image.pixel(3, 10)), 120, 2);
+}
+
+TEST(SBProgressBarPixels, onePeriodLater_theFrameIsTheSame) {
+    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        BarStage stage(200, 20);
+        stage.bar.setFloatValue(0.8);
+        stage.step(0.07);
+        const QImage before = stage.shot(ratio);
+        stage.step(0.3);
+        EXPECT_EQ(stage.shot(ratio), before) << ratio;
+        stage.step(0.1);
+        EXPECT_NE(stage.shot(ratio), before) << ratio;
+    }
+}
+
+TEST(SBProgressBarPixels, shareOfAPeriodLater_theStripesStandSoMuchFurtherRight) {
+    for (const int points : {1, 5, 12, 29}) {
+        BarStage stage(200, 20);
+        stage.bar.setFloatValue(1.0);
+        stage.step(0.1);
+        const QImage before = stage.shot();
+        stage.step(0.3 * points / 30);
+        const QImage after = stage.shot();
+        for (int y = 0; y < 20; ++y) {
+            for (int x = 12; x < 187 - points; ++x) {
+                ASSERT_EQ(before.pixel(x, y), after.pixel(x + points, y)) << points << " at " << x << ',' << y;
+            }
+        }
+    }
+}
+
+TEST(SBProgressBarPixels, stripesTurnedOff_leaveTheBareFill) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(1.0);
+    stage.bar.setAnimates(false);
+    stage.step(0.25);
+    const QImage image = stage.shot();
+    for (int x = 20; x < 180; ++x) {
+        expectGrey(image, x, 10, 222);  // 0.86875
+    }
+}
+
+TEST(SBProgressBarPixels, halfFadedBar_isHalfTransparentWithoutShowingWhatLiesBeneathItsFill) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    const QRgb opaque = stage.shot().pixel(54, 10);
+    stage.bar.setHidden(true);
+    stage.step(0.0);
+    stage.seconds += 0.0625;  // the default timing has gone 0.40851 of the way
+    const QRgb faded = stage.shot().pixel(54, 10);
+    EXPECT_NEAR(qAlpha(faded), 151, 1);
+    EXPECT_NEAR(qRed(faded) * 255.0 / qAlpha(faded), qRed(opaque), 2);
+    stage.step(1.0);
+    EXPECT_EQ(stage.shot().pixel(54, 10), 0x00000000U);
+}
+
+TEST(SBProgressBarPixels, borderShadowAndStripes_showTheirChangeAtTheNextResizeOnly) {
+    const QImage reference = BarStage(200, 20).shot();
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    const QImage before = stage.shot();
+    stage.bar.setBorderColor(Qt::red);
+    stage.bar.setBorderWidth(2.0);
+    stage.bar.setShadowWidth(2.0);
+    stage.bar.setStripesImage(SBProgressBar::stripesImageWithSize({10, 20}));
+    EXPECT_EQ(stage.shot(), before);
+    // Not even when something else is drawn anew, or at another resolution.
+    stage.bar.setColorTint(QColor(Qt::green));
+    stage.bar.setColorTint(std::nullopt);
+    EXPECT_EQ(stage.shot(), before);
+    EXPECT_EQ(qRed(stage.shot(2.0).pixel(300, 0)), 74);
+
+    stage.bar.resize(201, 20);
+    const QImage after = stage.shot();
+    EXPECT_EQ(after.pixel(150, 0), 0xffff0000U);
+    EXPECT_EQ(after.pixel(150, 1), 0xffff0000U);
+    EXPECT_NE(after.pixel(150, 2), 0xffff0000U);
+    EXPECT_GT(qRed(after.pixel(50, 2)), 225);
+    EXPECT_GT(qRed(after.pixel(50, 3)), 225);
+    EXPECT_LT(qRed(after.pixel(50, 4)), 210);
+    expectGrey(reference, 150, 0, 74);
+}
+
+TEST(SBProgressBarPixels, borderChangedBeforeTheFirstFrame_isStillShownAsItWas) {
+    BarStage stage(200, 20);
+    stage.bar.setBorderColor(Qt::red);
+    expectGrey(stage.shot(), 100, 0, 74);
+}
+
+TEST(SBProgressBarPixels, newTroughColours_showAtOnce) {
+    BarStage stage(200, 20);
+    stage.shot();
+    stage.bar.setBackgroundColors({QColor(Qt::blue), QColor(Qt::blue)});
+    EXPECT_EQ(stage.shot().pixel(100, 10), 0xff0000ffU);
+}
+
+}  // namespace
+}  // namespace kelvo

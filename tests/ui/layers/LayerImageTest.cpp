@@ -1,0 +1,35 @@
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+
+#include "layers/LayerImage.h"
+
+namespace kelvo {
+namespace {
+
+TEST(LayerImage, copies_areTheSameImage_andImagesMadeApartAreNot) {
+    const auto draw = [](QPainter&) {};
+    const LayerImage image({1, 2}, draw);
+    const LayerImage copy = image;
+    EXPECT_EQ(copy, image);
+    EXPECT_NE(LayerImage({1, 2}, draw), image);
+    EXPECT_EQ(image.size(), QSizeF(1, 2));
+}
+
+TEST(LayerImage, withoutWidthHeightOrRoutine_isEmptyAndDrawsNothing) {
+    int drawn = 0;
+    QImage target(1, 1, QImage::Format_RGB32);
+    QPainter painter(&target);
+    const auto draw = [&drawn](QPainter&) { ++drawn; };
+    for (const LayerImage& image : {LayerImage(), LayerImage({0, 5}, draw), LayerImage({5, -1}, draw)}) {
+        EXPECT_TRUE(image.isEmpty());
+        image.draw(painter);
+    }
+    EXPECT_EQ(drawn, 0);
+    LayerImage({1, 1}, draw).draw(painter);
+    EXPECT_EQ(drawn, 1);
+}
+
+}  // namespace
+}  // namespace kelvo

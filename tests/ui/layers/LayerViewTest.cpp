@@ -1,0 +1,216 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QImage>
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTimer>
+#include <limits>
+
+#include "layers/Layer.h"
+#include "layers/LayerView.h"
+
+namespace kelvo {
+namespace {
+
+class CountingView : public LayerView {
+public:
+    using LayerView::LayerView;
+    int frames = 0;
+    std::function<void()> onFrame = [] {};
+
+protected:
+    void drawLayers(QPainter& painter, double ratio, const QRect& part) override {
+        ++frames;
+        LayerView::drawLayers(painter, ratio, part);
+        onFrame();
+    }
+};
+
+class LayerViewTest : public testing::Test {
+protected:
+    double seconds = 0.0;
+    QWidget window;
+    CountingView view{[this] { return seconds; }, &window};
+    Layer layer{view.scene()};
+
+    LayerViewTest() {
+        view.setLayer(layer);
+        view.resize(20, 10);
+        window.resize(100, 50);
+    }
+    void moveForEver() {
+        layer.addAnimation({.keyPath = "position.x",
+                            .fromValue = 0.0,
+                            .toValue = 10.0,
+                            .duration = 1.0,
+                            .repeatCount = std::numeric_limits<double>::infinity()},
+                           "x");
+        view.scene().commit();
+    }
+    void show() {
+        window.show();
+        QCoreApplication::processEvents();
+    }
+    // Serves events until `done`; a generous limit keeps a failure from hanging.
+    static void serveUntil(const std::function<bool()>& done) {
+        QEventLoop loop;
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, &loop, [&] { done() ? loop.quit() : void(); });
+        poll.start(1);
+        QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+};
+
+TEST_F(LayerViewTest, movingOnScreen_asksForAtMostSixtyFramesASecond) {
+    moveForEver();
+    show();
+    EXPECT_GE(view.frameInterval(), 17);
+    EXPECT_LE(view.frameInterval(), 40);
+}
+
+TEST_F(LayerViewTest, standingStill_asksForNone) {
+    show();
+    EXPECT_EQ(view.frameInterval(), 0);
+}
+
+TEST_F(LayerViewTest, neverShown_asksForNone) {
+    moveForEver();
+    EXPECT_EQ(view.frameInterval(), 0);
+}
+
+TEST_F(LayerViewTest, hiddenAlone_orWithItsWindow_asksForNone) {
+    moveForEver();
+    show();
+    view.hide();
+    EXPECT_EQ(view.frameInterval(), 0);
+    view.show();
+    EXPECT_GT(view.frameInterval(), 0);
+    window.hide();
+    EXPECT_EQ(view.frameInterval(), 0);
+}
+
+TEST_F(LayerViewTest, minimised_asksForNoneUntilRestored) {
+    moveForEver();
+    show();
+    window.setWindowState(Qt::WindowMinimized);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view.frameInterval(), 0);
+    window.setWindowState(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+    EXPECT_GT(view.frameInterval(), 0);
+}
+
+TEST_F(LayerViewTest, scrolledAway_asksForNone) {
+    moveForEver();
+    QScrollArea area;
+    auto* const tall = new QWidget;
+    tall->resize(100, 5000);
+    view.setParent(tall);
+    area.setWidget(tall);
+    area.resize(200, 100);
+    area.show();
+    view.show();
+    QCoreApplication::processEvents();
+    EXPECT_GT(view.frameInterval(), 0);
+    area.verticalScrollBar()->setValue(2000);
+    EXPECT_EQ(view.frameInterval(), 0);
+    area.verticalScrollBar()->setValue(0);
+    EXPECT_GT(view.frameInterval(), 0);
+    view.setParent(nullptr);
+}
+
+TEST_F(LayerViewTest, movingOnScreen_paintsFrameAfterFrameByItself) {
+    moveForEver();
+    show();
+    const int before = view.frames;
+    serveUntil([&] { return view.frames >= before + 3; });
+    EXPECT_GE(view.frames, before + 3);
+}
+
+TEST_F(LayerViewTest, shownAgain_movesOnByItself) {
+    moveForEver();
+    show();
+    view.hide();
+    QCoreApplication::processEvents();
+    const int before = view.frames;
+    view.show();
+    serveUntil([&] { return view.frames >= before + 3; });
+    EXPECT_GE(view.frames, before + 3);
+}
+
+TEST_F(LayerViewTest, hidden_stillEndsWhatEnds) {
+    bool ended = false;
+    view.scene().begin();
+    view.scene().setCompletionBlock([&ended] { ended = true; });
+    layer.addAnimation({.keyPath = "opacity", .duration = 0.02}, "a");
+    view.scene().commit();
+    seconds = 0.02;
+    serveUntil([&ended] { return ended; });
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(view.frames, 0);
+}
+
+TEST_F(LayerViewTest, change_isPaintedWithoutAnAnimation) {
+    show();
+    const int before = view.frames;
+    layer.setPosition({3, 0});
+    serveUntil([&] { return view.frames > before; });
+    EXPECT_GT(view.frames, before);
+}
+
+TEST_F(LayerViewTest, alphaValue_isTheLayersOpacity) {
+    EXPECT_EQ(view.alphaValue(), 1.0);
+    view.setAlphaValue(0.5);
+    EXPECT_EQ(layer.opacity(), 0.5F);
+    EXPECT_EQ(view.alphaValue(), 0.5);
+}
+
+TEST(LayerView, withoutALayer_showsNothingAndIsOpaque) {
+    LayerView view([] { return 0.0; });
+    view.setAlphaValue(0.5);
+    EXPECT_EQ(view.alphaValue(), 1.0);
+    EXPECT_EQ(view.layer(), nullptr);
+    view.resize(4, 4);
+    QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    view.render(&image, {}, {}, {});
+    EXPECT_EQ(image.pixel(2, 2), 0x00000000U);
+}
+
+TEST_F(LayerViewTest, paintedAtAnyRatio_showsTheLayersAtFullResolution) {
+    layer.setFrame({0.5, 0, 1, 10});
+    layer.setBackground(QColor(Qt::red));
+    QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(2.0);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    view.paintFrame(painter, view.rect());
+    EXPECT_TRUE(painter.worldTransform().isIdentity());
+    painter.end();
+    EXPECT_EQ(image.pixel(0, 0), 0x00000000U);
+    EXPECT_EQ(image.pixel(1, 19), 0xffff0000U);
+    EXPECT_EQ(image.pixel(2, 0), 0xffff0000U);
+    EXPECT_EQ(image.pixel(3, 0), 0x00000000U);
+}
+
+TEST_F(LayerViewTest, viewThatBeginsWithinAPixel_isPaintedFromAWholeOne) {
+    layer.setFrame({0, 0, 4, 4});
+    layer.setBackground(QColor(Qt::red));
+    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.translate(2.75, 1.25);
+    view.paintFrame(painter, view.rect());
+    painter.end();
+    EXPECT_EQ(image.pixel(2, 1), 0x00000000U);
+    EXPECT_EQ(image.pixel(3, 1), 0xffff0000U);
+    EXPECT_EQ(image.pixel(6, 4), 0xffff0000U);
+    EXPECT_EQ(image.pixel(7, 4), 0x00000000U);
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,63 @@
+#include "LoadDataWindowController.h"
+
+#include <QLabel>
+#include <utility>
+
+#include "CloseActionWindow.h"
+#include "ModalRun.h"
+#include "SBProgressBar.h"
+#include "ui_LoadDataWindowController.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int kTickMilliseconds = 500;
+
+}  // namespace
+
+LoadDataWindowController::LoadDataWindowController() = default;
+
+LoadDataWindowController::LoadDataWindowController(ExitProcess exitProcess)
+    : exitProcess_(std::move(exitProcess)), window_(std::make_unique<CloseActionWindow>()) {
+    Ui::LoadDataWindowController interface;
+    interface.setupUi(window_.get());
+    progressBar_ = interface.progressBar;
+    loadDataLabel_ = interface.loadDataLabel;
+    windowDidLoad();
+}
+
+LoadDataWindowController::~LoadDataWindowController() = default;
+
+QWidget* LoadDataWindowController::window() const {
+    return window_.get();
+}
+
+void LoadDataWindowController::windowDidLoad() {
+    window_->setCloseAction([this] { exit(); });
+    window_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    window_->setFixedSize(window_->sizeHint());
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
+    // The first tick comes with the first events served, the others at the interval.
+    QMetaObject::invokeMethod(
+        &timer_, [this] { tick(); }, Qt::QueuedConnection);
+    timer_.start(kTickMilliseconds);
+}
+
+void LoadDataWindowController::tick() {
+    if (!timer_.isActive()) {
+        return;
+    }
+    const double value = progressBar_->floatValue();
+    loadDataLabel_->setText(QString::asprintf("%.0f%%", value * 100.0));
+    if (value == 1.0) {
+        window_->hide();
+        stopModal();
+        timer_.stop();
+    }
+}
+
+void LoadDataWindowController::exit() {
+    exitProcess_(0);
+}
+
+}  // namespace kelvo

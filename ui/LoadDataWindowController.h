@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+class QLabel;
+
+namespace kelvo {
+
+class CloseActionWindow;
+class SBProgressBar;
+
+/// The modal window that shows how much of the device's data has been read. It knows no device: it polls its bar twice
+/// a second, mirrors the value in its label and ends the modal run when the bar stands at exactly 1.0.
+///
+/// Main thread, but for the bar's floatValue, which any thread may set.
+class LoadDataWindowController {
+public:
+    using ExitProcess = std::function<void(int status)>;
+
+    /// A placeholder without an interface: no window, no bar, no timer.
+    LoadDataWindowController();
+
+    /// Loads the interface file and starts polling as soon as events are served. `exitProcess` is called with 0 when
+    /// the window's close button is pressed.
+    explicit LoadDataWindowController(ExitProcess exitProcess);
+
+    ~LoadDataWindowController();
+    LoadDataWindowController(const LoadDataWindowController&) = delete;
+    LoadDataWindowController& operator=(const LoadDataWindowController&) = delete;
+
+    /// Each null on a placeholder.
+    QWidget* window() const;
+    SBProgressBar* progressBar() const { return progressBar_; }
+    QLabel* loadDataLabel() const { return loadDataLabel_; }
+    const QTimer& timer() const { return timer_; }
+
+    /// Ends the process at once with status 0.
+    void exit();
+
+private:
+    void windowDidLoad();
+    void tick();
+
+    ExitProcess exitProcess_;
+    std::unique_ptr<CloseActionWindow> window_;
+    SBProgressBar* progressBar_ = nullptr;
+    QLabel* loadDataLabel_ = nullptr;
+    QTimer timer_;
+};
+
+}  // namespace kelvo

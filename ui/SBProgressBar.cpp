@@ -1,0 +1,296 @@
+#include "SBProgressBar.h"
+
+#include <QEvent>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+#include "MainQueue.h"
+#include "NSLog.h"
+#include "SBProgressBarAccessible.h"
+#include "SBProgressBarFrame.h"
+
+namespace kelvo {
+namespace {
+
+constexpr QSizeF kStripesTile{30.0, 20.0};
+
+double steadySeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+QColor white(double level) {
+    return QColor::fromRgbF(static_cast<float>(level), static_cast<float>(level), static_cast<float>(level));
+}
+
+QRectF inset(const QRectF& rect, double distance) {
+    return {rect.x() + distance, rect.y() + distance, std::max(rect.width() - 2.0 * distance, 0.0),
+            std::max(rect.height() - 2.0 * distance, 0.0)};
+}
+
+template <typename Kind>
+Kind& lazily(std::unique_ptr<Kind>& layer, LayerScene& scene) {
+    if (!layer) {
+        layer = std::make_unique<Kind>(scene);
+    }
+    return *layer;
+}
+
+}  // namespace
+
+SBProgressBar::SBProgressBar(QWidget* parent) : SBProgressBar(steadySeconds, parent) {}
+
+SBProgressBar::SBProgressBar(LayerClock clock, QWidget* parent)
+    : LayerView(std::move(clock), parent), frame_(std::make_unique<SBProgressBarFrame>(*this)) {
+    state_->bar = this;
+    installProgressBarAccessibility();
+    setUp();
+    knownWindow_ = window();
+    viewDidMoveToWindow();
+}
+
+SBProgressBar::~SBProgressBar() {
+    state_->bar = nullptr;
+}
+
+void SBProgressBar::setUp() {
+    ring_ = {.borderWidth = 1.0, .shadowWidth = 1.0, .borderColor = white(0.291)};
+    animationDuration_ = 0.3;
+    stripesImage_ = stripesImageWithSize(kStripesTile);
+    colorTintOpacity_ = static_cast<double>(0.2F);
+    backgroundColors_ = {white(0.55), white(0.4)};
+
+    setLayer(rootLayer());
+    fillLayer().setColors({white(0.75), white(1.0)});
+    for (Layer* const layer :
+         {static_cast<Layer*>(&fillLayer()), &stripesLayer(), &innerShadowLayer(), &colorTintLayer()}) {
+        innerClipLayer().addSublayer(*layer);
+    }
+    for (Layer* const layer : {static_cast<Layer*>(&backgroundLayer()), &borderLayer(), &innerClipLayer()}) {
+        clipLayer().addSublayer(*layer);
+    }
+    rootLayer().addSublayer(clipLayer());
+    resizeLayers();
+    setAnimates(true);
+}
+
+Layer& SBProgressBar::rootLayer() {
+    return lazily(rootLayer_, scene());
+}
+
+Layer& SBProgressBar::clipLayer() {
+    if (!clipLayer_) {
+        lazily(clipLayer_, scene()).setMasksToBounds(true);
+    }
+    return *clipLayer_;
+}
+
+GradientLayer& SBProgressBar::backgroundLayer() {
+    if (!backgroundLayer_) {
+        lazily(backgroundLayer_, scene()).setColors(backgroundColors_);
+    }
+    return *backgroundLayer_;
+}
+
+Layer& SBProgressBar::borderLayer() {
+    return lazily(borderLayer_, scene());
+}
+
+Layer& SBProgressBar::innerClipLayer() {
+    if (!innerClipLayer_) {
+        lazily(innerClipLayer_, scene()).setMasksToBounds(true);
+    }
+    return *innerClipLayer_;
+}
+
+GradientLayer& SBProgressBar::fillLayer() {
+    return lazily(fillLayer_, scene());
+}
+
+Layer& SBProgressBar::stripesLayer() {
+    if (!stripesLayer_) {
+        lazily(stripesLayer_, scene()).setAnchorPoint({0.0, 0.5});
+        stripesLayer_->setOpacity(kStripesOpacity);
+    }
+    return *stripesLayer_;
+}
+
+Layer& SBProgressBar::innerShadowLayer() {
+    return lazily(innerShadowLayer_, scene());
+}
+
+Layer& SBProgressBar::colorTintLayer() {
+    if (!colorTintLayer_) {
+        lazily(colorTintLayer_, scene()).setOpacity(static_cast<float>(colorTintOpacity_));
+    }
+    return *colorTintLayer_;
+}
+
+void SBProgressBar::resizeLayers() {
+    const ActionlessTransaction transaction(scene());
+    const QRectF bounds = rect();
+    clipLayer().setFrame(bounds);
+    clipLayer().setCornerRadius(clipLayer().frame().height() / 2.0);
+    resizeInnerLayers();
+    for (Layer* const layer : {static_cast<Layer*>(&fillLayer()), &borderLayer(), &colorTintLayer(),
+                               static_cast<Layer*>(&backgroundLayer())}) {
+        layer->setFrame(bounds);
+    }
+    borderLayer().setContents(frozenBorderImage(bounds.size(), false));
+    stripesLayer().setBackground(stripesImage_);
+    // One tile more than the bar needs, so that the stripes can move right by one tile and still cover it.
+    const double tile = stripesImage_.size().width();
+    const double width = stripesImage_.isEmpty() ? 0.0 : (std::ceil(bounds.width() / tile) + 1.0) * tile;
+    stripesLayer().setFrame({-tile, bounds.y(), width, bounds.height()});
+}
+
+void SBProgressBar::resizeInnerLayers() {
+    QRectF inner = inset(rect(), ring_.borderWidth);
+    inner.setWidth(inner.width() * floatValue());
+    innerClipLayer().setFrame(inner);
+    innerClipLayer().setCornerRadius(innerClipLayer().frame().height() / 2.0);
+    innerShadowLayer().setFrame(inset(innerClipLayer().bounds(), -ring_.borderWidth));
+    innerShadowLayer().setCornerRadius(innerShadowLayer().frame().height() / 2.0);
+    innerShadowLayer().setContents(frozenBorderImage(innerShadowLayer().frame().size(), true));
+    shownRing_ = ring_;
+}
+
+void SBProgressBar::viewDidMoveToWindow() {
+    ++frameRegistrations_;
+}
+
+void SBProgressBar::viewResized() {
+    resizeLayers();
+}
+
+bool SBProgressBar::event(QEvent* event) {
+    const bool handled = LayerView::event(event);
+    switch (event->type()) {
+        case QEvent::ParentChange:
+        case QEvent::Show:
+            if (std::exchange(knownWindow_, window()) != window()) {
+                viewDidMoveToWindow();
+            }
+            break;
+        case QEvent::Move:
+        case QEvent::Resize:
+            for (int i = 0; i < frameRegistrations_; ++i) {
+                viewResized();
+            }
+            break;
+        default:
+            break;
+    }
+    return handled;
+}
+
+void SBProgressBar::setFloatValue(double value) {
+    if (!(value >= 0.0 && value <= 1.0)) {
+        throw InvalidValue();
+    }
+    state_->floatValue.store(value);
+    if (std::this_thread::get_id() == mainThread_) {
+        showFloatValue();
+    } else if (!state_->layoutQueued.exchange(true)) {
+        dispatchMain([state = state_] {
+            // Cleared first: a value that is stored from here on queues a layout of its own.
+            state->layoutQueued.store(false);
+            if (state->bar) {
+                state->bar->showFloatValue();
+            }
+        });
+    }
+}
+
+void SBProgressBar::showFloatValue() {
+    const std::uint64_t before = scene().revision();
+    {
+        const ActionlessTransaction transaction(scene());
+        resizeInnerLayers();
+        layoutRevisions_ += scene().revision() - before;
+    }
+    const int percent = progressPercent(floatValue());
+    if (std::exchange(announcedPercent_, percent) != percent) {
+        announce(percent);
+    }
+}
+
+void SBProgressBar::announce(int percent) {
+    announceProgress(*this, percent);
+}
+
+void SBProgressBar::setColorTint(std::optional<QColor> color) {
+    colorTint_ = std::move(color);
+    reloadColorTint();
+}
+
+void SBProgressBar::setColorTintOpacity(double opacity) {
+    colorTintOpacity_ = opacity;
+    reloadColorTint();
+}
+
+void SBProgressBar::reloadColorTint() {
+    colorTintLayer().setBackground(colorTint_ ? Layer::Background(*colorTint_) : Layer::Background());
+    colorTintLayer().setOpacity(static_cast<float>(colorTintOpacity_));
+}
+
+void SBProgressBar::setBackgroundColors(std::vector<QColor> colors) {
+    backgroundColors_ = std::move(colors);
+    reloadBackground();
+}
+
+void SBProgressBar::reloadBackground() {
+    backgroundLayer().setColors(backgroundColors_);
+}
+
+void SBProgressBar::setBorderWidth(double width) {
+    if (!std::isfinite(width)) {
+        return;
+    }
+    ring_.borderWidth = width;
+    if (ring_.shadowWidth > width) {
+        setShadowWidth(width);
+    }
+    updateLayer();
+}
+
+void SBProgressBar::setBorderColor(const QColor& color) {
+    ring_.borderColor = color;
+    updateLayer();
+}
+
+void SBProgressBar::setShadowWidth(double width) {
+    if (!std::isfinite(width)) {
+        return;
+    }
+    if (width > ring_.borderWidth) {
+        NSLog("Warning: Line width must be at least as large as shadow width");
+        return;
+    }
+    ring_.shadowWidth = width;
+    updateLayer();
+}
+
+void SBProgressBar::setStripesImage(LayerImage image) {
+    stripesImage_ = std::move(image);
+    updateLayer();
+}
+
+QSize SBProgressBar::sizeHint() const {
+    return {200, 20};
+}
+
+void SBProgressBar::drawLayers(QPainter& painter, double ratio, const QRect& part) {
+    frame_->draw(painter, ratio, part);
+}
+
+QRect SBProgressBar::animatedRect() const {
+    if (alphaIsFading()) {
+        return rect();
+    }
+    const QRectF fill = innerClipLayer_->frame();
+    return fill.isEmpty() ? QRect() : QRect(0, 0, static_cast<int>(std::ceil(fill.right())), height());
+}
+
+}  // namespace kelvo

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QImage>
+#include <QRectF>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "SBProgressBar.h"
+
+namespace kelvo {
+
+/// Composes the frames of one bar from parts that are drawn once and kept, at the resolution they are shown at.
+///
+/// Away from the round ends the bar looks the same in every column but for the stripes. So each column of pixels is
+/// kept in two forms, once under a stripe that is all black and once under one that is all white, and a frame only
+/// chooses between the two by the stripe pattern: in advance for the middle of the fill, which is then a plain copy
+/// from a long strip, and per frame for the two ends. What is right of the fill is a copy from the bare trough. Between
+/// two changes of the bar, frames draw no shape, no gradient and no clip.
+///
+/// The stripes move in whole device pixels; the fill's right end, where it is kept ready, in quarters of one.
+class SBProgressBarFrame {
+public:
+    explicit SBProgressBarFrame(SBProgressBar& bar) : bar_(bar) {}
+
+    /// Shows the bar as it is now; `painter` works in device pixels, `ratio` of them per point. The trough right of
+    /// `part`, which is in points, may be left out.
+    void draw(QPainter& painter, double ratio, const QRect& part);
+
+    /// How many parts have been drawn since the start.
+    int drawnParts() const { return drawnParts_; }
+
+private:
+    // All that the kept parts depend on. The fill's width is not in it.
+    struct Look {
+        std::uint64_t revision = 0;
+        double ratio = 0.0;
+        RingLook ring;
+        QPointF innerOrigin;
+        double innerHeight = 0.0;
+        std::array<float, 8> opacities{};
+        bool operator==(const Look&) const = default;
+    };
+
+    // Some columns of the bar: as they are without stripes, under black and under white ones.
+    struct Part {
+        QImage none;
+        QImage black;
+        QImage white;
+        bool isOpaque = false;
+        bool isNull() const { return black.isNull(); }
+    };
+
+    // A round end of the fill, and what it looks like with the stripes at the places where they have been lately.
+    struct End {
+        struct Phase {
+            int cellColumn = 0;
+            QImage pixels;
+        };
+        Part part;
+        std::vector<Phase> phases;
+    };
+
+    Look presentLook(double ratio);
+    void forget(const Look& look);
+    void layOut(const QRectF& inner);
+    void layOutRightEnd(double right);
+    void makeStrip();
+    QImage paintBar(double x, int width, const QColor& stripes);
+    Part makePart(double x, int width);
+    End makeEnd(double x, int width);
+    const QImage& pixelsOf(End& end, int cellColumn);
+    QImage compose(const Part& part, int cellColumn) const;
+    int cellColumn(int x, int stripesAt) const;
+    const QRgb* cellRow(int y) const;
+
+    SBProgressBar& bar_;
+    Look look_;
+    QSize size_;        // of the bar, in pixels
+    int endWidth_ = 0;  // columns at either end of trough and fill that differ from the middle
+    QImage cell_;       // one period of the stripes
+    int cellTop_ = 0;   // where it begins, vertically
+    bool cellIsOpaque_ = false;
+    QImage trough_;
+    QImage strip_;
+    End leftEnd_;
+    std::array<End, 4> rightEnds_;  // by quarters of a pixel
+
+    // The fill that the following are laid out for.
+    QRectF inner_;
+    int fillEnd_ = 0;  // the first column that is only trough
+    End exactEnd_;     // an end that is good for this fill only
+    End* left_ = nullptr;
+    End* right_ = nullptr;  // null if the fill is too short to have a middle
+    int rightX_ = 0;
+    int drawnParts_ = 0;
+};
+
+}  // namespace kelvo

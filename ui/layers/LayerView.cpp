@@ -1,0 +1,132 @@
+#include "LayerView.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QTimerEvent>
+#include <QWindow>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "Layer.h"
+#include "LayerPainter.h"
+
+namespace kelvo {
+
+LayerView::LayerView(LayerClock clock, QWidget* parent) : QWidget(parent), scene_(std::move(clock)) {
+    scene_.setListener([this] {
+        update();
+        schedule();
+    });
+}
+
+double LayerView::alphaValue() const {
+    return layer() ? static_cast<double>(layer()->opacity()) : 1.0;
+}
+
+void LayerView::setAlphaValue(double alpha) {
+    if (layer()) {
+        layer()->setOpacity(static_cast<float>(alpha));
+    }
+}
+
+void LayerView::advance() {
+    scene_.update();
+    layersAdvanced();
+    if (scene_.isAnimating()) {
+        update(animatedRect());
+    }
+    schedule();
+}
+
+int LayerView::frameInterval() const {
+    if (!scene_.isAnimating() || !isOnScreen()) {
+        return 0;
+    }
+    constexpr double kMostFramesPerSecond = 60.0;
+    const double rate = screen()->refreshRate();
+    return static_cast<int>(
+        std::ceil(1000.0 / (rate > 1.0 ? std::min(rate, kMostFramesPerSecond) : kMostFramesPerSecond)));
+}
+
+void LayerView::paintFrame(QPainter& painter, const QRect& part) {
+    const QTransform device = painter.deviceTransform();
+    const double ratio = device.m11() > 0.0 ? device.m11() : 1.0;
+    // On a scaled display a widget may begin within a pixel; the picture does not, it would blur.
+    const QTransform world = painter.worldTransform();
+    const QPointF begin(device.dx(), device.dy());
+    const QPointF shift = begin.toPoint() - begin;
+    const bool moves = ratio != 1.0 || !shift.isNull();
+    if (moves) {
+        painter.setWorldTransform(
+            QTransform::fromTranslate(shift.x() / ratio, shift.y() / ratio).scale(1.0 / ratio, 1.0 / ratio), true);
+    }
+    drawLayers(painter, ratio, part);
+    if (moves) {
+        painter.setWorldTransform(world);
+    }
+}
+
+void LayerView::drawLayers(QPainter& painter, double ratio, const QRect&) {
+    if (layer()) {
+        const QSize size(static_cast<int>(std::ceil(width() * ratio)), static_cast<int>(std::ceil(height() * ratio)));
+        painter.drawImage(0, 0, paintLayers(*layer(), {{0.0, 0.0}, size, ratio}));
+    }
+}
+
+void LayerView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    paintFrame(painter, event->rect());
+    schedule();
+}
+
+void LayerView::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == timer_.timerId()) {
+        advance();
+    } else {
+        QWidget::timerEvent(event);
+    }
+}
+
+void LayerView::showEvent(QShowEvent*) {
+    // Only the window is told when it becomes exposed, or no longer is.
+    if (QWindow* const handle = window()->windowHandle()) {
+        handle->installEventFilter(this);
+    }
+    schedule();
+}
+
+void LayerView::hideEvent(QHideEvent*) {
+    schedule();
+}
+
+bool LayerView::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::Expose) {
+        update(animatedRect());
+        schedule();
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+bool LayerView::isOnScreen() const {
+    const QWindow* const handle = window()->windowHandle();
+    return isVisible() && handle && handle->isExposed() && !window()->isMinimized() && !visibleRegion().isEmpty();
+}
+
+void LayerView::schedule() {
+    int wanted = frameInterval();
+    if (wanted == 0) {
+        if (const auto end = scene_.nextEnd()) {
+            wanted = std::max(1, static_cast<int>(std::ceil(std::min(*end - scene_.now(), 1e6) * 1000.0)));
+        }
+    }
+    if (wanted == 0) {
+        timer_.stop();
+    } else if (!timer_.isActive() || wanted != interval_) {
+        timer_.start(wanted, Qt::PreciseTimer, this);
+    }
+    interval_ = wanted;
+}
+
+}  // namespace kelvo
