@@ -1,9 +1,9 @@
-#include "NSLog.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
+
+#include "NSLog.h"
 
 namespace kelvo {
 namespace {
