@@ -86,7 +86,7 @@ void HidrawManager::run() {
     if (!stopRequested_) {
         attachPresent();
     }
-    while (!stopRequested_.exchange(false)) {
+    while (!stopRequested_) {
         waitAndServe();
     }
     device_.reset();

@@ -22,6 +22,8 @@ namespace kelvo {
 class SBProgressBarFrame {
 public:
     explicit SBProgressBarFrame(SBProgressBar& bar) : bar_(bar) {}
+    SBProgressBarFrame(const SBProgressBarFrame&) = delete;
+    SBProgressBarFrame& operator=(const SBProgressBarFrame&) = delete;
 
     /// Shows the bar as it is now; `painter` works in device pixels, `ratio` of them per point. The trough right of
     /// `part`, which is in points, may be left out.

@@ -1,14 +1,14 @@
 // What a frame of the progress bar costs, beside its neighbours.  Sizes are device pixels at one per point.
 //
-//   Frame        one frame of the bar between two changes of its value
-//   CopyPixmap   copying one ready-made picture of the whole bar, with its transparent corners
-//   CopyOpaque   copying one without any transparency
-//   Repaint      painting the whole bar anew
-//   QProgressBar the toolkit's own bar
-//   ValueChange  changing the value and showing the frame that follows
+//   Frame               what the bar paints when only time has passed
+//   CopyPixmap          copying one ready-made picture of the whole bar, with its transparent corners
+//   CopyOpaque          copying one without any transparency
+//   Repaint             painting the whole bar anew from its shapes
+//   ValueChange         changing the value and painting the whole bar
+//   RenderFrame         the whole bar through QWidget::render, whose own cost the next one has too
+//   RenderQProgressBar  the toolkit's bar
 //
-// Each draws to an RGB32 image as a window's backing store is. The last two that go through QWidget::render have the
-// cost of that call in common.
+// The third number is the bar's value in percent. Each draws to an RGB32 image, as a window's backing store is.
 
 #include <benchmark/benchmark.h>
 

@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QEventLoop>
+#include <QLabel>
+#include <QTest>
+#include <chrono>
+#include <thread>
+#include <vector>
+
+#include "LoadDataWindowController.h"
+#include "MainQueue.h"
+#include "ModalRun.h"
+#include "SBProgressBar.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class LoadDataWindow : public testing::Test {
+protected:
+    /// Serves events until the window has ticked n times more.
+    void serveTicks(int n) {
+        QEventLoop loop;
+        QObject::connect(&controller_.timer(), &QTimer::timeout, &loop, [&] {
+            if (--n == 0) {
+                loop.quit();
+            }
+        });
+        loop.exec();
+    }
+    QString text() const { return controller_.loadDataLabel()->text(); }
+    SBProgressBar& bar() const { return *controller_.progressBar(); }
+    QWidget& window() const { return *controller_.window(); }
+
+    std::vector<int> exits_;
+    LoadDataWindowController controller_{[this](int status) { exits_.push_back(status); }};
+};
+
+TEST_F(LoadDataWindow, ticksAtOnceAndThenTwiceASecond) {
+    bar().setFloatValue(0.25);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(text(), "25%");
+    EXPECT_EQ(controller_.timer().interval(), 500);
+    bar().setFloatValue(0.75);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(text(), "25%");
+    serveTicks(1);
+    EXPECT_EQ(text(), "75%");
+}
+
+struct Shown {
+    double value;
+    const char* text;
+};
+
+class Percentage : public testing::TestWithParam<Shown> {};
+
+TEST_P(Percentage, isAWholeNumber) {
+    LoadDataWindowController controller([](int) {});
+    controller.progressBar()->setFloatValue(GetParam().value);
+    controller.window()->show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(controller.loadDataLabel()->text(), GetParam().text);
+    EXPECT_TRUE(controller.window()->isVisible());
+    EXPECT_TRUE(controller.timer().isActive());
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, Percentage,
+                         testing::Values(Shown{0.0, "0%"}, Shown{0.5, "50%"}, Shown{0.376, "38%"}, Shown{0.995, "100%"},
+                                         Shown{198.0 / 199.0, "99%"}, Shown{0.9999999, "100%"}));
+
+TEST_F(LoadDataWindow, atExactlyOne_shows100AndEndsTheModalRun) {
+    bar().setFloatValue(199 / 199.0);
+    runModalForWindow(window());
+    EXPECT_EQ(text(), "100%");
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_FALSE(controller_.timer().isActive());
+    EXPECT_THAT(exits_, IsEmpty());
+}
+
+TEST_F(LoadDataWindow, setToOneByAnotherThread_endsWithinATick) {
+    std::thread feeder;
+    const auto begin = std::chrono::steady_clock::now();
+    dispatchMain([&] { feeder = std::thread([this] { bar().setFloatValue(1.0); }); });
+    runModalForWindow(window());
+    feeder.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_EQ(text(), "100%");
+}
+
+TEST_F(LoadDataWindow, itsCloseButtonEndsTheProcessWithStatusZeroEachTime) {
+    window().show();
+    window().close();
+    EXPECT_THAT(exits_, ElementsAre(0));
+    bar().setFloatValue(0.5);
+    QCoreApplication::processEvents();
+    window().close();
+    EXPECT_THAT(exits_, ElementsAre(0, 0));
+}
+
+TEST_F(LoadDataWindow, escapeDoesNothing) {
+    window().show();
+    QTest::keyClick(&window(), Qt::Key_Escape);
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_THAT(exits_, IsEmpty());
+}
+
+TEST_F(LoadDataWindow, hasNoMinimiseAndNoMaximiseButtonAndAFixedSize) {
+    const Qt::WindowFlags flags = window().windowFlags();
+    EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
+    EXPECT_FALSE(flags & Qt::WindowMinimizeButtonHint);
+    EXPECT_FALSE(flags & Qt::WindowMaximizeButtonHint);
+    EXPECT_EQ(window().minimumSize(), window().maximumSize());
+}
+
+TEST(LoadDataPlaceholder, hasNoWindowNoBarAndNoTimer) {
+    const LoadDataWindowController placeholder;
+    EXPECT_EQ(placeholder.window(), nullptr);
+    EXPECT_EQ(placeholder.progressBar(), nullptr);
+    EXPECT_EQ(placeholder.loadDataLabel(), nullptr);
+    EXPECT_FALSE(placeholder.timer().isActive());
+}
+
+TEST(ModalRun, withoutOneStopDoesNothing) {
+    stopModal();
+    QWidget window;
+    QTimer::singleShot(0, [] { stopModal(); });
+    runModalForWindow(window);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.windowModality(), Qt::ApplicationModal);
+}
+
+TEST(MainQueue, runsWorkOfAllThreadsOnTheMainThreadInOrder) {
+    std::vector<int> order;
+    const std::thread::id main = std::this_thread::get_id();
+    QEventLoop loop;
+    dispatchMain([&] { order.push_back(1); });
+    std::thread([&] {
+        for (int i = 2; i <= 100; ++i) {
+            dispatchMain([&, i] {
+                EXPECT_EQ(std::this_thread::get_id(), main);
+                order.push_back(i);
+            });
+        }
+        dispatchMain([&] { loop.quit(); });
+    }).join();
+    EXPECT_THAT(order, IsEmpty());
+    loop.exec();
+    ASSERT_EQ(order.size(), 100U);
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+}
+
+}  // namespace
+}  // namespace kelvo::test
