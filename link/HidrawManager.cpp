@@ -86,7 +86,7 @@ void HidrawManager::run() {
     if (!stopRequested_) {
         attachPresent();
     }
-    while (!stopRequested_) {
+    while (!stopRequested_.exchange(false)) {
         waitAndServe();
     }
     device_.reset();
@@ -177,7 +177,7 @@ void HidrawManager::serveMonitor() {
     }
     if (viewOf(udev_device_get_action(device.get())) != "remove") {
         attach(*device);
-    } else if (device_ && viewOf(udev_device_get_syspath(device.get())) == syspath_) {
+    } else if (device_ && viewOf(udev_device_get_syspath(device.get())) != "") {
         // The parents of a removed device are not its own any more; its place in sysfs still is.
         detach();
     }
