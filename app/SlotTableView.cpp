@@ -7,6 +7,7 @@ namespace kelvo {
 namespace {
 
 constexpr int kRowPadding = 8;
+constexpr int kSidePadding = 24;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
@@ -43,7 +44,7 @@ int SlotTableView::selectedRow() const {
 
 QSize SlotTableView::minimumSizeHint() const {
     const int frame = 2 * frameWidth();
-    return {fontMetrics().horizontalAdvance(kWidestLabel) + frame + 2 * kRowPadding,
+    return {fontMetrics().horizontalAdvance(kWidestLabel) + frame + 2 * kSidePadding,
             verticalHeader()->length() + frame};
 }
 

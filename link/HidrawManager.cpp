@@ -177,7 +177,7 @@ void HidrawManager::serveMonitor() {
     }
     if (viewOf(udev_device_get_action(device.get())) != "remove") {
         attach(*device);
-    } else if (device_ && viewOf(udev_device_get_syspath(device.get())) != "") {
+    } else if (device_ && viewOf(udev_device_get_syspath(device.get())) == syspath_) {
         // The parents of a removed device are not its own any more; its place in sysfs still is.
         detach();
     }

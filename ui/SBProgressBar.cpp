@@ -221,7 +221,7 @@ void SBProgressBar::announce(int percent) {
 }
 
 void SBProgressBar::setColorTint(std::optional<QColor> color) {
-    colorTint_ = std::move(color);
+    colorTint_ = color;
     reloadColorTint();
 }
 

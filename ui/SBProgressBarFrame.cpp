@@ -146,7 +146,7 @@ void SBProgressBarFrame::layOut(const QRectF& inner) {
         left_ = &exactEnd_;
         return;
     }
-    if (leftEnd_.part.isNull()) {
+    if (leftEnd_.columns.isNull()) {
         leftEnd_ = makeEnd(0.0, endWidth_);
         makeStrip();
     }
@@ -168,14 +168,14 @@ void SBProgressBarFrame::layOutRightEnd(double right) {
     rightX_ = column - endWidth_;
     fillEnd_ = column + 1;
     right_ = &rightEnds_[static_cast<std::size_t>(quarters % 4)];
-    if (right_->part.isNull()) {
+    if (right_->columns.isNull()) {
         // Painted where the fill ends now, but for less than a quarter of a pixel: the trough is even here.
         *right_ = makeEnd(right - endWidth_ - (quarters % 4) / 4.0, endWidth_ + 1);
     }
 }
 
 void SBProgressBarFrame::makeStrip() {
-    const Part column = makePart(endWidth_, 1);
+    const Columns column = makeColumns(endWidth_, 1);
     const int width = size_.width() + cell_.width();
     strip_ = QImage(width, size_.height(), formatOf(column.isOpaque));
     for (int y = 0; y < strip_.height(); ++y) {
@@ -196,19 +196,19 @@ QImage SBProgressBarFrame::paintBar(double x, int width, const QColor& stripes) 
                        {.recolored = &bar_.stripesLayer(), .color = stripes});
 }
 
-SBProgressBarFrame::Part SBProgressBarFrame::makePart(double x, int width) {
-    Part part;
-    part.black = paintBar(x, width, Qt::black);
-    part.white = paintBar(x, width, Qt::white);
-    part.none = cellIsOpaque_ ? part.black : paintBar(x, width, Qt::transparent);
-    part.isOpaque = isOpaque(part.none) && isOpaque(part.black) && isOpaque(part.white);
-    return part;
+SBProgressBarFrame::Columns SBProgressBarFrame::makeColumns(double x, int width) {
+    Columns columns;
+    columns.black = paintBar(x, width, Qt::black);
+    columns.white = paintBar(x, width, Qt::white);
+    columns.none = cellIsOpaque_ ? columns.black : paintBar(x, width, Qt::transparent);
+    columns.isOpaque = isOpaque(columns.none) && isOpaque(columns.black) && isOpaque(columns.white);
+    return columns;
 }
 
 SBProgressBarFrame::End SBProgressBarFrame::makeEnd(double x, int width) {
     // Bounds what a very wide stripe tile can take.
     constexpr int kMostPhases = 64;
-    End end{makePart(x, width), {}};
+    End end{makeColumns(x, width), {}};
     end.phases.resize(static_cast<std::size_t>(std::min(cell_.width(), kMostPhases)));
     return end;
 }
@@ -216,19 +216,19 @@ SBProgressBarFrame::End SBProgressBarFrame::makeEnd(double x, int width) {
 const QImage& SBProgressBarFrame::pixelsOf(End& end, int cellColumn) {
     End::Phase& phase = end.phases[static_cast<std::size_t>(cellColumn) % end.phases.size()];
     if (phase.pixels.isNull() || phase.cellColumn != cellColumn) {
-        phase = {cellColumn, compose(end.part, cellColumn)};
+        phase = {cellColumn, compose(end.columns, cellColumn)};
     }
     return phase.pixels;
 }
 
-QImage SBProgressBarFrame::compose(const Part& part, int cellColumn) const {
-    QImage pixels(part.black.size(), formatOf(part.isOpaque));
+QImage SBProgressBarFrame::compose(const Columns& columns, int cellColumn) const {
+    QImage pixels(columns.black.size(), formatOf(columns.isOpaque));
     for (int y = 0; y < pixels.height(); ++y) {
         QRgb* const row = reinterpret_cast<QRgb*>(pixels.scanLine(y));
         const QRgb* const stripe = cellRow(y);
-        const QRgb* const none = rowOf(part.none, y);
-        const QRgb* const black = rowOf(part.black, y);
-        const QRgb* const white = rowOf(part.white, y);
+        const QRgb* const none = rowOf(columns.none, y);
+        const QRgb* const black = rowOf(columns.black, y);
+        const QRgb* const white = rowOf(columns.white, y);
         int column = cellColumn;
         for (int x = 0; x < pixels.width(); ++x) {
             row[x] = under(stripe[column], none[x], black[x], white[x]);

@@ -45,7 +45,7 @@ private:
     };
 
     // Some columns of the bar: as they are without stripes, under black and under white ones.
-    struct Part {
+    struct Columns {
         QImage none;
         QImage black;
         QImage white;
@@ -59,7 +59,7 @@ private:
             int cellColumn = 0;
             QImage pixels;
         };
-        Part part;
+        Columns columns;
         std::vector<Phase> phases;
     };
 
@@ -69,10 +69,10 @@ private:
     void layOutRightEnd(double right);
     void makeStrip();
     QImage paintBar(double x, int width, const QColor& stripes);
-    Part makePart(double x, int width);
+    Columns makeColumns(double x, int width);
     End makeEnd(double x, int width);
     const QImage& pixelsOf(End& end, int cellColumn);
-    QImage compose(const Part& part, int cellColumn) const;
+    QImage compose(const Columns& columns, int cellColumn) const;
     int cellColumn(int x, int stripesAt) const;
     const QRgb* cellRow(int y) const;
 

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <vector>
 
 #include "layers/LayerImage.h"
 
@@ -11,8 +12,9 @@ namespace {
 TEST(LayerImage, copies_areTheSameImage_andImagesMadeApartAreNot) {
     const auto draw = [](QPainter&) {};
     const LayerImage image({1, 2}, draw);
-    const LayerImage copy = image;
-    EXPECT_EQ(copy, image);
+    const std::vector<LayerImage> copies(2, image);
+    EXPECT_EQ(copies[0], image);
+    EXPECT_EQ(copies[0], copies[1]);
     EXPECT_NE(LayerImage({1, 2}, draw), image);
     EXPECT_EQ(image.size(), QSizeF(1, 2));
 }
