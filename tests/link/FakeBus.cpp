@@ -1,6 +1,7 @@
 #include "FakeBus.h"
 
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "SleepingThread.h"
 #include "UniqueFd.h"
 
 // GLib, libudev and umockdev are built without ThreadSanitizer, so it cannot see their locks.
@@ -99,7 +101,10 @@ gboolean NodeScript::onRead(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpo
     return TRUE;
 }
 
-FakeBus::FakeBus() : testbed_(umockdev_testbed_new()) {}
+FakeBus::FakeBus() : testbed_(umockdev_testbed_new()) {
+    // Its own and GLib's thread open descriptors while they start, and end the process when there is none.
+    waitUntilThreadsAreIn(SYS_poll, 2);
+}
 
 FakeBus::~FakeBus() {
     g_object_unref(testbed_);

@@ -2,26 +2,48 @@
 
 #include <sys/types.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
 namespace kelvo {
 
-/// Waits until `thread` of this process sleeps in the system call `number` (SYS_...). The kernel has no event for that;
-/// it only tells when asked.
-inline void waitUntilThreadIsIn(long number, pid_t thread) {
+/// The system call that `thread` of this process sleeps in (SYS_...), -1 when it runs.
+inline long systemCallOf(const std::string& thread) {
+    long current = -1;
+    std::ifstream("/proc/self/task/" + thread + "/syscall") >> current;
+    return current;
+}
+
+/// Waits for something that has no event, since the kernel only tells when asked.
+inline void waitUntil(const std::function<bool()>& there, const std::string& what) {
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (std::chrono::steady_clock::now() < giveUp) {
-        long current = -1;
-        if (std::ifstream("/proc/self/task/" + std::to_string(thread) + "/syscall") >> current && current == number) {
-            return;
+    while (!there()) {
+        if (std::chrono::steady_clock::now() > giveUp) {
+            throw std::runtime_error("waited in vain for " + what);
         }
         std::this_thread::yield();
     }
-    throw std::runtime_error("thread " + std::to_string(thread) + " does not come to rest");
+}
+
+/// Waits until `thread` of this process sleeps in the system call `number` (SYS_...).
+inline void waitUntilThreadIsIn(long number, pid_t thread) {
+    waitUntil([&] { return systemCallOf(std::to_string(thread)) == number; },
+              "thread " + std::to_string(thread) + " to come to rest");
+}
+
+/// Waits until `count` threads of this process sleep in the system call `number`.
+inline void waitUntilThreadsAreIn(long number, std::ptrdiff_t count) {
+    const auto sleeps = [&](const auto& thread) { return systemCallOf(thread.path().filename()) == number; };
+    waitUntil(
+        [&] { return std::ranges::count_if(std::filesystem::directory_iterator("/proc/self/task"), sleeps) >= count; },
+        std::to_string(count) + " threads to come to rest");
 }
 
 }  // namespace kelvo
