@@ -13,6 +13,7 @@
 
 #include "KelvoAppDelegate.h"
 #include "LoadDataWindowController.h"
+#include "MemoryLines.h"
 #include "SlotTableView.h"
 #include "VirtualHidManager.h"
 
@@ -27,15 +28,6 @@ using Steps = std::vector<StepDriver::Step>;
 
 void append(Steps& steps, Steps more) {
     std::move(more.begin(), more.end(), std::back_inserter(steps));
-}
-
-template <typename Slots, typename Checksum>
-void listSlots(QTextStream& out, const char* kind, int firstNumber, const Slots& contents, Checksum checksum) {
-    int number = firstNumber;
-    for (const auto& slot : contents) {
-        out << kind << ' ' << number++ << " \"" << QString::fromStdString(slot.name) << "\" crc32 "
-            << QStringLiteral("%1").arg(checksum(slot), 8, 16, QLatin1Char('0')) << '\n';
-    }
 }
 
 }  // namespace
@@ -146,9 +138,9 @@ void Tour::writeTranscript() const {
         out << QString::fromStdString(line) << '\n';
     }
     out << "\nWhat the pedal holds:\n";
-    const Kr310Memory memory = pedal_.memory();
-    listSlots(out, "CAB", kFirstCabNumber, memory.cab, cabCrc32);
-    listSlots(out, "AMP", kFirstAmpNumber, memory.amp, ampCrc32);
+    for (const std::string& line : memoryLines(pedal_.memory())) {
+        out << QString::fromStdString(line) << '\n';
+    }
 }
 
 }  // namespace kelvo

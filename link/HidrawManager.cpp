@@ -2,6 +2,7 @@
 
 #include <libudev.h>
 #include <poll.h>
+#include <unistd.h>
 
 #include <array>
 #include <charconv>
@@ -121,13 +122,20 @@ void HidrawManager::attach(udev_device& device) {
     if (device_ || node.empty() || !matches(device, matching_)) {
         return;
     }
+    std::string syspath(viewOf(udev_device_get_syspath(&device)));
     try {
-        device_ = std::make_shared<HidrawDevice>(node, wakeUp_);
+        auto opened = std::make_shared<HidrawDevice>(node, wakeUp_);
+        // The event may be of a device that has gone meanwhile, and the node's name the next one's already. No other
+        // device is ever given its place in sysfs, so as long as that is there, the node is its own.
+        if (access(syspath.c_str(), F_OK) != 0) {
+            return;
+        }
+        device_ = std::move(opened);
     } catch (const std::runtime_error& failure) {
         NSLog(node + " cannot be opened: " + failure.what() + " (access is given by " + std::string(kRulesFile) + ")");
         return;
     }
-    syspath_ = viewOf(udev_device_get_syspath(&device));
+    syspath_ = std::move(syspath);
     onArrival_(device_);
 }
 

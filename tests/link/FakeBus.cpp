@@ -134,6 +134,11 @@ void FakeBus::plug(int number, const UsbIds& ids) {
     add(usbDevice(number, ids) + hidrawNode(number));
 }
 
+void FakeBus::loseFromSysfs(int number) {
+    const std::string root = umockdev_testbed_get_root_dir(testbed_);
+    std::filesystem::remove_all(root + "/sys" + hidrawPath(number));
+}
+
 void FakeBus::plugWithoutUsbDevice(int number) {
     add(hidrawNode(number));
 }

@@ -76,6 +76,8 @@ public:
     void sendEvent(int number, const char* action);
     /// udev tells that the device has gone.
     void unplug(int number) { sendEvent(number, "remove"); }
+    /// The device's place in sysfs has gone, and udev has not told. Its node stays, as if another device had it now.
+    void loseFromSysfs(int number);
     /// The node meets its end before udev tells.
     void cut(int number);
 

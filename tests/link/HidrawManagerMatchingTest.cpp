@@ -133,5 +133,26 @@ TEST(HidrawManagerMatching, announcesADeviceThatArrivesAfterTheRemovalOfTheFirst
     EXPECT_TRUE(deviceIs(bus, 1, link));
 }
 
+// udev may be so late that the node of the device it tells of belongs to the next one already.
+TEST(HidrawManagerMatching, passesOverADeviceThatHasGoneBeforeUdevToldOfIt) {
+    FakeBus bus;
+    RunningManager link(bus);
+    link.onEvent = [&](const std::string& event) {
+        if (event == "removed") {
+            bus.plug(1);
+            bus.loseFromSysfs(1);
+        }
+    };
+    link.start();
+    bus.plug(0);
+    bus.unplug(0);
+    link.waitFor(2);
+    link.waitUntilIdle();
+    EXPECT_EQ(link.events(), (Events{"arrived", "removed"}));
+    bus.plug(2);
+    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
+    EXPECT_TRUE(deviceIs(bus, 2, link));
+}
+
 }  // namespace
 }  // namespace kelvo

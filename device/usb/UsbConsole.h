@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "UniqueFd.h"
+#include "UsbCable.h"
+
+namespace kelvo {
+
+/// The commands of kr310-usb, one a line, and their answers. One thread.
+///
+///     plug            plugged            the pedal is on the cable, freshly powered up
+///     unplug          unplugged
+///     hang            hanging            the pedal takes no output report
+///     stall           stalling           the pedal refuses every output report with a stall
+///     go              going              undoes both
+///     memory          20 lines, listed   one line for each slot
+///     fault NAME[=N]  fault NAME[=N]     switches a fault on; those of a sound pedal stay on
+///     faults          names, listed      the faults there are
+///     sound           sound              switches all faults off
+///     pace MS         pace MS            milliseconds from one progress value of the start-up to the next; 10 at first
+///     quit            (none)             unplugs and ends
+///
+/// Everything else, and what cannot be done, is answered by one line that begins with "error: ". A plugged pedal is not
+/// plugged again, nor an unplugged one unplugged; the answer is the same.
+class UsbConsole {
+public:
+    using LineSink = std::function<void(std::string_view line)>;
+    /// Gives the device's end of a new cable to the host; throws std::runtime_error when it cannot.
+    using Plug = std::function<UniqueFd()>;
+
+    /// All that is referred to outlives this object.
+    UsbConsole(VirtualKr310& pedal, UsbKr310& device, UsbCable& cable, Plug plug, LineSink sink);
+
+    /// Carries out one line, without its line end. False after "quit".
+    [[nodiscard]] bool obey(std::string_view line);
+
+private:
+    struct Command;
+    static const Command kCommands[];
+
+    void plug();
+    void unplug();
+    void hang();
+    void stall();
+    void go();
+    void listMemory();
+    void setFault(std::string_view text);
+    void listFaults();
+    void clearFaults();
+    void setPace(std::string_view text);
+
+    VirtualKr310& pedal_;
+    UsbKr310& device_;
+    UsbCable& cable_;
+    const Plug plug_;
+    const LineSink sink_;
+};
+
+}  // namespace kelvo

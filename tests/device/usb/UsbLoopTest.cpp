@@ -1,0 +1,281 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <condition_variable>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "UsbLoop.h"
+#include "UsbTesting.h"
+
+namespace kelvo {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr auto kOne = "00 00 00 01";
+constexpr auto kTwo = "00 00 00 02";
+constexpr auto kSize = "00 00 00 40";
+
+std::pair<UniqueFd, UniqueFd> socketPair() {
+    std::array<int, 2> ends{};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+        throw std::runtime_error("no socket pair");
+    }
+    return {UniqueFd(ends[0]), UniqueFd(ends[1])};
+}
+
+/// kr310-usb with a test in place of the kernel and of the keyboard.
+class RunningLoop : public testing::Test {
+protected:
+    RunningLoop() {
+        std::tie(keyboard, commands) = socketPair();
+        thread = std::thread([this] { runUsbLoop(commands.get(), console, cable, note()); });
+    }
+    ~RunningLoop() override { end(); }
+
+    void end() {
+        shutdown(keyboard.get(), SHUT_WR);
+        if (thread.joinable()) {
+            thread.join();
+        }
+    }
+
+    UsbConsole::LineSink note() {
+        return [this](std::string_view line) {
+            const std::lock_guard lock(mutex);
+            lines.emplace_back(line);
+            changed.notify_all();
+        };
+    }
+
+    void type(std::string_view text) const {
+        ASSERT_EQ(write(keyboard.get(), text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+    /// The lines since the last call, once there are n.
+    std::vector<std::string> said(std::size_t n) {
+        std::unique_lock lock(mutex);
+        changed.wait_for(lock, std::chrono::seconds(10), [&] { return lines.size() >= n; });
+        return std::exchange(lines, {});
+    }
+
+    /// Types a command and waits for the answer.
+    std::vector<std::string> asked(const std::string& command, std::size_t n = 1) {
+        type(command + '\n');
+        return said(n);
+    }
+
+    void sendToDevice(const Bytes& bytes) const {
+        ASSERT_EQ(send(host.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
+    }
+
+    /// n bytes from the device; fewer when it has closed its end.
+    std::string fromDevice(std::size_t n) const {
+        Bytes bytes(n);
+        std::size_t got = 0;
+        for (ssize_t length = 1; got < n && length > 0; got += static_cast<std::size_t>(std::max<ssize_t>(length, 0))) {
+            length = recv(host.get(), bytes.data() + got, n - got, 0);
+        }
+        bytes.resize(got);
+        return hex(bytes);
+    }
+
+    UniqueFd makeCable() {
+        auto [device_end, host_end] = socketPair();
+        host = std::move(host_end);
+        return std::move(device_end);
+    }
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<std::string> lines;
+
+    VirtualKr310 pedal;
+    UsbKr310 device{pedal};
+    UsbCable cable{device};
+    UsbConsole console{pedal, device, cable, [this] { return makeCable(); }, note()};
+    UniqueFd keyboard;
+    UniqueFd commands;
+    UniqueFd host;
+    std::thread thread;
+};
+
+TEST_F(RunningLoop, answersEachCommandWithItsLine) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    EXPECT_THAT(asked("hang"), ElementsAre("hanging"));
+    EXPECT_THAT(asked("stall"), ElementsAre("stalling"));
+    EXPECT_THAT(asked("go"), ElementsAre("going"));
+    EXPECT_THAT(asked("unplug"), ElementsAre("unplugged"));
+    EXPECT_THAT(asked("unplug"), ElementsAre("unplugged"));
+    EXPECT_THAT(asked("jump"), ElementsAre("error: unknown command: jump"));
+    EXPECT_THAT(asked(""), ElementsAre("error: unknown command: "));
+    EXPECT_THAT(asked("plug "), ElementsAre("error: unknown command: plug "));
+}
+
+TEST_F(RunningLoop, listsTheMemoryWithNamesAndChecksums) {
+    EXPECT_THAT(asked("memory", 21),
+                ElementsAre("CAB 27 \"OPEN 1X12\" crc32 f1cf3378", "CAB 28 \"CLOSED2X12\" crc32 f1cf3378",
+                            "CAB 29 \"VINTAGE412\" crc32 f1cf3378", "CAB 30 \"MODERN 412\" crc32 f1cf3378",
+                            "CAB 31 \"TWEED 1X8\" crc32 f1cf3378", "CAB 32 \"\" crc32 6c1ce17e",
+                            "CAB 33 \"BASS 4X10\" crc32 f1cf3378", "CAB 34 \"\" crc32 6c1ce17e",
+                            "CAB 35 \"ACOUSTIC\" crc32 f1cf3378", "CAB 36 \"\" crc32 6c1ce17e",
+                            "AMP 56 \"CLEAN\" crc32 f1e8ba9e", "AMP 57 \"CRUNCH\" crc32 f1e8ba9e",
+                            "AMP 58 \"LEAD\" crc32 f1e8ba9e", "AMP 59 \"EDGE DRIVE\" crc32 f1e8ba9e",
+                            "AMP 60 \"HIGH GAIN\" crc32 f1e8ba9e", "AMP 61 \"\" crc32 f1e8ba9e",
+                            "AMP 62 \"JAZZ\" crc32 f1e8ba9e", "AMP 63 \"BASS\" crc32 f1e8ba9e",
+                            "AMP 64 \"\" crc32 f1e8ba9e", "AMP 65 \"\" crc32 f1e8ba9e", "listed"));
+}
+
+TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
+    EXPECT_THAT(asked("fault split=5"), ElementsAre("fault split=5"));
+    EXPECT_THAT(asked("fault merge"), ElementsAre("fault merge"));
+    EXPECT_EQ(pedal.faults().splitReports, 5U);
+    EXPECT_TRUE(pedal.faults().mergedReports);
+    EXPECT_THAT(asked("fault split=64"), ElementsAre("error: unknown fault: split=64"));
+    EXPECT_EQ(pedal.faults().splitReports, 5U);
+    EXPECT_THAT(asked("sound"), ElementsAre("sound"));
+    EXPECT_EQ(pedal.faults().splitReports, 0U);
+    EXPECT_FALSE(pedal.faults().mergedReports);
+}
+
+TEST_F(RunningLoop, listsTheFaultsWithTheirNumbers) {
+    const auto list = asked("faults", 19);
+    ASSERT_EQ(list.size(), 19U);
+    EXPECT_EQ(list[0], "silent=N from phase");
+    EXPECT_EQ(list[2], "duplicate-ack");
+    EXPECT_EQ(list[18], "listed");
+}
+
+TEST_F(RunningLoop, obeysCommandsThatComeInPiecesAndTogether) {
+    type("ha");
+    type("ng\nstall\ngo");
+    type("\nmem");
+    EXPECT_THAT(said(3), ElementsAre("hanging", "stalling", "going"));
+}
+
+TEST_F(RunningLoop, servesTheHostAtTheOtherEndOfTheCable) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(outRequest(kOne, Bytes(64)));
+    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
+}
+
+TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
+    pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(60)});
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    const auto start = std::chrono::steady_clock::now();
+    sendToDevice(outRequest(kOne, connectReport()));
+    // Progress 0 at once, two name lists of two reports each and progress 199 after the pace.
+    for (int i = 0; i < 6; ++i) {
+        sendToDevice(inRequest(kTwo));
+    }
+    EXPECT_EQ(fromDevice(48 + 112).size(), 160 * 3 - 1U);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
+    const std::string rest = fromDevice(5 * 112);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
+    EXPECT_NE(rest.find("08 AA 55 02 00 A5 C7 59 B7"), std::string::npos) << rest;
+}
+
+TEST_F(RunningLoop, goesThroughTheStartUpAtThePaceItIsTold) {
+    EXPECT_THAT(asked("pace 0"), ElementsAre("pace 0"));
+    EXPECT_THAT(asked("pace 10000"), ElementsAre("pace 10000"));
+    EXPECT_THAT(asked("pace 10001"), ElementsAre("error: no pace: 10001"));
+    EXPECT_THAT(asked("pace -1"), ElementsAre("error: no pace: -1"));
+    EXPECT_THAT(asked("pace 1x"), ElementsAre("error: no pace: 1x"));
+    EXPECT_THAT(asked("pace "), ElementsAre("error: no pace: "));
+    EXPECT_THAT(asked("pace 30"), ElementsAre("pace 30"));
+    const auto reports = pedal.receive(connectReport()).reports;
+    ASSERT_GT(reports.size(), 2U);
+    EXPECT_EQ(reports[2].due, std::chrono::milliseconds(60));
+}
+
+TEST_F(RunningLoop, tellsThatTheHostHasLetGo) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    host.reset();
+    EXPECT_THAT(said(1), ElementsAre("unplugged: the host has let go"));
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+}
+
+TEST_F(RunningLoop, unplugsAHostThatBreaksTheProtocol) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(Bytes(48, 0));
+    EXPECT_THAT(said(1), ElementsAre("unplugged: the host sent a USB/IP header with command 0"));
+    EXPECT_EQ(fromDevice(1), "");
+}
+
+TEST_F(RunningLoop, unplugsByAFaultAfterAllEarlierAnswers) {
+    EXPECT_THAT(asked("fault unplug=2"), ElementsAre("fault unplug=2"));
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(join({outRequest(kOne, Bytes(64)), outRequest(kTwo, Bytes(64))}));
+    EXPECT_THAT(said(1), ElementsAre("unplugged: by a fault"));
+    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
+    EXPECT_EQ(fromDevice(1), "");
+}
+
+TEST_F(RunningLoop, keepsAnswersForAHostThatDoesNotReadYet) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    // More answers than a socket holds.
+    constexpr std::size_t requests = 20000;
+    for (std::size_t i = 0; i < requests; ++i) {
+        sendToDevice(HostRequest{.endpoint = kTwo, .length = kZeroWord}.bytes());
+    }
+    EXPECT_THAT(asked("go"), ElementsAre("going"));
+    const std::string answer = submitAnswer(kOne, kStallWord, kZeroWord);
+    for (std::size_t i = 0; i < requests; ++i) {
+        ASSERT_EQ(fromDevice(48), answer) << i;
+    }
+}
+
+TEST_F(RunningLoop, sleepsWhileThereIsNothingToDo) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(inRequest(kTwo));
+    rusage before{};
+    rusage after{};
+    getrusage(RUSAGE_SELF, &before);
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    getrusage(RUSAGE_SELF, &after);
+    // This thread's own sleep is one of them.
+    EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 3);
+}
+
+TEST_F(RunningLoop, pullsTheCableOnQuit) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    type("quit\nplug\n");
+    EXPECT_EQ(fromDevice(1), "");
+    thread.join();
+    EXPECT_TRUE(lines.empty());
+}
+
+TEST_F(RunningLoop, pullsTheCableAtTheEndOfTheCommands) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    end();
+    EXPECT_EQ(fromDevice(1), "");
+}
+
+TEST(UsbConsole, saysWhyItCannotPlugIn) {
+    std::vector<std::string> lines;
+    VirtualKr310 pedal;
+    UsbKr310 device(pedal);
+    UsbCable cable(device);
+    UsbConsole console(
+        pedal, device, cable, []() -> UniqueFd { throw std::runtime_error("no port"); },
+        [&](std::string_view line) { lines.emplace_back(line); });
+    EXPECT_TRUE(console.obey("plug"));
+    EXPECT_FALSE(cable.isPlugged());
+    EXPECT_FALSE(console.obey("quit"));
+    EXPECT_THAT(lines, ElementsAre("error: no port"));
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,106 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+#include "VhciPort.h"
+
+namespace kelvo {
+namespace {
+
+/// As Linux 6.1 shows it with one device attached.
+constexpr auto kStatus =
+    "hub port sta spd dev      sockfd local_busid\n"
+    "hs  0000 006 002 00010002 000005 3-1\n"
+    "hs  0001 005 000 00000000 000000 0-0\n"
+    "hs  0002 004 000 00000000 000000 0-0\n"
+    "hs  0003 004 000 00000000 000000 0-0\n"
+    "ss  0008 004 000 00000000 000000 0-0\n";
+
+std::optional<unsigned> freePortOf(const std::string& text) {
+    std::istringstream status(text);
+    return freePort(status);
+}
+
+TEST(VhciPort, isTheFirstOneWithNothingAttached) {
+    EXPECT_EQ(freePortOf(kStatus), 2U);
+}
+
+TEST(VhciPort, isNoneWhenOnlySuperSpeedIsFree) {
+    EXPECT_EQ(freePortOf("hub port sta spd dev      sockfd local_busid\nhs  0000 006 002 00010002 000005 3-1\n"
+                         "ss  0008 004 000 00000000 000000 0-0\n"),
+              std::nullopt);
+}
+
+TEST(VhciPort, isNoneInAnEmptyOrForeignText) {
+    EXPECT_EQ(freePortOf(""), std::nullopt);
+    EXPECT_EQ(freePortOf("hs\nhs x y\n\nhs 1\n"), std::nullopt);
+}
+
+/// A controller's folder without a kernel behind it.
+class VhciFolder : public testing::Test {
+protected:
+    VhciFolder() {
+        std::string name = std::filesystem::temp_directory_path() / "vhciXXXXXX";
+        folder = mkdtemp(name.data());
+    }
+    ~VhciFolder() override { std::filesystem::remove_all(folder); }
+
+    void put(const char* name, const char* text) const { std::ofstream(folder / name) << text; }
+    std::string firstLine(const char* name) const {
+        std::ifstream file(folder / name);
+        std::string line;
+        std::getline(file, line);
+        return line;
+    }
+    std::string complaint() const {
+        try {
+            static_cast<void>(plugIntoKernel(folder));
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "none";
+    }
+
+    std::filesystem::path folder;
+};
+
+TEST_F(VhciFolder, isToldPortSocketDeviceAndSpeed) {
+    put("status", kStatus);
+    put("attach", "");
+    const UniqueFd device = plugIntoKernel(folder);
+    EXPECT_THAT(firstLine("attach"), testing::MatchesRegex("2 [0-9]+ 65538 2"));
+    // Nobody holds the other end here, so it is closed.
+    char byte = 0;
+    EXPECT_EQ(read(device.get(), &byte, 1), 0);
+}
+
+TEST_F(VhciFolder, withoutTheModule_isComplainedOf) {
+    EXPECT_EQ(complaint(), "this kernel has no virtual USB port; as root: modprobe vhci-hcd");
+}
+
+TEST_F(VhciFolder, withoutAFreePort_isComplainedOf) {
+    put("status", "hub port sta spd dev      sockfd local_busid\n");
+    EXPECT_EQ(complaint(), "no virtual USB port is free");
+}
+
+TEST_F(VhciFolder, thatCannotBeWrittenTo_isComplainedOf) {
+    put("status", kStatus);
+    std::filesystem::create_directory(folder / "attach");
+    EXPECT_EQ(complaint(), "plugging in needs root: " + (folder / "attach").string() + ": Is a directory");
+}
+
+TEST_F(VhciFolder, whoseKernelRefuses_isComplainedOf) {
+    put("status", kStatus);
+    std::filesystem::create_symlink("/dev/full", folder / "attach");
+    EXPECT_EQ(complaint(), "the kernel did not take the device on port 2: No space left on device");
+}
+
+}  // namespace
+}  // namespace kelvo

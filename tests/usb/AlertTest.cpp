@@ -1,0 +1,110 @@
+// From the pull of the cable to the alert on the screen.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QScreen>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <future>
+#include <vector>
+
+#include "CableApp.h"
+#include "Driver.h"
+
+namespace kelvo::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int kPulls = 20;
+constexpr std::chrono::milliseconds kRest{300};
+
+/// When the kernel tells whoever has the node open that the device has gone.
+Clock::time_point waitForEndOfNode(const UniqueFd& node) {
+    pollfd end{node.get(), 0, 0};
+    while ((end.revents & POLLHUP) == 0) {
+        poll(&end, 1, -1);
+    }
+    return Clock::now();
+}
+
+/// Notices the first paint of an alert.
+class PaintWatch : public QObject {
+public:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        painted = painted || (event->type() == QEvent::Paint && qobject_cast<QMessageBox*>(object) != nullptr);
+        return false;
+    }
+    bool painted = false;
+};
+
+/// The three stretches of one pull.
+struct Pull {
+    Milliseconds kernel;
+    Milliseconds link;
+    Milliseconds toolkit;
+};
+
+Pull measureOnePull(PluggedPedal& pedal) {
+    CableApp app(pedal, 2);
+    app.start();
+    // A cable is pulled from a utility at rest, not from one that is still drawing its tables.
+    EXPECT_FALSE(serveUntil([] { return false; }, kRest));
+    const UniqueFd node(open(hidrawNode().c_str(), O_RDONLY | O_CLOEXEC));
+    auto gone = std::async(std::launch::async, [&] { return waitForEndOfNode(node); });
+    Clock::time_point asked;
+    PaintWatch watch;
+    app.onAlert = [&](QWidget& window, const Alert& alert) {
+        asked = Clock::now();
+        qApp->installEventFilter(&watch);
+        desktopServices().beginSheetModal(window, alert, [](int) {});
+    };
+    const Clock::time_point pulled = Clock::now();
+    pedal.unplug();
+    EXPECT_TRUE(serveUntil([&] { return watch.painted; }));
+    // An answer from the display comes after everything that was drawn before.
+    EXPECT_FALSE(QGuiApplication::primaryScreen()->grabWindow(0, 0, 0, 1, 1).isNull());
+    const Clock::time_point shown = Clock::now();
+    // Whoever wakes first of the two shows that the kernel has told.
+    const Clock::time_point told = std::min(gone.get(), asked);
+    delete visibleMessageBox();
+    return {told - pulled, asked - told, shown - asked};
+}
+
+/// Prints the median and the worst of a stretch, and returns the median.
+double report(const char* what, std::vector<Milliseconds> times) {
+    std::ranges::sort(times);
+    const double median = times[times.size() / 2].count();
+    std::printf("       %-44s median %6.1f ms, worst %6.1f ms\n", what, median, times.back().count());
+    return median;
+}
+
+TEST(Alert, isOnTheScreenSoonAfterTheCableIsPulled) {
+    PluggedPedal pedal;
+    std::vector<Milliseconds> all;
+    std::vector<Milliseconds> kernel;
+    std::vector<Milliseconds> link;
+    std::vector<Milliseconds> toolkit;
+    for (int n = 0; n < kPulls; ++n) {
+        const Pull pull = measureOnePull(pedal);
+        all.push_back(pull.kernel + pull.link + pull.toolkit);
+        kernel.push_back(pull.kernel);
+        link.push_back(pull.link);
+        toolkit.push_back(pull.toolkit);
+        pedal.plug();
+    }
+    report("pull to alert on the screen, 20 times:", all);
+    report("  until the kernel tells of it:", kernel);
+    // The utility's own share. What the toolkit and the screen take depends on the machine, and this one is emulated.
+    EXPECT_LT(report("  until the alert is asked for:", link), 50.0);
+    report("  until it is on the screen:", toolkit);
+}
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,117 @@
+// The link alone over the kernel's own USB stack: replugs, and a pedal that does not take its output.
+
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <string>
+
+#include "CableLink.h"
+#include "Descriptors.h"
+#include "PluggedPedal.h"
+#include "SleepingThread.h"
+
+namespace kelvo::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::seconds;
+
+/// Asks for the names; the pedal answers with more than 200 reports.
+constexpr Report kConnect{8, 0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25};
+/// A frame of no known command; the pedal says nothing.
+constexpr Report kNothing{};
+
+/// Descriptors of this process; reading the list takes one itself.
+std::size_t openCount() {
+    return openDescriptors().size();
+}
+
+/// Sends a report to the device that is there.
+bool send(CableLink& link, const Report& report) {
+    const auto device = link.device();
+    return device != nullptr && device->setReport(report);
+}
+
+TEST(Link, isFoundAndLostTwentyTimesWithoutLosingADescriptor) {
+    PluggedPedal pedal;
+    CableLink link;
+    ASSERT_TRUE(link.waitForArrival(1));
+    const std::size_t before = openCount();
+    for (std::size_t n = 1; n <= 20; ++n) {
+        const std::size_t reports = link.counts().reports;
+        ASSERT_TRUE(send(link, kConnect)) << n;
+        ASSERT_TRUE(link.waitForReports(reports + 1)) << n;
+        pedal.unplug();
+        ASSERT_TRUE(link.waitForRemoval(n)) << n;
+        pedal.plug();
+        ASSERT_TRUE(link.waitForArrival(n + 1)) << n;
+    }
+    EXPECT_EQ(link.counts().arrivals, 21U);
+    EXPECT_EQ(link.counts().removals, 20U);
+    EXPECT_EQ(openCount(), before);
+}
+
+TEST(Link, aReportThatAHungPedalDoesNotTakeFailsAfterFiveSecondsAndThePedalStays) {
+    PluggedPedal pedal;
+    CableLink link;
+    ASSERT_TRUE(link.waitForArrival(1));
+    pedal.tell("hang", "hanging");
+    const auto start = Clock::now();
+    EXPECT_FALSE(send(link, kConnect));
+    EXPECT_GE(Clock::now() - start, seconds(5));
+    EXPECT_LT(Clock::now() - start, seconds(7));
+    EXPECT_EQ(link.counts().removals, 0U);
+    pedal.tell("go", "going");
+    EXPECT_TRUE(send(link, kConnect));
+    EXPECT_TRUE(link.waitForReports(1));
+}
+
+TEST(Link, aReportThatAStalledPedalRefusesFailsAtOnceAndThePedalStays) {
+    PluggedPedal pedal;
+    CableLink link;
+    ASSERT_TRUE(link.waitForArrival(1));
+    pedal.tell("stall", "stalling");
+    const auto start = Clock::now();
+    EXPECT_FALSE(send(link, kConnect));
+    EXPECT_LT(Clock::now() - start, seconds(1));
+    EXPECT_EQ(link.counts().removals, 0U);
+    pedal.tell("go", "going");
+    EXPECT_TRUE(send(link, kConnect));
+    EXPECT_TRUE(link.waitForReports(1));
+}
+
+TEST(Link, anUnplugInTheMiddleOfAReportNeitherBlocksNorLeaks) {
+    PluggedPedal pedal;
+    CableLink link;
+    ASSERT_TRUE(link.waitForArrival(1));
+    const std::size_t before = openCount();
+    for (std::size_t n = 1; n <= 5; ++n) {
+        pedal.tell("hang", "hanging");
+        std::promise<pid_t> thread;
+        auto device = link.device();
+        ASSERT_NE(device, nullptr) << n;
+        auto write = std::async(std::launch::async, [&thread, device = std::move(device)] {
+            thread.set_value(gettid());
+            return device->setReport(kNothing);
+        });
+        waitUntilThreadIsIn(SYS_write, thread.get_future().get());
+        const auto pulled = Clock::now();
+        pedal.unplug();
+        ASSERT_TRUE(link.waitForRemoval(n)) << n;
+        EXPECT_FALSE(write.get());
+        EXPECT_LT(Clock::now() - pulled, seconds(2));
+        pedal.tell("go", "going");
+        pedal.plug();
+        ASSERT_TRUE(link.waitForArrival(n + 1)) << n;
+        write = {};
+        EXPECT_EQ(openCount(), before) << n;
+    }
+}
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,105 @@
+// The cable pulled in every state of the utility.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "CRC.h"
+#include "CableApp.h"
+#include "ModalRun.h"
+#include "RVHidClass.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+const QString kWave = QStringLiteral(KELVO_SAMPLES "/Bright.wav");
+constexpr auto kOldSlot = "CAB 27 \"OPEN 1X12\" crc32 f1cf3378";
+
+/// The alert is there, its button ends the process, and nothing can be sent any more.
+void expectEnd(CableApp& app) {
+    EXPECT_TRUE(app.showsExitAlert());
+    std::array<std::uint8_t, 8> frame{0xAA, 0x55, 0x02, 0x00, 0xE0};
+    EXPECT_FALSE(HID_WreteData(frame.data(), frame.size()));
+    EXPECT_THAT(app.services.exits, testing::IsEmpty());
+    app.services.alerts[0].answer(kAlertFirstButtonReturn);
+    EXPECT_THAT(app.services.exits, ElementsAre(0));
+}
+
+TEST(Unplug, whileIdle) {
+    PluggedPedal pedal;
+    CableApp app(pedal);
+    app.start();
+    pedal.unplug();
+    expectEnd(app);
+}
+
+TEST(Unplug, whileLoading) {
+    PluggedPedal pedal;
+    CableApp app(pedal, 50);
+    app.whileLoading = [&] {
+        EXPECT_TRUE(serveUntil([&] { return percentage(app.controller) >= 5; }));
+        pedal.unplug();
+        expectEnd(app);
+        EXPECT_LT(percentage(app.controller), 100);
+        stopModal();
+    };
+    app.start();
+    EXPECT_THAT(app.services.exits, ElementsAre(0));
+}
+
+// The connect frame is one report, a packet nine: the sixth report is the fifth of the first packet.
+TEST(Unplug, betweenTwoReportsOfAPacket) {
+    PluggedPedal pedal;
+    CableApp app(pedal);
+    app.start();
+    pedal.tell("fault unplug=6", "fault unplug=6");
+    app.importIR(0, kWave);
+    EXPECT_TRUE(pedal.says("unplugged: by a fault"));
+    expectEnd(app);
+    EXPECT_THAT(pedal.memory(), Contains(kOldSlot));
+}
+
+TEST(Unplug, betweenTwoPhases) {
+    PluggedPedal pedal;
+    CableApp app(pedal);
+    app.start();
+    pedal.tell("fault silent=2", "fault silent=2");
+    app.importIR(0, kWave);
+    // The first phase is acknowledged, the second goes out and is not.
+    ASSERT_TRUE(serveUntil([&] { return app.controller.transferState().IRTick == 2; }));
+    pedal.unplug();
+    expectEnd(app);
+    EXPECT_THAT(pedal.memory(), Contains(kOldSlot));
+}
+
+// Ten reports later: the first report of the second phase.
+TEST(Unplug, atTheFirstReportOfAPhase) {
+    PluggedPedal pedal;
+    CableApp app(pedal);
+    app.start();
+    pedal.tell("fault unplug=11", "fault unplug=11");
+    app.importIR(0, kWave);
+    EXPECT_TRUE(pedal.says("unplugged: by a fault"));
+    expectEnd(app);
+    EXPECT_THAT(pedal.memory(), Contains(kOldSlot));
+}
+
+TEST(Unplug, andPluggedInAgain_isNotUsedByTheSameRunButByTheNext) {
+    PluggedPedal pedal;
+    {
+        CableApp app(pedal);
+        app.start();
+        pedal.unplug();
+        expectEnd(app);
+        pedal.plug();
+        EXPECT_FALSE(serveUntil([] { return isOpenDevice.load(); }, std::chrono::milliseconds(300)));
+    }
+    CableApp next(pedal);
+    next.start();
+    EXPECT_EQ(next.controller.IRNameArr().first(), "27.OPEN 1X12");
+}
+
+}  // namespace
+}  // namespace kelvo::test
