@@ -46,7 +46,7 @@ bool AMPFile::readModel(const QString& path) {
     if (!file) {
         return false;
     }
-    FileSize = static_cast<std::uint32_t>(file->size());
+    FileSize = static_cast<std::uint32_t>(file->size);
     const bool sumIsRight = scanWords(*file, ampSwBuffer);
     if (!sumIsRight || !hasTrailer(*file)) {
         return false;

@@ -25,7 +25,7 @@ public:
     AMPFile() { CharFileName.fill(' '); }
 
     /// readModel, and on success GetBuffer into AmpPiontBuff; a failure leaves AmpPiontBuff. The caller holds what
-    /// guards AmpPiontBuff; where the file's reading must not happen under that lock, call the two parts instead.
+    /// guards AmpPiontBuff; where the file's reading must not happen under that lock, call these two instead.
     [[nodiscard]] bool OpenFile(const QString& path);
 
     /// Reads and checks a file: fills ampSwBuffer and CharFileName, touches nothing outside this object. Returns false

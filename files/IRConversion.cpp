@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cfloat>
+#include <cmath>
 #include <limits>
 
 #include "LittleEndian.h"
@@ -28,10 +29,7 @@ constexpr std::array<IRRate, 4> kRates{{
 static_assert(std::ranges::max(kRates, {}, &IRRate::frameCap).frameCap == kIRFrameCount);
 
 float pullIn(float value) {
-    if (value == 1.0F) {
-        return kLargest;
-    }
-    return value == -1.0F ? -kLargest : value;
+    return std::abs(value) == 1.0F ? std::copysign(kLargest, value) : value;
 }
 
 std::uint32_t decodeFloat(std::uint32_t bits) {
@@ -40,16 +38,30 @@ std::uint32_t decodeFloat(std::uint32_t bits) {
     return v < 0 ? (word & 0xFFFFFFU) | 0x800000U : word;
 }
 
+/// One word for each frame of `stride` bytes: its first `width` bytes, moved up by `shift` bits.
+template <std::size_t width, int shift>
+void decodeFrames(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out) {
+    for (std::uint32_t& word : out) {
+        word = littleEndian(data.first(width), 0, width) << shift;
+        data = data.subspan(std::min(stride, data.size()));
+    }
+}
+
+void decodeFloats(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out) {
+    decodeFrames<4, 0>(data, stride, out);
+    std::ranges::transform(out, out.begin(), decodeFloat);
+}
+
 struct SampleDecoder {
     std::uint32_t bitsPerSample;
-    std::uint32_t (*decode)(std::uint32_t sample);
+    void (*decode)(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out);
 };
 
 constexpr std::array<SampleDecoder, 4> kDecoders{{
-    {8, [](std::uint32_t sample) { return sample << 16; }},
-    {16, [](std::uint32_t sample) { return sample << 8; }},
-    {24, [](std::uint32_t sample) { return sample; }},
-    {32, decodeFloat},
+    {8, decodeFrames<1, 16>},
+    {16, decodeFrames<2, 8>},
+    {24, decodeFrames<3, 0>},
+    {32, decodeFloats},
 }};
 
 /// The IRRate of a rate that is resampled, else one that does nothing.
@@ -74,32 +86,19 @@ bool decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channe
     if (channels != 1 && channels != 2) {
         return true;
     }
-    const std::size_t sampleSize = bitsPerSample / 8;
-    const std::size_t stride = sampleSize * channels;
+    const std::size_t stride = bitsPerSample / 8 * channels;
     const std::size_t frames = std::min({data.size() / stride, maxFrames, out.size()});
-    for (std::size_t i = 0; i < frames; ++i) {
-        out[i] = decoder->decode(littleEndian(data, i * stride, sampleSize));
-    }
+    decoder->decode(data, stride, std::span(out).first(frames));
     return true;
-}
-
-std::int32_t truncateToInt32(float value) {
-    constexpr float kLimit = 2147483648.0F;
-    // Written so that NaN fails it.
-    if (value >= -kLimit && value < kLimit) {
-        return static_cast<std::int32_t>(value);
-    }
-    return std::numeric_limits<std::int32_t>::min();
 }
 
 std::size_t ICovertoF(std::span<const std::uint32_t, kIRFrameCount> in, std::int32_t sampleRate,
                       std::span<float, kIRFrameCount> out) {
     const std::size_t count = resampling(sampleRate).frameCap;
-    for (std::size_t i = 0; i < count; ++i) {
+    std::ranges::transform(in.first(count), out.begin(), [](std::uint32_t word) {
         // The shifts carry bit 23 through bits 24 to 31.
-        const std::int32_t value = static_cast<std::int32_t>(in[i] << 8) >> 8;
-        out[i] = static_cast<float>(value) / kFullScale;
-    }
+        return static_cast<float>(static_cast<std::int32_t>(word << 8) >> 8) / kFullScale;
+    });
     return count;
 }
 

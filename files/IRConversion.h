@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 
 namespace kelvo {
@@ -34,7 +35,14 @@ struct IRRate {
 
 /// `value` truncated toward zero. NaN, infinities and values beyond 32 bits give INT32_MIN, as x86's cvttss2si does, on
 /// every processor.
-[[nodiscard]] std::int32_t truncateToInt32(float value);
+[[nodiscard]] constexpr std::int32_t truncateToInt32(float value) {
+    constexpr float kLimit = 2147483648.0F;
+    // Written so that NaN fails it.
+    if (value >= -kLimit && value < kLimit) {
+        return static_cast<std::int32_t>(value);
+    }
+    return std::numeric_limits<std::int32_t>::min();
+}
 
 /// 24-bit integers (bits 24 to 31 are ignored) to floats in -1.0 to 1.0. Converts as many as the rate's frame cap,
 /// leaves the rest of `out` and returns the count: 0 for a rate that needs no resampling or is not supported.

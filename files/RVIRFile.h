@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "DisplayName.h"
 #include "IRConversion.h"
+#include "WholeFile.h"
 
 namespace kelvo {
 
@@ -56,9 +56,9 @@ private:
     [[nodiscard]] bool unpackInternal(std::span<std::uint32_t, kIRPointCount> points) const;
     [[nodiscard]] bool convertWave(std::span<std::uint32_t, kIRPointCount> points) const;
 
-    std::vector<std::uint8_t> pFileBuff;  // the whole file, empty when none is open
-    std::size_t pIRData = 0;              // WAVE: offset of the first sample byte, at most the file's size; else 0
-    WAVE_FORMAT fmt_block;                // WAVE
+    FileContent pFileBuff;    // the whole file, empty when none is open
+    std::size_t pIRData = 0;  // WAVE: offset of the first sample byte, at most the file's size; else 0
+    WAVE_FORMAT fmt_block;    // WAVE
 };
 
 }  // namespace kelvo

@@ -9,7 +9,6 @@
 #include <limits>
 #include <new>
 #include <span>
-#include <stdexcept>
 
 #include "UniqueFd.h"
 
@@ -44,7 +43,7 @@ bool readFully(int fd, std::span<std::uint8_t> rest) {
 
 }  // namespace
 
-std::optional<std::vector<std::uint8_t>> readWholeFile(const QString& path) {
+std::optional<FileContent> readWholeFile(const QString& path) {
     // The system would take a name with a NUL in it for the shorter name of another file.
     if (path.contains(QChar::Null)) {
         return std::nullopt;
@@ -55,13 +54,12 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const QString& path) {
         return std::nullopt;
     }
     try {
-        std::vector<std::uint8_t> bytes(*size);
-        if (readFully(fd.get(), bytes)) {
-            return bytes;
+        FileContent file{std::make_unique_for_overwrite<std::uint8_t[]>(*size), *size};
+        if (readFully(fd.get(), {file.bytes.get(), file.size})) {
+            return file;
         }
     } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-        // A 32-bit process cannot even ask for 2 GiB.
+        // Also what a 32-bit process gets that asks for 2 GiB.
     }
     return std::nullopt;
 }

@@ -93,8 +93,14 @@ void DUP_UnpackCASE5() {
 void DUP_UnpackCASE6() {
     const auto heldEnd = FrameBuffer.begin() + vaildDataCount;
     const auto next = std::find(FrameBuffer.begin() + 1, heldEnd, kFrameHeader1);
-    moveHeldBytes(static_cast<std::uint16_t>(std::distance(FrameBuffer.begin(), next)), 0);
-    Step = vaildDataCount > 0 ? 1 : 0;
+    if (next == heldEnd) {
+        vaildDataCount = 0;
+        Step = 0;
+        return;
+    }
+    // Offset 0 is an 0xAA already; often nothing follows, and then nothing moves.
+    moveHeldBytes(static_cast<std::uint16_t>(std::distance(FrameBuffer.begin(), next) + 1), 1);
+    Step = 1;
 }
 
 /// Entry i is the handler of state i.

@@ -141,11 +141,18 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Unit(benchmark::kMicrosecond);
 }
 
-BENCHMARK(Frame)->Apply(sizes);
-BENCHMARK(CopyPixmap)->Apply(sizes);
+/// More widths of a full bar as high as the smaller one, to see how the cost grows.
+void widths(benchmark::internal::Benchmark* benchmark) {
+    for (const std::int64_t width : {400, 800, 1200, 1600}) {
+        benchmark->Args({width, 20, 100});
+    }
+}
+
+BENCHMARK(Frame)->Apply(sizes)->Apply(widths);
+BENCHMARK(CopyPixmap)->Apply(sizes)->Apply(widths);
 BENCHMARK(CopyOpaque)->Apply(sizes);
 BENCHMARK(Repaint)->Apply(sizes);
-BENCHMARK(ValueChange)->Apply(sizes);
+BENCHMARK(ValueChange)->Apply(sizes)->Apply(widths);
 BENCHMARK(RenderFrame)->Apply(sizes);
 BENCHMARK(RenderQProgressBar)->Apply(sizes);
 

@@ -31,6 +31,19 @@ void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
+// These call the ones above by themselves, but not under a sanitizer, which brings its own.
+void* operator new[](std::size_t size) {
+    return ::operator new(size);
+}
+
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
 namespace kelvo {
 namespace {
 

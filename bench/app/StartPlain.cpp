@@ -1,0 +1,31 @@
+// start_plain BEGUN: the least that shows what the utility's main window shows, two tables of ten rows, and the same
+// figures as start_kelvo.
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QTableWidget>
+#include <cstdlib>
+#include <iostream>
+
+#include "FirstPaint.h"
+#include "ProcessFigures.h"
+
+int main(int argc, char** argv) {
+    const std::int64_t begun = argc > 1 ? std::atoll(argv[1]) : 0;
+    const QApplication application(argc, argv);
+    QWidget window;
+    QHBoxLayout layout(&window);
+    for (int table = 0; table < 2; ++table) {
+        auto* const view = new QTableWidget(10, 1);
+        for (int row = 0; row < 10; ++row) {
+            view->setItem(row, 0, new QTableWidgetItem(QStringLiteral("%1.NAME").arg(row)));
+        }
+        layout.addWidget(view);
+    }
+    kelvo::showUntilPainted(window);
+    const std::int64_t painted = kelvo::monotonicNow();
+    QCoreApplication::processEvents();
+    std::cout << "{\"first_paint_ms\": " << static_cast<double>(painted - begun) / 1e6
+              << ", \"resident_kib\": " << kelvo::residentKiB() << "}" << std::endl;
+    std::_Exit(EXIT_SUCCESS);
+}

@@ -1,0 +1,126 @@
+// What the ring and the unpacker make of bytes from the pedal, in bytes per second of processor time. The wire brings
+// at most 64 reports' worth of 1000 a second: 64,000 bytes.
+//
+//   Frames/...       good frames
+//   Garbage/.../n    n bytes that hold no frame, and as many 0xAA as fit
+//
+// One turn is what a tick of the receive thread does: the reports since the last one go into the ring, then the
+// unpacker runs until it wants more.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "AppClassPoint.h"
+#include "CircleBuffer.h"
+#include "DataUnpacking.h"
+#include "Kr310Frames.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::size_t kReportPayload = 63;
+/// As many bytes as ten reports carry: a tick of 10 ms at one report a millisecond.
+constexpr std::size_t kTick = 10 * kReportPayload;
+
+class CountingApp final : public kelvo::AppClass {
+public:
+    void CMD_CallBack(kelvo::FrameView frame) override {
+        benchmark::DoNotOptimize(frame[0]);
+        ++frames;
+    }
+    void exitApp() override {}
+
+    std::int64_t frames = 0;
+};
+
+void receive(std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const std::size_t count = std::min(bytes.size(), kReportPayload);
+        kelvo::putRX_buffer(bytes.data(), static_cast<std::uint32_t>(count));
+        bytes = bytes.subspan(count);
+    }
+    kelvo::DUP_Unpack();
+}
+
+/// Starts from an empty ring and an unpacker that holds nothing.
+class Receiver {
+public:
+    Receiver() {
+        kelvo::ClearRx_buffer();
+        kelvo::DUP_init();
+        kelvo::AppClassPoint = &app;
+    }
+    ~Receiver() { kelvo::AppClassPoint = nullptr; }
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+
+    CountingApp app;
+};
+
+Bytes repeated(std::span<const std::uint8_t> pattern, std::size_t size) {
+    Bytes bytes(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        bytes[i] = pattern[i % pattern.size()];
+    }
+    return bytes;
+}
+
+void frames(benchmark::State& state, const kelvo::Frame& frame) {
+    const Bytes one = writeFrame(frame);
+    const std::size_t perTick = kTick / one.size();
+    const Bytes bytes = repeated(one, perTick * one.size());
+    Receiver receiver;
+    for (auto _ : state) {
+        receive(bytes);
+    }
+    const auto sent = state.iterations() * static_cast<std::int64_t>(perTick);
+    if (receiver.app.frames != sent) {
+        state.SkipWithError("frames were lost");
+    }
+    state.SetItemsProcessed(sent);
+    state.SetBytesProcessed(sent * static_cast<std::int64_t>(one.size()));
+}
+
+void garbage(benchmark::State& state, std::span<const std::uint8_t> pattern) {
+    const Bytes bytes = repeated(pattern, static_cast<std::size_t>(state.range(0)));
+    Receiver receiver;
+    for (auto _ : state) {
+        receive(bytes);
+    }
+    if (receiver.app.frames != 0) {
+        state.SkipWithError("garbage was taken for a frame");
+    }
+    state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+
+void lengths(benchmark::internal::Benchmark* benchmark) {
+    for (const std::int64_t ticks : {1, 2, 4, 8, 16}) {
+        benchmark->Arg(ticks * static_cast<std::int64_t>(kTick));
+    }
+}
+
+const kelvo::Frame kAcknowledgement{0xE1, {1}};
+const kelvo::Frame kNames{0x85, Bytes(100, 'N')};
+
+constexpr std::array<std::uint8_t, 1> kOnlyHeaders{0xAA};
+/// A header with an impossible LENGTH.
+constexpr std::array<std::uint8_t, 4> kImpossibleLength{0xAA, 0x55, 0xFF, 0xFF};
+/// The worst there is: a header that every time promises the longest frame, so each costs its CRC and a move.
+constexpr std::array<std::uint8_t, 4> kLongestLength{0xAA, 0x55, 0xFA, 0x03};
+
+BENCHMARK_CAPTURE(frames, acknowledgement, kAcknowledgement)->Name("Frames/acknowledgement");
+BENCHMARK_CAPTURE(frames, names, kNames)->Name("Frames/names");
+BENCHMARK_CAPTURE(garbage, aa, kOnlyHeaders)->Name("Garbage/AA")->Apply(lengths);
+BENCHMARK_CAPTURE(garbage, impossible, kImpossibleLength)->Name("Garbage/impossible-length")->Apply(lengths);
+BENCHMARK_CAPTURE(garbage, longest, kLongestLength)->Name("Garbage/longest-length")->Apply(lengths);
+
+}  // namespace
+
+BENCHMARK_MAIN();
