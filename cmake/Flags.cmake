@@ -12,6 +12,21 @@ if(KELVO_SANITIZE)
 endif()
 target_link_libraries(kelvo_flags INTERFACE Threads::Threads)
 
+# What makes a mistake end the program instead of serving a stranger. Every release build has it; scripts/check-hardening
+# tells whether a binary does. Sanitizers bring their own and do not go with it.
+include(CheckCXXCompilerFlag)
+add_library(kelvo_hardening INTERFACE)
+target_compile_options(kelvo_hardening INTERFACE -fPIC -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3
+  -D_GLIBCXX_ASSERTIONS)
+target_link_options(kelvo_hardening INTERFACE -pie -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+check_cxx_compiler_flag(-fcf-protection=full KELVO_HAS_CF_PROTECTION)
+if(KELVO_HAS_CF_PROTECTION)
+  target_compile_options(kelvo_hardening INTERFACE -fcf-protection=full)
+endif()
+if(NOT KELVO_SANITIZE)
+  target_link_libraries(kelvo_flags INTERFACE $<$<CONFIG:Release>:kelvo_hardening>)
+endif()
+
 add_library(kelvo_strict_flags INTERFACE)
 target_compile_options(kelvo_strict_flags INTERFACE -Wconversion -Wsign-conversion)
 target_link_libraries(kelvo_strict_flags INTERFACE kelvo_flags)

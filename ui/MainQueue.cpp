@@ -26,12 +26,13 @@ public:
 
 protected:
     bool event(QEvent* event) override {
-        if (event->type() != QEvent::User) {
-            return QObject::event(event);
-        }
         std::vector<std::function<void()>> ready;
         {
+            // Taken before the first look at the event, which another thread has made under it.
             const std::lock_guard lock(mutex_);
+            if (event->type() != QEvent::User) {
+                return QObject::event(event);
+            }
             ready.swap(waiting_);
         }
         for (const auto& work : ready) {
@@ -41,7 +42,8 @@ protected:
     }
 
 private:
-    std::mutex mutex_;
+    // One that was there before the threads: who first waits for this object may not be who made it.
+    static inline std::mutex mutex_;
     std::vector<std::function<void()>> waiting_;
 };
 

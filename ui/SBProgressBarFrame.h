@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// Composes the frames of one bar from parts that are drawn once and kept, at the resolution they are shown at.
+/// Composes the frames of one bar from pieces that are drawn once and kept, at the resolution they are shown at.
 ///
 /// Away from the round ends the bar looks the same in every column but for the stripes. So each column of pixels is
 /// kept in two forms, once under a stripe that is all black and once under one that is all white, and a frame only
@@ -29,11 +29,11 @@ public:
     /// `part`, which is in points, may be left out.
     void draw(QPainter& painter, double ratio, const QRect& part);
 
-    /// How many parts have been drawn since the start.
+    /// How many pieces have been drawn since the start.
     int drawnParts() const { return drawnParts_; }
 
 private:
-    // All that the kept parts depend on. The fill's width is not in it.
+    // All that the kept pieces depend on. The fill's width is not in it.
     struct Look {
         std::uint64_t revision = 0;
         double ratio = 0.0;

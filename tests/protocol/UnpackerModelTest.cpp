@@ -1,59 +1,15 @@
 #include <algorithm>
 #include <random>
 
+#include "FrameSearch.h"
 #include "UnpackerFixture.h"
 
 namespace kelvo {
 namespace {
 
+using test::bitwiseCrc;
 using test::Bytes;
-
-/// CRC-16/GSM bit by bit, with no table: nothing in common with the code under test.
-unsigned bitwiseCrc(Bytes::const_iterator begin, Bytes::const_iterator end) {
-    unsigned crc = 0;
-    for (; begin != end; ++begin) {
-        for (unsigned mask = 0x80; mask != 0; mask >>= 1) {
-            const bool carry = ((crc & 0x8000) != 0) != ((*begin & mask) != 0);
-            crc = (crc << 1 ^ (carry ? 0x1021U : 0U)) & 0xFFFF;
-        }
-    }
-    return crc ^ 0xFFFF;
-}
-
-/// The frames in a stream that is known whole: the leftmost good frame wins, and the search goes on behind it; a byte
-/// that begins no good frame is skipped. Stops where bytes are missing.
-std::vector<Bytes> framesIn(const Bytes& stream) {
-    std::vector<Bytes> frames;
-    std::size_t at = 0;
-    const auto byte = [&](std::size_t offset) { return stream[at + offset]; };
-    while (at < stream.size()) {
-        const std::size_t left = stream.size() - at;
-        if (byte(0) != 0xAA || (left > 1 && byte(1) != 0x55)) {
-            ++at;
-            continue;
-        }
-        if (left < 4) {
-            break;
-        }
-        const std::size_t length = byte(2) + 256U * byte(3);
-        if (length > 1018) {
-            ++at;
-            continue;
-        }
-        if (left < length + 6) {
-            break;
-        }
-        const auto frame = stream.begin() + static_cast<std::ptrdiff_t>(at);
-        const auto crc = frame + static_cast<std::ptrdiff_t>(length + 4);
-        if (bitwiseCrc(frame + 2, crc) != 256U * crc[0] + crc[1]) {
-            ++at;
-            continue;
-        }
-        frames.emplace_back(frame, crc + 2);
-        at += length + 6;
-    }
-    return frames;
-}
+using test::framesIn;
 
 /// Good frames, frames with one byte changed, cut frames and garbage rich in header bytes.
 class StreamMaker {

@@ -1,4 +1,4 @@
-// Frames put together from kept parts, against the same layers painted from scratch.
+// Frames put together from kept pieces, against the same layers painted from scratch.
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,43 @@
+// An amp model file from a stranger, behind a good one, against a second reading of the same bytes.
+
+#include <algorithm>
+#include <string_view>
+
+#include "AMPFile.h"
+#include "FuzzInput.h"
+#include "MemoryFile.h"
+#include "model/AmpModel.h"
+
+using kelvo::fuzz::check;
+
+namespace {
+
+constexpr std::uint32_t kUntouched = 0xA5A5A5A5;
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::span bytes(data, size);
+    const kelvo::fuzz::MemoryFile source(bytes);
+    kelvo::AMPFile file;
+    file.ampSwBuffer.fill(7);
+    auto words = file.ampSwBuffer;
+    kelvo::AmpPiontBuff.fill(kUntouched);
+    const bool accepted = kelvo::fuzz::modelAmp(bytes, words);
+    check(file.OpenFile(source.path()) == accepted, "the reader takes just what the format allows");
+    check(file.IsFileOpenSuccess == accepted, "the flag tells whether a file is open");
+    check(size == 0 || file.ampSwBuffer == words, "the words are the model's");
+    if (accepted) {
+        check(kelvo::AmpPiontBuff == words, "an accepted file's words are the ones to send");
+        check(std::string_view(file.CharFileName.data()) == source.name().toStdString(),
+              "the slot's name is the file's");
+    } else {
+        check(std::ranges::count(kelvo::AmpPiontBuff, kUntouched) == 512, "a refused file changes nothing to send");
+        check(std::ranges::count(file.CharFileName, ' ') == 20, "a refused file has no name");
+    }
+    return 0;
+}

@@ -1,0 +1,146 @@
+// Frames from a hostile device into the running controller, between what its user does. The controller is started
+// once, with both worker threads; every input then begins with the same labels.
+
+#include <condition_variable>
+#include <mutex>
+
+#include "DirectLink.h"
+#include "FuzzedController.h"
+#include "LoadDataWindowController.h"
+#include "RVHidClass.h"
+#include "SBProgressBar.h"
+
+using kelvo::fuzz::check;
+using kelvo::fuzz::FuzzInput;
+
+namespace {
+
+/// A device that takes everything and says nothing.
+class MuteManager : public kelvo::HidManager {
+public:
+    void setDeviceMatching(const kelvo::HidMatching&) override {}
+    void registerDeviceMatchingCallback(DeviceCallback callback) override { arrival_ = std::move(callback); }
+    void registerDeviceRemovalCallback(DeviceCallback) override {}
+    void registerInputReportCallback(InputReportCallback) override {}
+    bool open() override { return true; }
+    void run() override {
+        arrival_(std::make_shared<kelvo::fuzz::DirectDevice>([](const auto&) { return true; }));
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return stopped_; });
+    }
+    void stop() override {
+        const std::lock_guard lock(mutex_);
+        stopped_ = true;
+        changed_.notify_all();
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool stopped_ = false;
+    DeviceCallback arrival_;
+};
+
+struct Session {
+    MuteManager manager;
+    kelvo::test::ScriptedServices services;
+    kelvo::KelvoAppDelegate controller{manager, services.functions()};
+};
+
+/// The session of this process, started; it never ends.
+Session& session() {
+    static Session* const running = [] {
+        auto* const made = new Session;
+        made->services.onSleep = [made](unsigned seconds) {
+            if (seconds == 2) {
+                check(kelvo::test::serveUntil([] { return kelvo::isOpenDevice.load(); }), "the device is found");
+                QTimer::singleShot(0, [made] { made->controller.loadWindow().progressBar()->setFloatValue(1.0); });
+            }
+        };
+        made->controller.applicationDidFinishLaunching();
+        return made;
+    }();
+    return *running;
+}
+
+class Run {
+public:
+    explicit Run(FuzzInput input) : input_(input) {
+        for (const std::uint8_t command : {0x85, 0xE3, 0xA5}) {
+            tell(command);
+        }
+        // Whatever the last input left: phases as after one finished transfer of each kind.
+        user_.importAMP(0, 0);
+        user_.importIR(0, 0);
+        while (!input_.empty()) {
+            step();
+        }
+        QCoreApplication::processEvents();
+        user_.checkState();
+        session_.services.sleeps.clear();
+        session_.services.openPanels.clear();
+    }
+
+private:
+    void step() {
+        switch (input_.below(8)) {
+            case 0:
+                return user_.importIR(input_.below(11), input_.below(3));
+            case 1:
+                return user_.importAMP(input_.below(11), input_.below(3));
+            case 2:
+                return user_.deleteCab(input_.below(11), input_.below(2) == 0);
+            case 3:
+                QCoreApplication::processEvents();
+                return;
+            case 4: {
+                constexpr std::uint8_t kKnown[] = {0x85, 0xE3, 0xA5, 0xE1, 0xE2, 0xE4, 0xE0, 0x00};
+                buffer_[5] = input_.byte();
+                return tell(kKnown[input_.below(8)]);
+            }
+            default: {
+                const std::uint8_t command = input_.byte();
+                const auto data = input_.bytes(input_.below(128));
+                std::ranges::copy(data, buffer_.begin() + 5);
+                return tell(command);
+            }
+        }
+    }
+    void tell(std::uint8_t command) {
+        buffer_[4] = command;
+        session_.controller.CMD_CallBack(buffer_);
+        model_.frame(buffer_);
+        user_.checkState();
+        const double shown = session_.controller.loadWindow().progressBar()->floatValue();
+        check(shown == model_.shownProgress, "the bar shows the last progress that is one");
+    }
+
+    FuzzInput input_;
+    Session& session_ = session();
+    kelvo::fuzz::ControllerModel model_ = [this] {
+        kelvo::fuzz::ControllerModel model;
+        model.irTick = session_.controller.transferState().IRTick;
+        model.ampTick = session_.controller.transferState().AMPTick;
+        model.progress = session_.controller.PRESET_PARAValue();
+        model.shownProgress = session_.controller.loadWindow().progressBar()->floatValue();
+        for (int row = 0; row < 10; ++row) {
+            model.cabLabels[static_cast<std::size_t>(row)] = session_.controller.IRNameArr().at(row).toStdString();
+            model.ampLabels[static_cast<std::size_t>(row)] = session_.controller.AMPNameArr().at(row).toStdString();
+        }
+        return model;
+    }();
+    kelvo::fuzz::User user_{session_.controller, session_.services, model_};
+    std::array<std::uint8_t, 1024> buffer_{};
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    kelvo::fuzz::startToolkit();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const Run run(FuzzInput(data, size));
+    return 0;
+}

@@ -1,0 +1,114 @@
+#include "FuzzedController.h"
+
+#include <QApplication>
+
+#include "NSLog.h"
+
+namespace kelvo::fuzz {
+namespace {
+
+const Files& files() {
+    static const Files all;
+    return all;
+}
+
+Files::Choice irChoice(std::uint32_t step) {
+    WaveFile wave{.bitsPerSample = 24};
+    ControllerModel::Words words{};
+    for (std::uint32_t i = 0; i < 512; ++i) {
+        words[i] = i * step & 0xFFFFFF;
+        append(wave.data, words[i], 3);
+    }
+    MemoryFile file(wave.bytes());
+    std::string name = file.name().toStdString();
+    return {std::move(file), std::move(name), words};
+}
+
+Files::Choice ampChoice(std::uint32_t step) {
+    ControllerModel::Words words{};
+    for (std::uint32_t i = 0; i < 512; ++i) {
+        words[i] = i * step;
+    }
+    MemoryFile file(ampFile(words));
+    std::string name = file.name().toStdString();
+    return {std::move(file), std::move(name), words};
+}
+
+Files::Choice badChoice() {
+    return {MemoryFile(FileBytes(100, 'x')), {}, {}};
+}
+
+}  // namespace
+
+Files::Files()
+    : irs{irChoice(0x010203), irChoice(0x3F1F0F), badChoice()},
+      amps{ampChoice(0x01020304), ampChoice(0xF1D2B3A5), badChoice()} {}
+
+int User::select(QTableView& table, std::size_t row) {
+    if (row >= 10) {
+        table.clearSelection();
+        return -1;
+    }
+    table.selectRow(static_cast<int>(row));
+    return static_cast<int>(row);
+}
+
+void User::importIR(std::size_t row, std::size_t file) {
+    const Files::Choice& choice = files().irs.at(file);
+    model_.choose(select(controller_.ImportIRTableV(), row));
+    if (!choice.name.empty()) {
+        model_.importIR(choice.words, choice.name);
+    }
+    services_.choice = QUrl::fromLocalFile(choice.file.path());
+    controller_.importIrButtonClick();
+}
+
+void User::importAMP(std::size_t row, std::size_t file) {
+    const Files::Choice& choice = files().amps.at(file);
+    model_.choose(select(controller_.ImportCabTableV(), row));
+    if (!choice.name.empty()) {
+        model_.importAMP(choice.words, choice.name);
+    }
+    services_.choice = QUrl::fromLocalFile(choice.file.path());
+    controller_.importAMPButtonClick();
+}
+
+void User::deleteCab(std::size_t row, bool confirm) {
+    const int selected = select(controller_.ImportIRTableV(), row);
+    if (confirm) {
+        model_.deleteCab(selected);
+    }
+    controller_.deleteCAB();
+    services_.alerts.back().answer(confirm ? kAlertFirstButtonReturn : kAlertSecondButtonReturn);
+    services_.alerts.pop_back();
+}
+
+void User::checkState() const {
+    const QStringList cab = controller_.IRNameArr();
+    const QStringList amp = controller_.AMPNameArr();
+    for (std::size_t row = 0; row < 10; ++row) {
+        const auto index = static_cast<qsizetype>(row);
+        check(cab.at(index) == QString::fromStdString(model_.cabLabels[row]), "a CAB label is the model's");
+        check(amp.at(index) == QString::fromStdString(model_.ampLabels[row]), "an AMP label is the model's");
+    }
+    const TransferState state = controller_.transferState();
+    check(state.IRTick == model_.irTick && state.AMPTick == model_.ampTick, "the phases are the model's");
+    check(controller_.PRESET_PARAValue() == model_.progress, "the progress is the model's");
+}
+
+void startToolkit() {
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char* argv[] = {name, nullptr};
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // Neither ends: the process leaves without destructors.
+    static auto* const application = new QApplication(argc, argv);
+    static auto* const silence = new LogListener([](std::string_view) {});
+    static_cast<void>(application);
+    static_cast<void>(silence);
+    files();
+}
+
+}  // namespace kelvo::fuzz

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QTableView>
+#include <array>
+#include <string>
+
+#include "AppHarness.h"
+#include "FuzzInput.h"
+#include "MemoryFile.h"
+#include "SampleFiles.h"
+#include "SlotTableView.h"
+#include "model/ControllerModel.h"
+
+namespace kelvo::fuzz {
+
+/// Files that a user may choose, in memory: two sound ones of each kind and a bad one.
+class Files {
+public:
+    struct Choice {
+        MemoryFile file;
+        std::string name;
+        ControllerModel::Words words{};
+    };
+
+    static constexpr std::size_t kKinds = 3;
+
+    Files();
+    /// The last of each is refused by the readers.
+    std::array<Choice, kKinds> irs;
+    std::array<Choice, kKinds> amps;
+};
+
+/// The controller's user, and the model beside it: what is done here is told to both.
+class User {
+public:
+    User(KelvoAppDelegate& controller, test::ScriptedServices& services, ControllerModel& model)
+        : controller_(controller), services_(services), model_(model) {}
+
+    /// Row 10 stands for none.
+    void importIR(std::size_t row, std::size_t file);
+    void importAMP(std::size_t row, std::size_t file);
+    void deleteCab(std::size_t row, bool confirm);
+
+    /// Labels, progress and phases are the model's.
+    void checkState() const;
+
+private:
+    static int select(QTableView& table, std::size_t row);
+
+    KelvoAppDelegate& controller_;
+    test::ScriptedServices& services_;
+    ControllerModel& model_;
+};
+
+/// The one application object of a fuzz target, on the offscreen platform.
+void startToolkit();
+
+}  // namespace kelvo::fuzz

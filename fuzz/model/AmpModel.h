@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace kelvo::fuzz {
+
+/// A second, plain reading of the amp model format: whether the file is accepted. `words` holds what an earlier file
+/// left and takes what this one brings, also when it is refused. Shares nothing with `files/`.
+[[nodiscard]] inline bool modelAmp(std::span<const std::uint8_t> file, std::array<std::uint32_t, 512>& words) {
+    std::uint64_t sum = 0;
+    std::uint64_t expected = 0;
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < file.size() && i < 513 * 4; ++i) {
+        word += std::uint64_t{file[i]} << (i % 4 * 8);
+        if (i % 4 < 3) {
+            continue;
+        }
+        if (i / 4 == 512) {
+            expected = word;
+        } else {
+            words[i / 4] = static_cast<std::uint32_t>(word);
+            sum += word;
+        }
+        word = 0;
+    }
+    const std::size_t n = file.size();
+    return n >= 3 && file[n - 3] == '2' && file[n - 2] == '.' && file[n - 1] == '0' && sum % 0x100000000U == expected;
+}
+
+}  // namespace kelvo::fuzz

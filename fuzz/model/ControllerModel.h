@@ -1,0 +1,71 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "FrameSearch.h"
+
+namespace kelvo::fuzz {
+
+/// What the controller must send and show, told as plainly as possible. Shares nothing with `app/` and `protocol/`.
+class ControllerModel {
+public:
+    using Words = std::array<std::uint32_t, 512>;
+    using Labels = std::array<std::string, 10>;
+
+    /// A row is chosen for a transfer: -1 is none.
+    void choose(int row) { row_ = row; }
+    void importIR(const Words& points, const std::string& name) {
+        ir_ = {points, name};
+        label(cabLabels, 27, name);
+        sendIR(1);
+    }
+    void importAMP(const Words& words, const std::string& name) {
+        amp_ = {words, name};
+        label(ampLabels, 56, name);
+        sendAMP(1);
+    }
+    void deleteCab(int row) {
+        test::Bytes body{0xE4, static_cast<std::uint8_t>(row)};
+        body.resize(515);
+        send(body);
+        if (row >= 0) {
+            cabLabels[static_cast<std::size_t>(row)] = std::to_string(row + 27) + "EMPTY";
+        }
+    }
+    /// A frame from the device, with all 1024 bytes of the buffer that it stands in.
+    void frame(const std::array<std::uint8_t, 1024>& buffer);
+
+    /// The frames that must have gone out since this was asked last.
+    std::vector<test::Bytes> takeSent() { return std::exchange(sent_, {}); }
+
+    Labels cabLabels;
+    Labels ampLabels;
+    std::uint8_t progress = 0;
+    /// The greatest share of 199 that a bar takes has been seen last; values beyond leave it.
+    double shownProgress = 0.0;
+    int irTick = 0;
+    int ampTick = 0;
+
+private:
+    struct Import {
+        Words words{};
+        std::string name;
+    };
+
+    void label(Labels& labels, int first, const std::string& name) const;
+    void sendIR(int phase);
+    void sendAMP(int phase);
+    void sendPacket(std::uint8_t command, const Import& import, int phase, int planes);
+    void send(const test::Bytes& body);
+
+    Import ir_;
+    Import amp_;
+    int row_ = 0;
+    std::vector<test::Bytes> sent_;
+};
+
+}  // namespace kelvo::fuzz

@@ -1,0 +1,280 @@
+// Sound files with a little of everything wrong, read by the program and by a second reader that shares nothing with
+// it.
+
+#include <gtest/gtest.h>
+
+#include <bit>
+
+#include "AMPFile.h"
+#include "AmpModel.h"
+#include "IRModel.h"
+#include "MemoryFile.h"
+#include "RVIRFile.h"
+#include "SampleFiles.h"
+
+namespace kelvo {
+namespace {
+
+constexpr std::uint32_t kUntouched = 0xA5A5A5A5;
+
+struct Tally {
+    std::size_t inputs = 0;
+    std::size_t accepted = 0;
+};
+
+/// True when the program takes, refuses and converts the file as the second reader does.
+testing::AssertionResult readsAlike(const FileBytes& bytes, Tally& tally) {
+    const fuzz::MemoryFile source(bytes);
+    const fuzz::IRModelResult expected = fuzz::modelIR(bytes);
+    RVIRFile file;
+    std::array<std::uint32_t, kIRPointCount> points;
+    points.fill(kUntouched);
+    const bool opened = file.OpenFilePath(source.path());
+    const bool converted = file.GetIRDataBuffer(points);
+    ++tally.inputs;
+    tally.accepted += converted ? 1 : 0;
+    if (opened != expected.opened || converted != expected.converted) {
+        return testing::AssertionFailure() << "opened " << opened << " converted " << converted;
+    }
+    const bool same = converted ? points == expected.points : std::ranges::count(points, kUntouched) == 512;
+    return same ? testing::AssertionSuccess() : testing::AssertionFailure() << "other points";
+}
+
+testing::AssertionResult readsAmpAlike(const FileBytes& bytes, Tally& tally) {
+    const fuzz::MemoryFile source(bytes);
+    AMPFile file;
+    auto words = file.ampSwBuffer;
+    AmpPiontBuff.fill(kUntouched);
+    const bool expected = fuzz::modelAmp(bytes, words);
+    const bool accepted = file.OpenFile(source.path());
+    ++tally.inputs;
+    tally.accepted += accepted ? 1 : 0;
+    if (accepted != expected) {
+        return testing::AssertionFailure() << "accepted " << accepted;
+    }
+    const bool same = accepted ? AmpPiontBuff == words : std::ranges::count(AmpPiontBuff, kUntouched) == 512;
+    return same ? testing::AssertionSuccess() : testing::AssertionFailure() << "other words";
+}
+
+FileBytes rising(std::size_t count) {
+    FileBytes bytes;
+    for (std::size_t i = 0; i < count; ++i) {
+        bytes.push_back(static_cast<std::uint8_t>(7 + 37 * i));
+    }
+    return bytes;
+}
+
+FileBytes floats(std::size_t count) {
+    FileBytes bytes;
+    for (std::size_t i = 0; i < count; ++i) {
+        append(bytes, std::bit_cast<std::uint32_t>(static_cast<float>(i % 9) / 4.0F - 1.0F), 4);
+    }
+    return bytes;
+}
+
+FileBytes internalFile() {
+    FileBytes bytes;
+    append(bytes, "TavikIR");
+    const FileBytes rest = rising(2041);
+    bytes.insert(bytes.end(), rest.begin(), rest.end());
+    return bytes;
+}
+
+FileBytes ampOf(std::uint32_t step) {
+    std::array<std::uint32_t, 512> words{};
+    for (std::uint32_t i = 0; i < 512; ++i) {
+        words[i] = i * step;
+    }
+    return ampFile(words);
+}
+
+struct Kind {
+    const char* name;
+    FileBytes (*make)();
+};
+
+const Kind kKinds[] = {
+    {"Mono16At44100", [] { return WaveFile{.data = rising(200)}.bytes(); }},
+    {"Stereo24At48000",
+     [] { return WaveFile{.sampleRate = 48000, .bitsPerSample = 24, .channels = 2, .data = rising(300)}.bytes(); }},
+    {"MonoFloatAt96000", [] { return WaveFile{.sampleRate = 96000, .bitsPerSample = 32, .data = floats(64)}.bytes(); }},
+    {"Stereo8At88200",
+     [] { return WaveFile{.sampleRate = 88200, .bitsPerSample = 8, .channels = 2, .data = rising(100)}.bytes(); }},
+    {"Internal", internalFile},
+};
+
+class EachKind : public testing::TestWithParam<Kind> {};
+
+TEST_P(EachKind, everyPrefixIsReadAsTheSecondReaderReadsIt) {
+    const FileBytes whole = GetParam().make();
+    Tally tally;
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        const FileBytes prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+        ASSERT_TRUE(readsAlike(prefix, tally)) << size;
+    }
+    EXPECT_EQ(tally.inputs, whole.size() + 1);
+    const std::size_t header = whole[0] == 'R' ? 44 : 7;
+    EXPECT_EQ(tally.accepted, whole.size() + 1 - header);
+}
+
+TEST_P(EachKind, everyChangeOfOneOfTheFirst64BytesIsReadAsTheSecondReaderReadsIt) {
+    FileBytes bytes = GetParam().make();
+    Tally tally;
+    for (std::size_t i = 0; i < 64; ++i) {
+        const std::uint8_t sound = bytes[i];
+        for (unsigned value = 0; value < 256; ++value) {
+            bytes[i] = static_cast<std::uint8_t>(value);
+            ASSERT_TRUE(readsAlike(bytes, tally)) << "byte " << i << " is " << value;
+        }
+        bytes[i] = sound;
+    }
+    EXPECT_EQ(tally.inputs, 16384U);
+    EXPECT_GT(tally.accepted, 64U * 64U) << "most bytes of the header do not matter";
+    EXPECT_LT(tally.accepted, 16384U) << "some do";
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, EachKind, testing::ValuesIn(kKinds),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+TEST(AmpChanges, everyPrefixIsReadAsTheSecondReaderReadsIt) {
+    const FileBytes whole = ampOf(0x01020304);
+    Tally tally;
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        const FileBytes prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+        ASSERT_TRUE(readsAmpAlike(prefix, tally)) << size;
+    }
+    EXPECT_EQ(tally.inputs, 2056U);
+    EXPECT_EQ(tally.accepted, 1U);
+}
+
+TEST(AmpChanges, everyOtherByteAmongTheFirst64IsRefused) {
+    FileBytes bytes = ampOf(0x01020304);
+    Tally tally;
+    for (std::size_t i = 0; i < 64; ++i) {
+        const std::uint8_t sound = bytes[i];
+        for (unsigned value = 0; value < 256; ++value) {
+            bytes[i] = static_cast<std::uint8_t>(value);
+            ASSERT_TRUE(readsAmpAlike(bytes, tally)) << "byte " << i << " is " << value;
+        }
+        bytes[i] = sound;
+    }
+    EXPECT_EQ(tally.inputs, 16384U);
+    EXPECT_EQ(tally.accepted, 64U) << "the checksum finds every change, and nothing but a change";
+}
+
+constexpr std::uint32_t kHostileSizes[] = {0, 1, 3, 0x7FFFFFFF, 0xFFFFFFFF, 0xFFFFFFF8, 0xFFFFFFF7, 0x80000000};
+
+void overwrite(FileBytes& bytes, std::size_t at, std::uint32_t value) {
+    for (std::size_t k = 0; k < 4; ++k) {
+        bytes[at + k] = static_cast<std::uint8_t>(value >> (8 * k));
+    }
+}
+
+TEST(LengthFields, allFourTogetherMayHoldAnything) {
+    FileBytes whole;
+    append(whole, "RIFF");
+    append(whole, 0, 4);
+    append(whole, "WAVELIST");
+    append(whole, 4, 4);
+    append(whole, "INFO");
+    const FileBytes plain = WaveFile{.data = rising(101)}.bytes();
+    whole.insert(whole.end(), plain.begin() + 12, plain.end());
+    Tally tally;
+    for (const std::uint32_t riff : kHostileSizes) {
+        for (const std::uint32_t list : kHostileSizes) {
+            for (const std::uint32_t fmt : kHostileSizes) {
+                for (const std::uint32_t data : kHostileSizes) {
+                    overwrite(whole, 4, riff);
+                    overwrite(whole, 16, list);
+                    overwrite(whole, 28, fmt);
+                    overwrite(whole, 52, data);
+                    ASSERT_TRUE(readsAlike(whole, tally)) << riff << ' ' << list << ' ' << fmt << ' ' << data;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(tally.inputs, 4096U);
+    EXPECT_EQ(tally.accepted, 4096U) << "no size is a reason to refuse";
+}
+
+TEST(LengthFields, aDataSizeGivesAsManyFramesAsItDeclaresAndTheFileHolds) {
+    struct Row {
+        std::uint32_t declared;
+        std::uint32_t frames;
+        std::uint32_t pointSize;
+    };
+    const Row rows[] = {{0, 0, 0},
+                        {1, 0, 0},
+                        {3, 1, 1},
+                        {100, 50, 50},
+                        {101, 50, 50},
+                        {0x7FFFFFFF, 50, 0x3FFFFFFF},
+                        {0xFFFFFFFF, 50, 0x7FFFFFFF},
+                        {0xFFFFFFF8, 50, 0x7FFFFFFC}};
+    for (const Row& row : rows) {
+        FileBytes bytes = WaveFile{.data = FileBytes(101, 0x11)}.bytes();
+        overwrite(bytes, 40, row.declared);
+        const fuzz::MemoryFile source(bytes);
+        RVIRFile file;
+        ASSERT_TRUE(file.OpenFilePath(source.path()));
+        std::array<std::uint32_t, kIRPointCount> points{};
+        ASSERT_TRUE(file.GetIRDataBuffer(points));
+        EXPECT_EQ(file.PointSize, row.pointSize) << row.declared;
+        EXPECT_EQ(std::ranges::count(points, 0x111100U), row.frames) << row.declared;
+        EXPECT_EQ(std::ranges::count(points, 0U), 512 - row.frames) << row.declared;
+    }
+}
+
+FileBytes withIdsAt(std::size_t size, std::size_t fmt, std::size_t data) {
+    FileBytes bytes(size, 0x10);
+    const auto put = [&](std::size_t at, std::string_view text) {
+        for (std::size_t i = 0; i < text.size() && at + i < bytes.size(); ++i) {
+            bytes[at + i] = static_cast<std::uint8_t>(text[i]);
+        }
+    };
+    put(0, "RIFF");
+    put(8, "WAVE");
+    put(fmt, "fmt ");
+    put(data, "data");
+    return bytes;
+}
+
+TEST(ChunkIds, standAnywhereOverlapAndReachTheLastByte) {
+    Tally tally;
+    for (std::size_t fmt = 0; fmt <= 64; ++fmt) {
+        for (std::size_t data = 0; data <= 64; ++data) {
+            ASSERT_TRUE(readsAlike(withIdsAt(64, fmt, data), tally)) << fmt << ' ' << data;
+        }
+    }
+    EXPECT_EQ(tally.inputs, 4225U);
+}
+
+TEST(ChunkIds, theFirstOfTwoIsTaken) {
+    Tally tally;
+    const FileBytes first = WaveFile{.data = rising(40)}.bytes();
+    const FileBytes second = WaveFile{.sampleRate = 48000, .bitsPerSample = 24, .data = rising(60)}.bytes();
+    FileBytes both = first;
+    both.insert(both.end(), second.begin() + 12, second.end());
+    ASSERT_TRUE(readsAlike(both, tally));
+    const fuzz::MemoryFile source(both);
+    RVIRFile file;
+    ASSERT_TRUE(file.OpenFilePath(source.path()));
+    EXPECT_EQ(file.PointSize, 20U);
+    std::array<std::uint32_t, kIRPointCount> points{};
+    ASSERT_TRUE(file.GetIRDataBuffer(points));
+    EXPECT_EQ(points[0], 0x2C0700U);
+    EXPECT_EQ(points[20], 0U);
+}
+
+TEST(ChunkIds, atTheVeryEndAreRefused) {
+    const FileBytes whole = WaveFile{.data = {}}.bytes();
+    for (std::size_t cut = 1; cut <= 8; ++cut) {
+        const FileBytes bytes(whole.begin(), whole.end() - static_cast<std::ptrdiff_t>(cut));
+        const fuzz::MemoryFile source(bytes);
+        RVIRFile file;
+        EXPECT_FALSE(file.OpenFilePath(source.path())) << cut;
+    }
+}
+
+}  // namespace
+}  // namespace kelvo

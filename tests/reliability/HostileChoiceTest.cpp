@@ -1,0 +1,126 @@
+// What a user can choose that is no sound file, through the whole program: nothing is sent, nothing is kept, and it is
+// over at once, however large the thing says it is.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <fstream>
+
+#include "ReliabilityApp.h"
+#include "UniqueFd.h"
+
+namespace kelvo::test {
+namespace {
+
+constexpr std::chrono::milliseconds kAtOnce{1000};
+#if defined(__has_feature)
+#define KELVO_HAS_FEATURE(feature) __has_feature(feature)
+#else
+#define KELVO_HAS_FEATURE(feature) 0
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || KELVO_HAS_FEATURE(address_sanitizer) || \
+    KELVO_HAS_FEATURE(thread_sanitizer)
+constexpr std::size_t kShadow = 10;  // a sanitizer keeps books of its own for every byte, and bytes that were freed
+#else
+constexpr std::size_t kShadow = 1;
+#endif
+constexpr std::size_t kFewKiB = kShadow * 64 * 1024;
+
+/// The most memory that the process ever held, in KiB.
+std::size_t peakMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        if (word == "VmHWM:") {
+            std::size_t kib = 0;
+            status >> kib;
+            return kib;
+        }
+    }
+    return 0;
+}
+
+class HostileChoice : public testing::Test {
+protected:
+    HostileChoice() { startQuickly(app_); }
+
+    void expectRefused(const QString& path) {
+        const std::uint32_t reports = triedReports(app_);
+        const Holdings before = holdings();
+        const std::size_t peak = peakMemory();
+        const auto start = std::chrono::steady_clock::now();
+        app_.importIR(3, path);
+        app_.importAMP(4, path);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, kAtOnce) << path.toStdString();
+        EXPECT_LT(peakMemory() - peak, kFewKiB) << path.toStdString();
+        EXPECT_EQ(holdings().descriptors, before.descriptors);
+        EXPECT_EQ(triedReports(app_), reports);
+        EXPECT_FALSE(app_.controller.transferState().isInportIR);
+        EXPECT_FALSE(app_.controller.transferState().isInportAMP);
+    }
+    /// A hole of this size behind `head`.
+    QString sparse(const QString& name, const FileBytes& head, off_t size) {
+        const QString path = files_.write(name, head);
+        EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), size), 0);
+        return path;
+    }
+
+    SampleDir files_;
+    RunningApp app_;
+};
+
+TEST_F(HostileChoice, directoriesDevicesAndFifosAreRefusedAtOnce) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(files_.path("fifo.wav")).constData(), 0600), 0);
+    expectRefused(files_.path("fifo.wav"));
+    expectRefused(files_.path("."));
+    for (const char* const device :
+         {"/dev/zero", "/dev/null", "/dev/full", "/dev/random", "/dev/tty", "/proc/self/mem"}) {
+        expectRefused(device);
+    }
+}
+
+TEST_F(HostileChoice, aFifoThatSomebodyFeedsIsRefusedAndNotDrained) {
+    const QString path = files_.path("fed.wav");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    const UniqueFd feeder(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
+    const FileBytes wave = waveOf(1);
+    ASSERT_EQ(::write(feeder.get(), wave.data(), wave.size()), static_cast<ssize_t>(wave.size()));
+    expectRefused(path);
+    FileBytes left(wave.size() + 1);
+    EXPECT_EQ(::read(feeder.get(), left.data(), left.size()), static_cast<ssize_t>(wave.size()));
+}
+
+TEST_F(HostileChoice, filesOf4GiBAndMoreAreRefusedUnread) {
+    expectRefused(sparse("4g.wav", waveOf(1), 0x100000000));
+    expectRefused(sparse("5t.wav", waveOf(1), 0x50000000000));
+    expectRefused(sparse("4g.amp", ampOf(1), 0x100000000));
+}
+
+TEST_F(HostileChoice, aFileThatVanishesBeforeItIsReadIsRefused) {
+    const QString path = files_.write("gone.wav", waveOf(1));
+    ASSERT_TRUE(QFile::remove(path));
+    expectRefused(path);
+}
+
+TEST_F(HostileChoice, filesOfTheKernelThatSayTheyAreEmptyAreRefused) {
+    expectRefused("/proc/self/maps");
+    expectRefused("/proc/version");
+}
+
+TEST_F(HostileChoice, aLargeSoundFileCostsNoMoreThanItsSizeAndLeavesNothing) {
+    constexpr off_t kSize = 64 * 1024 * 1024;
+    const QString path = sparse("large.wav", waveOf(0x111111), kSize);
+    const Holdings before = holdings();
+    const std::size_t peak = peakMemory();
+    app_.importIR(3, path);
+    ASSERT_TRUE(app_.waitForChanges(1));
+    EXPECT_THAT(app_.pedal.memory().cab[3].words, testing::Each(0x111111U));
+    EXPECT_LT(peakMemory() - peak, kShadow * static_cast<std::size_t>(kSize / 1024) + kFewKiB);
+    EXPECT_LT(holdings().memory, before.memory + kFewKiB);
+}
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,99 @@
+#include "ReliabilityApp.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+
+#include "CRC.h"
+#include "Descriptors.h"
+#include "NSLog.h"
+
+namespace kelvo::test {
+
+void findPatiently(RunningApp& app) {
+    app.services.onSleep = [&app, further = app.services.onSleep](unsigned seconds) {
+        if (seconds == 2) {
+            EXPECT_TRUE(app.manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
+        }
+        further(seconds);
+    };
+}
+
+void startQuickly(RunningApp& app) {
+    findPatiently(app);
+    std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0x02, 0x00, 0xA5, 199};
+    app.controller.CMD_CallBack(frame);
+    app.start();
+}
+
+std::uint32_t triedReports(const RunningApp& app) {
+    const auto activity = app.manager.activity();
+    return static_cast<std::uint32_t>(activity.outputReports.size() + activity.refusedReports);
+}
+
+bool settle(const RunningApp& app) {
+    constexpr int linesPerNameList = 100;
+    constexpr std::uint32_t reportsPerQuestion = 10;
+    // A deletion of no slot: it makes up what the pedal may still be missing of a frame that was cut short.
+    std::array<std::uint8_t, 521> filler{0xAA, 0x55, 0x03, 0x02, 0xE4, 0xFF};
+    std::array<std::uint8_t, 8> connect{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00};
+    for (int question = 0; question < 100; ++question) {
+        const std::uint32_t reports = triedReports(app);
+        // The controller logs the AMP names letter by letter; its bytes come in the order in which they were sent.
+        std::atomic<int> lines = 0;
+        const LogListener listener([&lines](std::string_view) { ++lines; });
+        SendUartCmd(filler.data());
+        SendUartCmd(connect.data());
+        if (!serveUntil([&lines] { return lines >= linesPerNameList; })) {
+            return false;
+        }
+        if (triedReports(app) == reports + reportsPerQuestion) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> changedSlots(const VirtualKr310& pedal) {
+    const Kr310Memory now = pedal.memory();
+    const Kr310Memory before = Kr310Memory::factory();
+    std::vector<std::string> changed;
+    for (std::size_t i = 0; i < kSlotCount; ++i) {
+        if (now.cab[i].words != before.cab[i].words || now.cab[i].name != before.cab[i].name) {
+            changed.push_back("CAB " + std::to_string(27 + i));
+        }
+        if (now.amp[i].words != before.amp[i].words || now.amp[i].name != before.amp[i].name) {
+            changed.push_back("AMP " + std::to_string(56 + i));
+        }
+    }
+    return changed;
+}
+
+Holdings holdings() {
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    std::ifstream statm("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    statm >> total >> resident;
+    return {openDescriptors(), static_cast<std::size_t>(std::distance(begin(tasks), end(tasks))), resident * 4};
+}
+
+FileBytes waveOf(std::uint32_t point) {
+    WaveFile wave{.bitsPerSample = 24};
+    for (int i = 0; i < 512; ++i) {
+        append(wave.data, point, 3);
+    }
+    return wave.bytes();
+}
+
+FileBytes ampOf(std::uint32_t word) {
+    std::array<std::uint32_t, 512> words{};
+    words.fill(word);
+    return ampFile(words);
+}
+
+}  // namespace kelvo::test
