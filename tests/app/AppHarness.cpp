@@ -52,9 +52,9 @@ RunningApp::RunningApp(const Faults& faults, const Kr310Startup& startup) {
     pedal.setStartup(startup);
     services.onSleep = [this](unsigned seconds) {
         if (seconds == 2) {
-            // Long enough for a plugged pedal to be found; an unplugged one never is.
-            static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; },
-                                              std::chrono::milliseconds(200)));
+            if (plugged_) {
+                static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
+            }
             if (whileLoading) {
                 QTimer::singleShot(0, [this] { whileLoading(); });
             }
@@ -64,6 +64,7 @@ RunningApp::RunningApp(const Faults& faults, const Kr310Startup& startup) {
 
 void RunningApp::start() {
     manager.plug();
+    plugged_ = true;
     controller.applicationDidFinishLaunching();
 }
 

@@ -67,6 +67,10 @@ public:
     VirtualKr310 pedal;
     VirtualHidManager manager{pedal};
     KelvoAppDelegate controller{manager, services.functions()};
+
+private:
+    /// The two seconds of the start last until the pedal is found.
+    bool plugged_ = false;
 };
 
 }  // namespace kelvo::test

@@ -1,7 +1,5 @@
 #include "ReliabilityApp.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -14,17 +12,7 @@
 
 namespace kelvo::test {
 
-void findPatiently(RunningApp& app) {
-    app.services.onSleep = [&app, further = app.services.onSleep](unsigned seconds) {
-        if (seconds == 2) {
-            EXPECT_TRUE(app.manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
-        }
-        further(seconds);
-    };
-}
-
 void startQuickly(RunningApp& app) {
-    findPatiently(app);
     std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0x02, 0x00, 0xA5, 199};
     app.controller.CMD_CallBack(frame);
     app.start();

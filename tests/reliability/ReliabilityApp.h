@@ -10,11 +10,7 @@
 
 namespace kelvo::test {
 
-/// Makes the start wait for the pedal however long the machine takes.
-void findPatiently(RunningApp& app);
-
-/// findPatiently, and has the pedal's last progress handled before the loading window exists, so that the start takes
-/// no tick of it.
+/// Has the pedal's last progress handled before the loading window exists, so that the start takes no tick of it.
 void startQuickly(RunningApp& app);
 
 /// Output reports that were tried since the pedal was plugged in, which the faults count.

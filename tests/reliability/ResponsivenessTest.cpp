@@ -82,7 +82,6 @@ private:
 
 TEST(EventLoop, isNotHeldUpByAMutePedalWhileLoading) {
     RunningApp app({.silentFromPhase = 0});
-    findPatiently(app);
     milliseconds longest{0};
     int turns = 0;
     app.whileLoading = [&] {
