@@ -135,8 +135,7 @@ void FakeBus::plug(int number, const UsbIds& ids) {
 }
 
 void FakeBus::loseFromSysfs(int number) {
-    const std::string root = umockdev_testbed_get_root_dir(testbed_);
-    std::filesystem::remove_all(root + "/sys" + hidrawPath(number));
+    std::filesystem::remove_all(rootDir() + "/sys" + hidrawPath(number));
 }
 
 void FakeBus::plugWithoutUsbDevice(int number) {
@@ -182,11 +181,15 @@ std::vector<std::uint8_t> FakeBus::receive(int number, std::size_t count) {
     return bytes;
 }
 
+std::string FakeBus::rootDir() const {
+    gchar* const path = umockdev_testbed_get_root_dir(testbed_);
+    std::string root = path;
+    g_free(path);
+    return root;
+}
+
 std::string FakeBus::realNode(int number) const {
-    gchar* const root = umockdev_testbed_get_root_dir(testbed_);
-    std::string node = root + nodeOf(number);
-    g_free(root);
-    return node;
+    return rootDir() + nodeOf(number);
 }
 
 void FakeBus::openToAll() {

@@ -96,6 +96,7 @@ public:
     void openToAll();
 
 private:
+    std::string rootDir() const;
     int cable(int number);
     void add(const std::string& description);
 
