@@ -16,7 +16,7 @@ constexpr std::uint32_t kSessions = 20;
 constexpr std::uint32_t kRounds = 250;  ///< of an IR and an amp each
 constexpr std::uint32_t kSeed = 20240229;
 /// The toolkit's caches have been filled by then.
-constexpr std::uint32_t kSettled = 5;
+constexpr std::uint32_t kSettled = 10;
 constexpr std::size_t kSlackKiB = 4096;
 
 class Soak {
