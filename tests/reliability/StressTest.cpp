@@ -43,8 +43,7 @@ private:
             SendUartCmd(connect.data());
             ++asked_;
             EXPECT_TRUE(manager_.waitFor([](const auto& activity) { return activity.pendingReports == 0; }));
-            // Two ticks of the receive thread: more would only fill the ring.
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the pace of the questions: two ticks each
         }
     }
 

@@ -243,7 +243,7 @@ TEST_F(RunningLoop, sleepsWhileThereIsNothingToDo) {
     rusage before{};
     rusage after{};
     getrusage(RUSAGE_SELF, &before);
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // the idle time that is measured
     getrusage(RUSAGE_SELF, &after);
     // This thread's own sleep is one of them.
     EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 3);

@@ -20,9 +20,9 @@ Bytes words(std::initializer_list<std::string_view> texts) {
 
 }  // namespace
 
-Bytes join(std::initializer_list<Bytes> parts) {
+Bytes join(std::initializer_list<Bytes> pieces) {
     Bytes all;
-    for (const Bytes& part : parts) {
+    for (const Bytes& part : pieces) {
         std::ranges::copy(part, std::back_inserter(all));
     }
     return all;

@@ -36,7 +36,7 @@ struct HostRequest {
 [[nodiscard]] Bytes connectReport();
 
 /// Joins byte strings.
-[[nodiscard]] Bytes join(std::initializer_list<Bytes> parts);
+[[nodiscard]] Bytes join(std::initializer_list<Bytes> pieces);
 
 inline constexpr std::string_view kStallWord = "FF FF FF E0";
 inline constexpr std::string_view kUnlinkedWord = "FF FF FF 98";
