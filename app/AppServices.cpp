@@ -2,12 +2,13 @@
 
 #include <QAbstractButton>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 #include <chrono>
 #include <cstdlib>
 #include <thread>
+
+#include "ChosenFile.h"
 
 namespace kelvo {
 namespace {
@@ -56,8 +57,7 @@ void beginOpenPanel(QWidget& window, const QString& fileType, AppServices::OpenP
     const auto answer = [panel, fileType, done = std::move(completion)](int result) {
         const QList<QUrl> urls = panel->selectedUrls();
         // A typed name may have any extension; only the wanted one is a choice.
-        const bool chosen = result == QDialog::Accepted && urls.size() == 1 &&
-                            QFileInfo(urls.first().path()).suffix().compare(fileType, Qt::CaseInsensitive) == 0;
+        const bool chosen = result == QDialog::Accepted && urls.size() == 1 && hasFileType(urls.first(), fileType);
         done(chosen ? kModalResponseOK : kModalResponseCancel, chosen ? urls.first() : QUrl());
     };
     QObject::connect(panel, &QFileDialog::finished, panel, answer);

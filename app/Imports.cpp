@@ -5,6 +5,7 @@
 
 #include "AMPFile.h"
 #include "CRC.h"
+#include "ChosenFile.h"
 #include "CloseActionWindow.h"
 #include "KelvoAppDelegate.h"
 #include "RVIRFile.h"
@@ -12,12 +13,6 @@
 
 namespace kelvo {
 namespace {
-
-/// The URL's text without the scheme, its colon and one slash: a path that begins with two slashes. Characters that a
-/// URL cannot hold are still escaped.
-QString escapedPath(const QUrl& url) {
-    return QString::fromLatin1(url.toEncoded()).mid(6);
-}
 
 /// What stands in `name` up to its NUL, and zeros behind it.
 NameBuffer terminatedName(const CharName& name) {
@@ -33,7 +28,7 @@ QString importLabel(int number, const NameBuffer& name) {
 }  // namespace
 
 void KelvoAppDelegate::importIrButtonClick() {
-    services_.beginOpenPanel(*window_, QStringLiteral("wav"), [this](int response, const QUrl& url) {
+    services_.beginOpenPanel(*window_, kIRFileType, [this](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
             importIR(url);
         }
@@ -41,7 +36,7 @@ void KelvoAppDelegate::importIrButtonClick() {
 }
 
 void KelvoAppDelegate::importAMPButtonClick() {
-    services_.beginOpenPanel(*window_, QStringLiteral("amp"), [this](int response, const QUrl& url) {
+    services_.beginOpenPanel(*window_, kAmpFileType, [this](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
             importAMP(url);
         }
@@ -51,7 +46,7 @@ void KelvoAppDelegate::importAMPButtonClick() {
 void KelvoAppDelegate::importIR(const QUrl& url) {
     selectTransferRow(*ImportIRTableV_);
     RVIRFile file;
-    if (!file.OpenFilePath(QUrl::fromPercentEncoding(escapedPath(url).toLatin1()))) {
+    if (!file.OpenFilePath(irPath(url))) {
         return;
     }
     const NameBuffer name = terminatedName(file.CharFileNane);
@@ -74,8 +69,7 @@ void KelvoAppDelegate::importIR(const QUrl& url) {
 void KelvoAppDelegate::importAMP(const QUrl& url) {
     selectTransferRow(*ImportCabTableV_);
     AMPFile file;
-    // The escapes stay in: a path that needs any names no file.
-    if (!file.readModel(escapedPath(url))) {
+    if (!file.readModel(ampPath(url))) {
         return;
     }
     const NameBuffer name = terminatedName(file.CharFileName);

@@ -40,6 +40,7 @@ public:
     std::array<std::uint32_t, kAmpWordCount> ampSwBuffer{};
     CharName CharFileName;           ///< the slot's name; 20 spaces before the first file
     bool IsFileOpenSuccess = false;  ///< the last file was accepted
+    QString refusal;                 ///< why the last file was not, in words for the user; else empty
     std::uint32_t FileSize = 0;      ///< length in bytes of the last file that could be read
 };
 

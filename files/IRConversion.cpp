@@ -77,19 +77,19 @@ const IRRate* findIRRate(std::uint32_t sampleRate) {
     return found == kRates.end() ? nullptr : &*found;
 }
 
-bool decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels, std::uint32_t bitsPerSample,
-                        std::size_t maxFrames, IRPointBuffer& out) {
+std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
+                                              std::uint32_t bitsPerSample, std::size_t maxFrames, IRPointBuffer& out) {
     const auto decoder = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
     if (decoder == kDecoders.end()) {
-        return false;
+        return std::nullopt;
     }
     if (channels != 1 && channels != 2) {
-        return true;
+        return 0;
     }
     const std::size_t stride = bitsPerSample / 8 * channels;
     const std::size_t frames = std::min({data.size() / stride, maxFrames, out.size()});
     decoder->decode(data, stride, std::span(out).first(frames));
-    return true;
+    return frames;
 }
 
 std::size_t ICovertoF(std::span<const std::uint32_t, kIRFrameCount> in, std::int32_t sampleRate,

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <span>
 
 namespace kelvo {
@@ -28,10 +29,11 @@ struct IRRate {
 
 /// Decodes the first channel of the frames that lie wholly in `data`, at most `maxFrames`, to 24-bit two's complement;
 /// the rest of `out` is left as it is. 8-bit samples are not re-biased from unsigned. Floats beyond -1.0 to 1.0 wrap,
-/// and positive ones then keep their bits 24 to 31. Returns false for a width other than 8, 16, 24 (integers)
-/// and 32 (IEEE-754 singles). A channel count other than 1 or 2 decodes nothing.
-[[nodiscard]] bool decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
-                                      std::uint32_t bitsPerSample, std::size_t maxFrames, IRPointBuffer& out);
+/// and positive ones then keep their bits 24 to 31. Returns how many frames were decoded, nothing for a width other
+/// than 8, 16, 24 (integers) and 32 (IEEE-754 singles). A channel count other than 1 or 2 decodes no frame.
+[[nodiscard]] std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
+                                                            std::uint32_t bitsPerSample, std::size_t maxFrames,
+                                                            IRPointBuffer& out);
 
 /// `value` truncated toward zero. NaN, infinities and values beyond 32 bits give INT32_MIN, as x86's cvttss2si does, on
 /// every processor.

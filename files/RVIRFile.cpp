@@ -1,7 +1,6 @@
 #include "RVIRFile.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "LittleEndian.h"
 
@@ -48,8 +47,8 @@ bool mayHold(Bytes block, std::string_view id) {
     return found != 0;
 }
 
-/// The file from the first `id` on, when that is at least `size` bytes.
-std::optional<Bytes> findChunk(Bytes file, std::string_view id, std::size_t size) {
+/// The file from the first `id` on, empty when there is none.
+Bytes findChunk(Bytes file, std::string_view id) {
     constexpr std::size_t kBlockSize = 1024;
     for (std::size_t begin = 0; begin < file.size(); begin += kBlockSize) {
         const Bytes rest = file.subspan(begin);
@@ -60,11 +59,10 @@ std::optional<Bytes> findChunk(Bytes file, std::string_view id, std::size_t size
         }
         const auto found = std::search(block.begin(), block.end(), id.begin(), id.end());
         if (found != block.end()) {
-            const Bytes chunk = rest.subspan(static_cast<std::size_t>(found - block.begin()));
-            return chunk.size() >= size ? std::optional(chunk) : std::nullopt;
+            return rest.subspan(static_cast<std::size_t>(found - block.begin()));
         }
     }
-    return std::nullopt;
+    return {};
 }
 
 }  // namespace
@@ -74,7 +72,7 @@ std::array<std::string_view, 30> FileNameBuff{};
 bool RVIRFile::OpenFilePath(const QString& path) {
     IsFileOpenSuccess = false;
     pIRData = 0;
-    pFileBuff = readWholeFile(path).value_or(FileContent{});
+    pFileBuff = readWholeFile(path, &refusal).value_or(FileContent{});
     if (pFileBuff.size == 0) {
         return false;
     }
@@ -95,52 +93,91 @@ bool RVIRFile::openInternal() {
     return true;
 }
 
+bool RVIRFile::refuse(const QString& reason) {
+    refusal = reason;
+    return false;
+}
+
+/// What stands at `field` of the fmt chunk is not among what is allowed.
+bool RVIRFile::refuseFormat(const char* unit, std::size_t field, std::uint32_t found, const char* allowed) {
+    return refuse(QStringLiteral("byte %1 says %2 %3; allowed are %4")
+                      .arg(fmt_block.offset + field)
+                      .arg(found)
+                      .arg(QLatin1StringView(unit), QLatin1StringView(allowed)));
+}
+
+bool RVIRFile::refuseDepth() {
+    return refuseFormat("bits per sample", kFmtBitsPerSample, fmt_block.bitsPerSample, "8, 16, 24 and 32");
+}
+
+/// The file from the first `id` on, when that is at least `size` bytes; else empty, with the refusal told.
+Bytes RVIRFile::findWhole(std::string_view id, std::size_t size) {
+    const Bytes chunk = findChunk(pFileBuff, id);
+    if (chunk.size() >= size) {
+        return chunk;
+    }
+    const QLatin1StringView name(id.data(), static_cast<qsizetype>(id.size()));
+    refusal = chunk.empty() ? QStringLiteral("it has no \"%1\" chunk").arg(name)
+                            : QStringLiteral("its \"%1\" chunk at byte %2 is cut off by the end of the file")
+                                  .arg(name)
+                                  .arg(pFileBuff.size - chunk.size());
+    return {};
+}
+
 bool RVIRFile::openWave(const QString& path) {
     if (!standsAt(pFileBuff, 0, "RIFF") || !standsAt(pFileBuff, kFormType, "WAVE")) {
+        return refuse(
+            QStringLiteral("it is no wave file: \"RIFF\" at byte 0 or \"WAVE\" at byte %1 is missing").arg(kFormType));
+    }
+    const Bytes fmt = findWhole("fmt ", kFmtBlockSize);
+    const Bytes data = fmt.empty() ? Bytes() : findWhole("data", kDataHeaderSize);
+    if (data.empty()) {
         return false;
     }
-    const auto fmt = findChunk(pFileBuff, "fmt ", kFmtBlockSize);
-    const auto data = fmt ? findChunk(pFileBuff, "data", kDataHeaderSize) : std::nullopt;
-    if (!data) {
-        return false;
-    }
-    fmt_block = {.channels = littleEndian(*fmt, kFmtChannels, 2),
-                 .sampleRate = littleEndian(*fmt, kFmtSampleRate, 4),
-                 .bitsPerSample = littleEndian(*fmt, kFmtBitsPerSample, 2)};
+    fmt_block = {.offset = pFileBuff.size - fmt.size(),
+                 .channels = littleEndian(fmt, kFmtChannels, 2),
+                 .sampleRate = littleEndian(fmt, kFmtSampleRate, 4),
+                 .bitsPerSample = littleEndian(fmt, kFmtBitsPerSample, 2)};
     const std::uint32_t frameSize = (fmt_block.bitsPerSample >> 3) * fmt_block.channels;
     if (frameSize == 0) {
-        return false;
+        return fmt_block.channels == 0 ? refuseFormat("channels", kFmtChannels, 0, "1 and 2") : refuseDepth();
     }
-    pIRData = pFileBuff.size - data->size() + kDataHeaderSize;
-    PointSize = littleEndian(*data, kDataSize, 4) / frameSize;
+    pIRData = pFileBuff.size - data.size() + kDataHeaderSize;
+    PointSize = littleEndian(data, kDataSize, 4) / frameSize;
     storeName(displayName(path, QStringLiteral(".wav"), QStringLiteral(".wav")).toUpper(), CharFileNane);
     return true;
 }
 
-bool RVIRFile::GetIRDataBuffer(std::span<std::uint32_t, kIRPointCount> points) const {
+bool RVIRFile::GetIRDataBuffer(std::span<std::uint32_t, kIRPointCount> points) {
     if (!IsFileOpenSuccess) {
         return false;
     }
+    refusal.clear();
     return isInteralIR ? unpackInternal(points) : convertWave(points);
 }
 
-bool RVIRFile::unpackInternal(std::span<std::uint32_t, kIRPointCount> points) const {
+bool RVIRFile::unpackInternal(std::span<std::uint32_t, kIRPointCount> points) {
     for (std::size_t k = 0; k < points.size(); ++k) {
         points[k] = littleEndian(pFileBuff, kInternalSamples + k * kInternalSampleSize, kInternalSampleSize);
     }
+    const std::size_t sampleBytes = pFileBuff.size - std::min(kInternalSamples, pFileBuff.size);
+    framesUsed = std::min(sampleBytes / kInternalSampleSize, points.size());
     return true;
 }
 
-bool RVIRFile::convertWave(std::span<std::uint32_t, kIRPointCount> points) const {
+bool RVIRFile::convertWave(std::span<std::uint32_t, kIRPointCount> points) {
     const IRRate* rate = findIRRate(fmt_block.sampleRate);
     if (rate == nullptr) {
-        return false;
+        return refuseFormat("Hz", kFmtSampleRate, fmt_block.sampleRate, "44100, 48000, 88200 and 96000");
     }
     IRPointBuffer decoded{};
-    if (!decodeFirstChannel(Bytes(pFileBuff).subspan(pIRData), fmt_block.channels, fmt_block.bitsPerSample,
-                            std::min<std::size_t>(PointSize, rate->frameCap), decoded)) {
-        return false;
+    const auto frames =
+        decodeFirstChannel(Bytes(pFileBuff).subspan(pIRData), fmt_block.channels, fmt_block.bitsPerSample,
+                           std::min<std::size_t>(PointSize, rate->frameCap), decoded);
+    if (!frames) {
+        return refuseDepth();
     }
+    framesUsed = *frames;
     if (rate->ratio == 0.0F) {
         std::ranges::copy_n(decoded.begin(), kIRPointCount, points.begin());
         return true;

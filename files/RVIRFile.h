@@ -23,6 +23,14 @@ extern std::array<std::string_view, 30> FileNameBuff;
 /// rate and block align of the headers are not looked at. One thread at a time.
 class RVIRFile {
 public:
+    /// What is used of a fmt chunk.
+    struct WAVE_FORMAT {
+        std::size_t offset = 0;  ///< of the chunk in the file
+        std::uint32_t channels = 0;
+        std::uint32_t sampleRate = 0;  ///< Hz
+        std::uint32_t bitsPerSample = 0;
+    };
+
     RVIRFile() { CharFileNane.fill(' '); }
 
     /// Closes the file that is open and opens another. Returns false, with no file open, for what readWholeFile does
@@ -35,30 +43,29 @@ public:
     /// zero (floats beyond -1.0 to 1.0 excepted, see decodeFirstChannel). What the file lacks of the samples it
     /// declares is silence; of a frame that is cut off nothing is used. A channel count other than 1 or 2 gives
     /// silence. Returns false and leaves `points` when no file is open or the rate or depth is not supported.
-    [[nodiscard]] bool GetIRDataBuffer(std::span<std::uint32_t, kIRPointCount> points) const;
+    [[nodiscard]] bool GetIRDataBuffer(std::span<std::uint32_t, kIRPointCount> points);
 
     CharName CharFileNane;           ///< the slot's name; 20 spaces before the first file
     bool isInteralIR = false;        ///< the last file had the internal magic
     bool IsFileOpenSuccess = false;  ///< a file is open
     std::uint32_t FileSize = 0;      ///< length in bytes of the last file that could be read
     std::uint32_t PointSize = 0;     ///< sample frames that the data chunk declares; WAVE only
+    WAVE_FORMAT fmt_block;           ///< WAVE only
+    std::size_t framesUsed = 0;      ///< of the file, by the last conversion that succeeded
+    QString refusal;                 ///< why the last call refused the file, in words for the user; else empty
 
 private:
-    /// What is used of a fmt chunk.
-    struct WAVE_FORMAT {
-        std::uint32_t channels = 0;
-        std::uint32_t sampleRate = 0;  // Hz
-        std::uint32_t bitsPerSample = 0;
-    };
-
+    bool refuse(const QString& reason);
+    bool refuseFormat(const char* unit, std::size_t field, std::uint32_t found, const char* allowed);
+    bool refuseDepth();
+    [[nodiscard]] std::span<const std::uint8_t> findWhole(std::string_view id, std::size_t size);
     [[nodiscard]] bool openInternal();
     [[nodiscard]] bool openWave(const QString& path);
-    [[nodiscard]] bool unpackInternal(std::span<std::uint32_t, kIRPointCount> points) const;
-    [[nodiscard]] bool convertWave(std::span<std::uint32_t, kIRPointCount> points) const;
+    [[nodiscard]] bool unpackInternal(std::span<std::uint32_t, kIRPointCount> points);
+    [[nodiscard]] bool convertWave(std::span<std::uint32_t, kIRPointCount> points);
 
     FileContent pFileBuff;    // the whole file, empty when none is open
     std::size_t pIRData = 0;  // WAVE: offset of the first sample byte, at most the file's size; else 0
-    WAVE_FORMAT fmt_block;    // WAVE
 };
 
 }  // namespace kelvo

@@ -15,53 +15,78 @@
 namespace kelvo {
 namespace {
 
-std::optional<std::size_t> regularFileSize(int fd) {
-    struct stat status {};
-    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0) {
-        return std::nullopt;
+/// Empty for a file that can be read whole, else why it cannot.
+QString unfitness(const struct stat& status) {
+    constexpr auto kLargest = std::numeric_limits<std::uint32_t>::max();
+    if (S_ISDIR(status.st_mode)) {
+        return QStringLiteral("it is a folder");
     }
-    const auto size = static_cast<std::uintmax_t>(status.st_size);
-    if (size > std::numeric_limits<std::uint32_t>::max()) {
-        return std::nullopt;
+    if (!S_ISREG(status.st_mode)) {
+        return QStringLiteral("it is not a regular file");
     }
-    return static_cast<std::size_t>(size);
+    if (status.st_size <= 0) {
+        return QStringLiteral("it is empty");
+    }
+    if (static_cast<std::uintmax_t>(status.st_size) > kLargest) {
+        return QStringLiteral("it is %1 bytes long; at most %2 are allowed").arg(status.st_size).arg(kLargest);
+    }
+    return {};
 }
 
-bool readFully(int fd, std::span<std::uint8_t> rest) {
+/// Empty when `rest` has been filled, else why it has not.
+QString readFully(int fd, std::span<std::uint8_t> rest) {
     while (!rest.empty()) {
         const ssize_t count = ::read(fd, rest.data(), rest.size());
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count <= 0) {
-            return false;
+        if (count < 0) {
+            return QStringLiteral("it cannot be read: %1").arg(qt_error_string(errno));
+        }
+        if (count == 0) {
+            return QStringLiteral("it became shorter while it was read");
         }
         rest = rest.subspan(static_cast<std::size_t>(count));
     }
-    return true;
+    return {};
+}
+
+/// Fills `file`, or says why it cannot.
+QString readInto(FileContent& file, const QString& path) {
+    // The system would take a name with a NUL in it for the shorter name of another file.
+    if (path.contains(QChar::Null)) {
+        return QStringLiteral("its name holds a NUL");
+    }
+    const UniqueFd fd(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (!fd || ::fstat(fd.get(), &status) != 0) {
+        return QStringLiteral("it cannot be opened: %1").arg(qt_error_string(errno));
+    }
+    if (const QString reason = unfitness(status); !reason.isEmpty()) {
+        return reason;
+    }
+    file.size = static_cast<std::size_t>(status.st_size);
+    try {
+        file.bytes = std::make_unique_for_overwrite<std::uint8_t[]>(file.size);
+    } catch (const std::bad_alloc&) {
+        // Also what a 32-bit process gets that asks for 2 GiB.
+        return QStringLiteral("it does not fit into the memory");
+    }
+    return readFully(fd.get(), {file.bytes.get(), file.size});
 }
 
 }  // namespace
 
-std::optional<FileContent> readWholeFile(const QString& path) {
-    // The system would take a name with a NUL in it for the shorter name of another file.
-    if (path.contains(QChar::Null)) {
-        return std::nullopt;
+std::optional<FileContent> readWholeFile(const QString& path, QString* refusal) {
+    std::optional<FileContent> file(std::in_place);
+    const QString reason = readInto(*file, path);
+    if (!reason.isEmpty()) {
+        file.reset();
     }
-    const UniqueFd fd(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    const auto size = fd ? regularFileSize(fd.get()) : std::nullopt;
-    if (!size) {
-        return std::nullopt;
+    if (refusal != nullptr) {
+        *refusal = reason;
     }
-    try {
-        FileContent file{std::make_unique_for_overwrite<std::uint8_t[]>(*size), *size};
-        if (readFully(fd.get(), {file.bytes.get(), file.size})) {
-            return file;
-        }
-    } catch (const std::bad_alloc&) {
-        // Also what a 32-bit process gets that asks for 2 GiB.
-    }
-    return std::nullopt;
+    return file;
 }
 
 }  // namespace kelvo
