@@ -1,11 +1,15 @@
 #include "KelvoAppDelegate.h"
 
+#include <QIcon>
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
+#include <initializer_list>
 #include <utility>
 
 #include "CRC.h"
+#include "ChosenFile.h"
 #include "CloseActionWindow.h"
 #include "CommandCodes.h"
 #include "DataUnpacking.h"
@@ -47,11 +51,9 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     addAMP_ = interface.addAMP;
     ImportIRTableV_ = interface.ImportIRTableV;
     ImportCabTableV_ = interface.ImportCabTableV;
-    QObject::connect(addIR_, &QPushButton::clicked, window_.get(), [this] { importIrButtonClick(); });
-    QObject::connect(deleteIR_, &QPushButton::clicked, window_.get(), [this] { deleteCAB(); });
-    QObject::connect(addAMP_, &QPushButton::clicked, window_.get(), [this] { importAMPButtonClick(); });
     cabModel_ = attachTable(*ImportIRTableV_);
     ampModel_ = attachTable(*ImportCabTableV_);
+    connectActions();
 }
 
 KelvoAppDelegate::~KelvoAppDelegate() {
@@ -63,6 +65,27 @@ KelvoAppDelegate::~KelvoAppDelegate() {
         receiveThread_.join();
     }
     AppClassPoint = nullptr;
+}
+
+void KelvoAppDelegate::connectActions() {
+    const auto connectAction = [this](QPushButton& button, const QString& icon, QStyle::StandardPixmap standIn,
+                                      SlotTableView& table, std::initializer_list<Qt::Key> keys,
+                                      void (KelvoAppDelegate::*act)()) {
+        button.setIcon(QIcon::fromTheme(icon, button.style()->standardIcon(standIn)));
+        QObject::connect(&button, &QPushButton::clicked, window_.get(), [this, act] { (this->*act)(); });
+        for (const Qt::Key key : keys) {
+            table.setKeyAction(key, [this, act] { (this->*act)(); });
+        }
+    };
+    const QString import = QStringLiteral("document-import");
+    connectAction(*addIR_, import, QStyle::SP_DialogOpenButton, *ImportIRTableV_, {Qt::Key_Return, Qt::Key_Enter},
+                  &KelvoAppDelegate::importIrButtonClick);
+    connectAction(*addAMP_, import, QStyle::SP_DialogOpenButton, *ImportCabTableV_, {Qt::Key_Return, Qt::Key_Enter},
+                  &KelvoAppDelegate::importAMPButtonClick);
+    connectAction(*deleteIR_, QStringLiteral("edit-delete"), QStyle::SP_TrashIcon, *ImportIRTableV_, {Qt::Key_Delete},
+                  &KelvoAppDelegate::deleteCAB);
+    ImportIRTableV_->setDropAction(kIRFileType, [this](const QUrl& url) { importIR(url); });
+    ImportCabTableV_->setDropAction(kAmpFileType, [this](const QUrl& url) { importAMP(url); });
 }
 
 std::unique_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table) {

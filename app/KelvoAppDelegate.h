@@ -78,6 +78,7 @@ public:
 
 private:
     std::unique_ptr<SlotTableModel> attachTable(SlotTableView& table);
+    void connectActions();
     void showMainWindow();
     void loadFromDevice();
     QWidget& openLoadWindow();

@@ -1,5 +1,7 @@
 #include "SlotTableModel.h"
 
+#include "SlotLabel.h"
+
 namespace kelvo {
 
 SlotTableModel::SlotTableModel(SlotTableDataSource& source, int tag, QObject* parent)
@@ -23,10 +25,17 @@ int SlotTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || role != Qt::DisplayRole) {
+    if (!index.isValid()) {
         return {};
     }
-    return rows_.at(index.row());
+    switch (role) {
+        case Qt::DisplayRole:
+            return rows_.at(index.row());
+        case Qt::AccessibleTextRole:
+            return printable(rows_.at(index.row()));
+        default:
+            return {};
+    }
 }
 
 Qt::ItemFlags SlotTableModel::flags(const QModelIndex& index) const {

@@ -1,19 +1,32 @@
 #include "SlotTableView.h"
 
+#include <QApplication>
+#include <QDropEvent>
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <QMimeData>
+#include <QPainter>
+#include <QShortcut>
+#include <QUrl>
+#include <utility>
+
+#include "ChosenFile.h"
+#include "SlotDelegate.h"
 
 namespace kelvo {
 namespace {
 
-constexpr int kRowPadding = 8;
-constexpr int kSidePadding = 24;
+constexpr int kRowPadding = 10;
+constexpr int kRowMarkWidth = 2;
+/// In characters: enough for two buttons below the table, so that both tables are of one width.
+constexpr int kUsualWidth = 32;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
 }  // namespace
 
 SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
+    setItemDelegate(new SlotDelegate(this));
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -42,14 +55,92 @@ int SlotTableView::selectedRow() const {
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
+void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& action) {
+    auto* const shortcut = new QShortcut(key, this);
+    shortcut->setContext(Qt::WidgetShortcut);
+    shortcut->setAutoRepeat(false);
+    connect(shortcut, &QShortcut::activated, this, action);
+}
+
+void SlotTableView::setDropAction(const QString& fileType, std::function<void(const QUrl&)> action) {
+    dropFileType_ = fileType;
+    dropAction_ = std::move(action);
+    setAcceptDrops(true);
+}
+
 QSize SlotTableView::minimumSizeHint() const {
     const int frame = 2 * frameWidth();
-    return {fontMetrics().horizontalAdvance(kWidestLabel) + frame + 2 * kSidePadding,
-            verticalHeader()->length() + frame};
+    return {SlotDelegate::labelWidth(fontMetrics(), kWidestLabel) + frame, verticalHeader()->length() + frame};
 }
 
 QSize SlotTableView::sizeHint() const {
-    return minimumSizeHint();
+    return minimumSizeHint().expandedTo({kUsualWidth * fontMetrics().averageCharWidth(), 0});
+}
+
+void SlotTableView::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    const bool byKeyboard =
+        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    if (byKeyboard && selectedRow() < 0 && currentIndex().isValid()) {
+        selectRow(currentIndex().row());
+    }
+}
+
+bool SlotTableView::isWelcome(const QDropEvent& event) const {
+    const QList<QUrl> urls = event.mimeData()->urls();
+    return dropAction_ && urls.size() == 1 && hasFileType(urls.first(), dropFileType_) &&
+           QApplication::activeModalWidget() == nullptr;
+}
+
+void SlotTableView::dragEnterEvent(QDragEnterEvent* event) {
+    event->setAccepted(isWelcome(*event));
+}
+
+void SlotTableView::dragMoveEvent(QDragMoveEvent* event) {
+    markDropRow(isWelcome(*event) ? rowAt(event->position().toPoint().y()) : -1);
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(dropRow_ >= 0);
+}
+
+void SlotTableView::dragLeaveEvent(QDragLeaveEvent*) {
+    markDropRow(-1);
+}
+
+void SlotTableView::dropEvent(QDropEvent* event) {
+    const int row = isWelcome(*event) ? rowAt(event->position().toPoint().y()) : -1;
+    markDropRow(-1);
+    if (row < 0) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Queued, so that the program that the file comes from does not wait until it has been read.
+    QMetaObject::invokeMethod(
+        this,
+        [this, row, url = event->mimeData()->urls().first()] {
+            selectRow(row);
+            dropAction_(url);
+        },
+        Qt::QueuedConnection);
+}
+
+void SlotTableView::markDropRow(int row) {
+    if (std::exchange(dropRow_, row) != row) {
+        viewport()->update();
+    }
+}
+
+void SlotTableView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (dropRow_ >= 0) {
+        QPainter painter(viewport());
+        painter.setPen(QPen(palette().color(QPalette::Highlight), kRowMarkWidth));
+        const int inset = kRowMarkWidth / 2;
+        painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rowHeight(dropRow_))
+                             .adjusted(inset, inset, -inset - 1, -inset - 1));
+    }
 }
 
 }  // namespace kelvo

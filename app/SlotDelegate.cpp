@@ -1,0 +1,84 @@
+#include "SlotDelegate.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <algorithm>
+#include <numeric>
+
+#include "SlotLabel.h"
+
+namespace kelvo {
+namespace {
+
+constexpr QLatin1StringView kFigures("0123456789");
+/// How much of its ink what is subdued keeps, and of its colour a selection without focus.
+constexpr float kSubdued = 0.6F;
+constexpr float kPale = 0.3F;
+
+/// `share` of one colour and the rest of the other.
+QColor mixed(const QColor& one, const QColor& other, float share) {
+    const auto mix = [share](float a, float b) { return share * a + (1 - share) * b; };
+    return QColor::fromRgbF(mix(one.redF(), other.redF()), mix(one.greenF(), other.greenF()),
+                            mix(one.blueF(), other.blueF()));
+}
+
+int figureWidth(const QFontMetrics& metrics) {
+    int widest = 0;
+    for (const QChar figure : kFigures) {
+        widest = std::max(widest, metrics.horizontalAdvance(figure));
+    }
+    return widest;
+}
+
+/// The width of a number's character: that of the widest figure for all figures.
+int numberAdvance(const QFontMetrics& metrics, QChar character) {
+    return character.isDigit() ? figureWidth(metrics) : metrics.horizontalAdvance(character);
+}
+
+int numberWidth(const QFontMetrics& metrics, const QString& number) {
+    return std::accumulate(number.begin(), number.end(), 0, [&metrics](int width, QChar character) {
+        return width + numberAdvance(metrics, character);
+    });
+}
+
+}  // namespace
+
+int SlotDelegate::labelWidth(const QFontMetrics& metrics, const QString& label) {
+    const SlotLabel parts = splitLabel(label);
+    return numberWidth(metrics, parts.number) + metrics.horizontalAdvance(parts.name) + 2 * kLabelMargin;
+}
+
+void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const SlotLabel label = splitLabel(index.data().toString());
+    item.text.clear();
+    QPalette& palette = item.palette;
+    if (item.widget != nullptr && !item.widget->hasFocus()) {
+        palette.setColor(QPalette::Highlight,
+                         mixed(palette.color(QPalette::Highlight), palette.color(QPalette::Base), kPale));
+        palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
+    }
+    const QStyle& style = item.widget != nullptr ? *item.widget->style() : *QApplication::style();
+    style.drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+
+    const bool selected = item.state.testFlag(QStyle::State_Selected);
+    const QColor ink = palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor subdued = mixed(ink, palette.color(selected ? QPalette::Highlight : QPalette::Base), kSubdued);
+    const QFontMetrics& metrics = item.fontMetrics;
+    const int right = item.rect.right() - kLabelMargin;
+    int x = item.rect.left() + kLabelMargin;
+    const int baseline = item.rect.top() + (item.rect.height() - metrics.height()) / 2 + metrics.ascent();
+    painter->save();
+    painter->setFont(item.font);
+    painter->setPen(subdued);
+    for (const QChar character : label.number) {
+        painter->drawText(x, baseline, character);
+        x += numberAdvance(metrics, character);
+    }
+    painter->setPen(label.isEmpty ? subdued : ink);
+    painter->drawText(x, baseline, metrics.elidedText(label.name, Qt::ElideRight, right - x));
+    painter->restore();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,35 @@
+#include "SlotLabel.h"
+
+#include <QList>
+#include <algorithm>
+
+namespace kelvo {
+namespace {
+
+constexpr char32_t kMiddleDot = 0x00B7;
+
+bool isDigit(QChar character) {
+    return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+}
+
+}  // namespace
+
+SlotLabel splitLabel(const QString& label) {
+    const auto digits = std::find_if_not(label.begin(), label.end(), isDigit) - label.begin();
+    const bool hasDot = digits < label.size() && label.at(digits) == QLatin1Char('.');
+    const QString name = label.mid(digits + (hasDot ? 1 : 0));
+    const bool isCleared = !hasDot && name == QLatin1String("EMPTY");
+    return {label.left(label.size() - name.size()), printable(name), isCleared || name.trimmed().isEmpty()};
+}
+
+QString printable(const QString& text) {
+    QString result;
+    for (const char32_t character : text.toUcs4()) {
+        const bool shows = QChar::isPrint(character) && character != QChar::ReplacementCharacter &&
+                           character != QChar::LineSeparator && character != QChar::ParagraphSeparator;
+        result += QStringView(QChar::fromUcs4(shows ? character : kMiddleDot));
+    }
+    return result;
+}
+
+}  // namespace kelvo

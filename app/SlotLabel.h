@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+namespace kelvo {
+
+/// A slot's label as it is drawn: the number that it begins with, and what follows it.
+struct SlotLabel {
+    QString number;  ///< leading digits and a dot behind them, if there is one
+    QString name;    ///< in printable characters
+    bool isEmpty;    ///< nothing is known to be in the slot: no name, or the label of a slot that was cleared
+};
+[[nodiscard]] SlotLabel splitLabel(const QString& label);
+
+/// `text` with a middle dot in place of each character that no font shows: control and format characters, what is not
+/// assigned, and the mark that stands for bytes which are no UTF-8. Names from the pedal and from strangers' files may
+/// hold any.
+[[nodiscard]] QString printable(const QString& text);
+
+}  // namespace kelvo

@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+#include <QStringListModel>
+#include <QTableView>
+#include <algorithm>
+
+#include "SlotDelegate.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int kWidth = 200;
+constexpr int kHeight = 24;
+
+/// Draws labels as a table of that palette would.
+class SlotDrawing : public testing::Test {
+protected:
+    QImage draw(const QString& label, QStyle::State state = QStyle::State_Enabled | QStyle::State_Active,
+                const QPalette& palette = QPalette(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray,
+                                                   Qt::black, Qt::white)) {
+        QStringListModel model(QStringList{label});
+        QImage image(kWidth, kHeight, QImage::Format_RGB32);
+        image.fill(palette.color(QPalette::Base));
+        QStyleOptionViewItem option;
+        option.initFrom(&table_);
+        option.widget = &table_;
+        option.rect = image.rect();
+        option.palette = palette;
+        option.state = state;
+        option.showDecorationSelected = true;
+        option.font = table_.font();
+        option.fontMetrics = table_.fontMetrics();
+        QPainter painter(&image);
+        SlotDelegate().paint(&painter, option, model.index(0));
+        return image;
+    }
+    static int darkest(const QImage& image) {
+        int least = 255;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                least = std::min(least, qGray(image.pixel(x, y)));
+            }
+        }
+        return least;
+    }
+
+    QTableView table_;
+};
+
+TEST_F(SlotDrawing, namesStandAtOnePlaceWhateverTheNumber) {
+    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), QStringLiteral("11.")) - SlotDelegate::kLabelMargin;
+    const QRect names(name, 0, kWidth - name, kHeight);
+    EXPECT_EQ(draw("11.TWEED").copy(names), draw("48.TWEED").copy(names));
+    EXPECT_NE(draw("11.TWEED").copy(names), draw("48.SWEET").copy(names));
+    EXPECT_NE(draw("11.TWEED"), draw("48.TWEED"));
+}
+
+TEST_F(SlotDrawing, figuresAreOfOneWidth) {
+    const auto width = [this](const QString& label) { return SlotDelegate::labelWidth(table_.fontMetrics(), label); };
+    for (int number = 11; number < 100; ++number) {
+        EXPECT_EQ(width(QString::number(number) + '.'), width("00."));
+    }
+    EXPECT_LT(width("30EMPTY"), width("30.EMPTY"));
+}
+
+TEST_F(SlotDrawing, anEmptySlotIsPalerThanAFilledOne) {
+    EXPECT_LT(darkest(draw("27.MMMM")), 40);
+    for (const char* const empty : {"30EMPTY", "32.", "61.          "}) {
+        EXPECT_GT(darkest(draw(empty)), 80) << empty;
+        EXPECT_LT(darkest(draw(empty)), 160) << empty;
+    }
+    EXPECT_EQ(darkest(draw("")), 255);
+}
+
+TEST_F(SlotDrawing, aLineBreakInANameIsDrawnAsADot) {
+    EXPECT_EQ(draw("27.A\nB"), draw(QStringLiteral("27.A·B")));
+    EXPECT_EQ(draw("27.A\x01"), draw(QStringLiteral("27.A·")));
+}
+
+TEST_F(SlotDrawing, aNameThatDoesNotFitEndsInsideTheCell) {
+    const QImage image = draw("27." + QString(60, 'W'));
+    EXPECT_EQ(darkest(image.copy(kWidth - SlotDelegate::kLabelMargin, 0, SlotDelegate::kLabelMargin, kHeight)), 255);
+    EXPECT_EQ(image, draw("27." + QString(80, 'W')));
+}
+
+TEST_F(SlotDrawing, theSelectionIsPalerWithoutTheFocus) {
+    const QStyle::State selected = QStyle::State_Enabled | QStyle::State_Active | QStyle::State_Selected;
+    QPalette palette(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(0, 0, 200));
+    ASSERT_FALSE(table_.hasFocus());
+    const QColor unfocused = draw("27.A", selected, palette).pixelColor(kWidth - 3, kHeight / 2);
+    EXPECT_EQ(unfocused, QColor(179, 179, 239));
+
+    table_.show();
+    table_.activateWindow();
+    table_.setFocus();
+    QApplication::processEvents();
+    ASSERT_TRUE(table_.hasFocus());
+    EXPECT_EQ(draw("27.A", selected, palette).pixelColor(kWidth - 3, kHeight / 2), QColor(0, 0, 200));
+}
+
+TEST_F(SlotDrawing, isLegibleOnADarkGround) {
+    const QPalette dark(Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::gray, Qt::white, QColor(30, 30, 30));
+    const auto brightest = [](QImage image) {
+        image.invertPixels();
+        return 255 - darkest(image);
+    };
+    const QStyle::State state = QStyle::State_Enabled | QStyle::State_Active;
+    EXPECT_GT(brightest(draw("27.MMMM", state, dark)), 220);
+    EXPECT_GT(brightest(draw("30EMPTY", state, dark)), 120);
+    EXPECT_LT(brightest(draw("30EMPTY", state, dark)), 180);
+}
+
+}  // namespace
+}  // namespace kelvo

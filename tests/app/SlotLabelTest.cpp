@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include "SlotLabel.h"
+
+namespace kelvo {
+namespace {
+
+struct Split {
+    QString label;
+    QString number;
+    QString name;
+    bool isEmpty;
+};
+
+class SplitLabel : public testing::TestWithParam<Split> {};
+
+TEST_P(SplitLabel, intoNumberAndName) {
+    const SlotLabel parts = splitLabel(GetParam().label);
+    EXPECT_EQ(parts.number, GetParam().number);
+    EXPECT_EQ(parts.name, GetParam().name);
+    EXPECT_EQ(parts.isEmpty, GetParam().isEmpty);
+}
+
+INSTANTIATE_TEST_SUITE_P(Labels, SplitLabel,
+                         testing::Values(Split{"27.GREENBACK", "27.", "GREENBACK", false},
+                                         Split{"58.CLEAN", "58.", "CLEAN", false},
+                                         Split{"30EMPTY", "30", "EMPTY", true},
+                                         Split{"30.EMPTY", "30.", "EMPTY", false},  // somebody's file of that name
+                                         Split{"32.", "32.", "", true},             // no name in the pedal
+                                         Split{"61.          ", "61.", "          ", true},
+                                         Split{"27.4X12.WAV", "27.", "4X12.WAV", false},  //
+                                         Split{"", "", "", true}, Split{"NAME", "", "NAME", false},
+                                         Split{"27.A\nB", "27.", QStringLiteral("A\u00B7B"), false},
+                                         Split{"27.\x01\x1F\x7F", "27.", QStringLiteral("\u00B7\u00B7\u00B7"), false}));
+
+TEST(Printable, keepsLettersOfEveryScriptAndSpaces) {
+    EXPECT_EQ(printable(QStringLiteral("ÄÖ SS 漢字 \U0001F3B8")), QStringLiteral("ÄÖ SS 漢字 \U0001F3B8"));
+    EXPECT_EQ(printable(QString()), QString());
+}
+
+TEST(Printable, putsADotForWhatNoFontShows) {
+    EXPECT_EQ(printable(QStringLiteral("A\u0000B")), QStringLiteral("A·B"));
+    EXPECT_EQ(printable(QStringLiteral("TAB\tBELL\aDEL\u007F")), QStringLiteral("TAB·BELL·DEL·"));
+    EXPECT_EQ(printable(QStringLiteral("\u0085\u009F")), QStringLiteral("··"));       // control characters beyond ASCII
+    EXPECT_EQ(printable(QStringLiteral("GPJ\u202EVAW")), QStringLiteral("GPJ·VAW"));  // turns the direction of reading
+    EXPECT_EQ(printable(QStringLiteral("A\u200BB\uFEFFC")), QStringLiteral("A·B·C"));  // of no width
+    EXPECT_EQ(printable(QStringLiteral("CAF\uFFFD")), QStringLiteral("CAF·"));         // a letter cut in the middle
+    EXPECT_EQ(printable(QStringLiteral("A\u2028B\u2029C")), QStringLiteral("A·B·C"));  // break the line
+    EXPECT_EQ(printable(QStringLiteral("\uE000\U0010FFFF")), QStringLiteral("··"));    // private, not assigned
+    EXPECT_EQ(printable(QString(QChar(0xD83C))), QStringLiteral("·"));                 // half a character
+}
+
+}  // namespace
+}  // namespace kelvo
