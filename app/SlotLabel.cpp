@@ -22,6 +22,14 @@ SlotLabel splitLabel(const QString& label) {
     return {label.left(label.size() - name.size()), printable(name), isCleared || name.trimmed().isEmpty()};
 }
 
+QString spokenLabel(const QString& label) {
+    const SlotLabel parts = splitLabel(label);
+    if (label.isEmpty()) {
+        return {};
+    }
+    return parts.number + QLatin1Char(' ') + (parts.isEmpty ? QStringLiteral("empty") : parts.name.trimmed());
+}
+
 QString printable(const QString& text) {
     QString result;
     for (const char32_t character : text.toUcs4()) {

@@ -17,4 +17,7 @@ struct SlotLabel {
 /// hold any.
 [[nodiscard]] QString printable(const QString& text);
 
+/// A label as a screen reader should say it: number and name, or number and "empty"; nothing for no label.
+[[nodiscard]] QString spokenLabel(const QString& label);
+
 }  // namespace kelvo

@@ -32,10 +32,15 @@ QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return rows_.at(index.row());
         case Qt::AccessibleTextRole:
-            return printable(rows_.at(index.row()));
+            return spokenLabel(rows_.at(index.row()));
         default:
             return {};
     }
+}
+
+QVariant SlotTableModel::headerData(int, Qt::Orientation orientation, int role) const {
+    // Nobody sees the headers, but a screen reader would read numbers of its own where they have no text.
+    return role == Qt::DisplayRole && orientation == Qt::Horizontal ? QStringLiteral("Slot") : QString();
 }
 
 Qt::ItemFlags SlotTableModel::flags(const QModelIndex& index) const {

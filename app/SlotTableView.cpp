@@ -19,7 +19,7 @@ namespace {
 constexpr int kRowPadding = 10;
 constexpr int kRowMarkWidth = 2;
 /// In characters: enough for two buttons below the table, so that both tables are of one width.
-constexpr int kUsualWidth = 32;
+constexpr int kUsualWidth = 36;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 

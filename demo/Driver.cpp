@@ -46,6 +46,10 @@ void StepDriver::poll() {
         timer_.stop();
         return;
     }
+    // What a step does may serve events, and so come back here.
+    if (acting_) {
+        return;
+    }
     const Step& step = steps_[next_];
     if (!step.ready()) {
         if (std::chrono::steady_clock::now() - since_ > patience_) {
@@ -54,10 +58,11 @@ void StepDriver::poll() {
         }
         return;
     }
-    // Counted first: what the step does may serve events, and so come back here.
+    acting_ = true;
+    step.act();
+    acting_ = false;
     ++next_;
     since_ = std::chrono::steady_clock::now();
-    step.act();
 }
 
 QMessageBox* visibleMessageBox() {

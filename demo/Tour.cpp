@@ -32,8 +32,13 @@ void append(Steps& steps, Steps more) {
 
 }  // namespace
 
-Tour::Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places)
-    : controller_(controller), manager_(manager), pedal_(pedal), places_(std::move(places)) {}
+Tour::Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places,
+           AtPicture atPicture)
+    : controller_(controller),
+      manager_(manager),
+      pedal_(pedal),
+      places_(std::move(places)),
+      atPicture_(std::move(atPicture)) {}
 
 Steps Tour::steps() {
     Steps steps{loadingAt(0), loadingAt(30), loadingAt(60), loadingAt(90)};
@@ -125,6 +130,7 @@ void Tour::takePicture(const QString& name) {
     if (!visibleWindows().save(path)) {
         qFatal("cannot write %s", qPrintable(path));
     }
+    atPicture_(name);
 }
 
 void Tour::writeTranscript() const {

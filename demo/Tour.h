@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <vector>
 
 #include "Driver.h"
@@ -19,8 +20,11 @@ public:
         QString wave;      ///< The files to import.
         QString amp;
     };
+    /// Called at each picture with its name, while the windows are as the picture shows them. May serve events.
+    using AtPicture = std::function<void(const QString& name)>;
 
-    Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places);
+    Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places,
+         AtPicture atPicture);
 
     /// From the loading window to the alert that the cable was pulled; the last step presses the alert's button.
     std::vector<StepDriver::Step> steps();
@@ -38,6 +42,7 @@ private:
     VirtualHidManager& manager_;
     const VirtualKr310& pedal_;
     Places places_;
+    AtPicture atPicture_;
     int pictures_ = 0;
 };
 

@@ -1,8 +1,31 @@
 #include "CloseActionWindow.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 
 namespace kelvo {
+namespace {
+
+class Interface : public QAccessibleWidget {
+public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    QAccessible::Role role() const override {
+        return widget()->windowType() == Qt::Dialog ? QAccessible::Dialog : QAccessible::Window;
+    }
+};
+
+QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+    auto* const window = dynamic_cast<CloseActionWindow*>(object);
+    return window != nullptr ? new Interface(window) : nullptr;
+}
+
+}  // namespace
+
+CloseActionWindow::CloseActionWindow() {
+    QAccessible::installFactory(makeInterface);
+}
 
 void CloseActionWindow::closeEvent(QCloseEvent* event) {
     event->ignore();

@@ -5,10 +5,11 @@
 
 namespace kelvo {
 
-/// A top-level window whose close button does what it is told instead of closing the window.
+/// A top-level window whose close button does what it is told instead of closing the window. Assistive tools meet it as
+/// a window or, when it has the flags of one, as a dialog.
 class CloseActionWindow : public QWidget {
 public:
-    using QWidget::QWidget;
+    CloseActionWindow();
 
     /// Called on the main thread each time the user or the desktop asks the window to close.
     void setCloseAction(std::function<void()> action) { action_ = std::move(action); }

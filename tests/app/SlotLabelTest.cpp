@@ -33,6 +33,14 @@ INSTANTIATE_TEST_SUITE_P(Labels, SplitLabel,
                                          Split{"27.A\nB", "27.", QStringLiteral("A\u00B7B"), false},
                                          Split{"27.\x01\x1F\x7F", "27.", QStringLiteral("\u00B7\u00B7\u00B7"), false}));
 
+TEST(SpokenLabel, saysNumberAndNameOrThatTheSlotIsEmpty) {
+    EXPECT_EQ(spokenLabel("27.GREENBACK"), "27. GREENBACK");
+    EXPECT_EQ(spokenLabel("58.LEAD      "), "58. LEAD");
+    EXPECT_EQ(spokenLabel("61.          "), "61. empty");
+    EXPECT_EQ(spokenLabel("30EMPTY"), "30 empty");
+    EXPECT_EQ(spokenLabel(""), "");
+}
+
 TEST(Printable, keepsLettersOfEveryScriptAndSpaces) {
     EXPECT_EQ(printable(QStringLiteral("ÄÖ SS 漢字 \U0001F3B8")), QStringLiteral("ÄÖ SS 漢字 \U0001F3B8"));
     EXPECT_EQ(printable(QString()), QString());
