@@ -1,6 +1,7 @@
 #include "NSApplicationMain.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QSettings>
 #include <QTimer>
 
@@ -17,7 +18,8 @@ void prepareToolkit() {
 void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("kelvo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Kelvo"));
-    QApplication::setDesktopFileName(QStringLiteral("kelvo"));
+    QApplication::setDesktopFileName(QStringLiteral("local.kelvo.kelvo"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kelvo")));
     // The process ends where the controller says so, not when a window happens to be the last.
     QApplication::setQuitOnLastWindowClosed(false);
 }

@@ -1,0 +1,21 @@
+# Reads the pedal's ids from RVHidClass.h, their one home: KELVO_vid and KELVO_pid as sysfs and udev write them, and
+# KELVO_modalias, the beginning of the name that the kernel gives the device.
+set(ids_header ${PROJECT_SOURCE_DIR}/link/RVHidClass.h)
+set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ids_header})
+file(READ ${ids_header} ids_text)
+foreach(id vid pid)
+  if(NOT ids_text MATCHES "value_${id} = 0x([0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f]);")
+    message(FATAL_ERROR "value_${id} with four hexadecimal digits not found in ${ids_header}")
+  endif()
+  string(TOLOWER "${CMAKE_MATCH_1}" KELVO_${id})
+endforeach()
+if(NOT ids_text MATCHES "value_ver = ([0-9]+);")
+  message(FATAL_ERROR "value_ver in decimal digits not found in ${ids_header}")
+endif()
+# 65536 more give the four digits their leading zeros.
+math(EXPR release "65536 + ${CMAKE_MATCH_1}" OUTPUT_FORMAT HEXADECIMAL)
+string(REPLACE 0x1 "" release ${release})
+foreach(id KELVO_vid KELVO_pid release)
+  string(TOUPPER ${${id}} ${id}_upper)
+endforeach()
+set(KELVO_modalias usb:v${KELVO_vid_upper}p${KELVO_pid_upper}d${release_upper})
