@@ -3,6 +3,8 @@
 #include <QList>
 #include <algorithm>
 
+#include "PrintableText.h"
+
 namespace kelvo {
 namespace {
 
@@ -33,9 +35,7 @@ QString spokenLabel(const QString& label) {
 QString printable(const QString& text) {
     QString result;
     for (const char32_t character : text.toUcs4()) {
-        const bool shows = QChar::isPrint(character) && character != QChar::ReplacementCharacter &&
-                           character != QChar::LineSeparator && character != QChar::ParagraphSeparator;
-        result += QStringView(QChar::fromUcs4(shows ? character : kMiddleDot));
+        result += QStringView(QChar::fromUcs4(isShown(character) ? character : kMiddleDot));
     }
     return result;
 }

@@ -12,9 +12,8 @@ struct SlotLabel {
 };
 [[nodiscard]] SlotLabel splitLabel(const QString& label);
 
-/// `text` with a middle dot in place of each character that no font shows: control and format characters, what is not
-/// assigned, and the mark that stands for bytes which are no UTF-8. Names from the pedal and from strangers' files may
-/// hold any.
+/// `text` with a middle dot in place of each character that is not shown (see isShown); names from the pedal and from
+/// strangers' files may hold any.
 [[nodiscard]] QString printable(const QString& text);
 
 /// A label as a screen reader should say it: number and name, or number and "empty"; nothing for no label.

@@ -59,7 +59,10 @@ void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& actio
     auto* const shortcut = new QShortcut(key, this);
     shortcut->setContext(Qt::WidgetShortcut);
     shortcut->setAutoRepeat(false);
-    connect(shortcut, &QShortcut::activated, this, action);
+    connect(shortcut, &QShortcut::activated, this, [this, action] {
+        selectCurrentRow();
+        action();
+    });
 }
 
 void SlotTableView::setDropAction(const QString& fileType, std::function<void(const QUrl&)> action) {
@@ -82,7 +85,13 @@ void SlotTableView::focusInEvent(QFocusEvent* event) {
     const Qt::FocusReason reason = event->reason();
     const bool byKeyboard =
         reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
-    if (byKeyboard && selectedRow() < 0 && currentIndex().isValid()) {
+    if (byKeyboard) {
+        selectCurrentRow();
+    }
+}
+
+void SlotTableView::selectCurrentRow() {
+    if (selectedRow() < 0 && currentIndex().isValid()) {
         selectRow(currentIndex().row());
     }
 }

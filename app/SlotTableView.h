@@ -18,7 +18,7 @@ public:
     /// The selected row, -1 for none.
     int selectedRow() const;
 
-    /// Runs when the user presses `key` here.
+    /// Runs when the user presses `key` here. Without a selection the row of the focus frame is selected first.
     void setKeyAction(Qt::Key key, const std::function<void()>& action);
 
     /// Runs after a local file of this type has been dropped on a row and the row has been selected; anything else is
@@ -39,6 +39,7 @@ protected:
 private:
     bool isWelcome(const QDropEvent& event) const;
     void markDropRow(int row);
+    void selectCurrentRow();
 
     QString dropFileType_;
     std::function<void(const QUrl&)> dropAction_;

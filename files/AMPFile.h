@@ -40,8 +40,16 @@ public:
     std::array<std::uint32_t, kAmpWordCount> ampSwBuffer{};
     CharName CharFileName;           ///< the slot's name; 20 spaces before the first file
     bool IsFileOpenSuccess = false;  ///< the last file was accepted
-    QString refusal;                 ///< why the last file was not, in words for the user; else empty
+    QString wholeName;               ///< what CharFileName was made of
+    QString refusal;                 ///< why the last file was not, in printable words for the user; else empty
     std::uint32_t FileSize = 0;      ///< length in bytes of the last file that could be read
+    std::size_t wordsRead = 0;       ///< of ampSwBuffer, from the last file that could be read
+    std::uint32_t checksum = 0;      ///< of the last file that could be read; 0 where that ends before it
+    bool hasChecksum = false;        ///< that file is long enough for one
+
+private:
+    void scanWords(std::span<const std::uint8_t> file);
+    [[nodiscard]] QString verdict(std::span<const std::uint8_t> file) const;
 };
 
 }  // namespace kelvo

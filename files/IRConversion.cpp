@@ -21,7 +21,7 @@ constexpr float kLargest = std::bit_cast<float>(0x3F7FFFEFU);
 
 /// The ratios are the quotients of the rates rounded to three decimals; the results depend on just these.
 constexpr std::array<IRRate, 4> kRates{{
-    {44100, 512, 0.0F},
+    {kIRPointRate, 512, 0.0F},
     {48000, 560, 1.088F},
     {88200, 1025, 2.0F},
     {96000, 1120, 2.177F},
@@ -61,7 +61,7 @@ constexpr std::array<SampleDecoder, 4> kDecoders{{
     {8, decodeFrames<1, 16>},
     {16, decodeFrames<2, 8>},
     {24, decodeFrames<3, 0>},
-    {32, decodeFloats},
+    {kFloatBits, decodeFloats},
 }};
 
 /// The IRRate of a rate that is resampled, else one that does nothing.
@@ -77,13 +77,17 @@ const IRRate* findIRRate(std::uint32_t sampleRate) {
     return found == kRates.end() ? nullptr : &*found;
 }
 
+bool hasUsableChannel(std::uint32_t channels) {
+    return channels == 1 || channels == 2;
+}
+
 std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
                                               std::uint32_t bitsPerSample, std::size_t maxFrames, IRPointBuffer& out) {
     const auto decoder = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
     if (decoder == kDecoders.end()) {
         return std::nullopt;
     }
-    if (channels != 1 && channels != 2) {
+    if (!hasUsableChannel(channels)) {
         return 0;
     }
     const std::size_t stride = bitsPerSample / 8 * channels;
@@ -92,13 +96,27 @@ std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data
     return frames;
 }
 
+std::size_t countBeyondFullScale(std::span<const std::uint8_t> data, std::uint32_t channels,
+                                 std::uint32_t bitsPerSample, std::size_t frames) {
+    const std::size_t stride = bitsPerSample / 8 * channels;
+    std::size_t count = 0;
+    for (std::size_t i = 0; bitsPerSample == kFloatBits && i < frames; ++i) {
+        const auto sample = std::bit_cast<float>(littleEndian(data, i * stride, 4));
+        // Written so that NaN counts.
+        count += std::abs(sample) <= 1.0F ? 0U : 1U;
+    }
+    return count;
+}
+
+float levelOf(std::uint32_t point) {
+    // The shifts carry bit 23 through bits 24 to 31.
+    return static_cast<float>(static_cast<std::int32_t>(point << 8) >> 8) / kFullScale;
+}
+
 std::size_t ICovertoF(std::span<const std::uint32_t, kIRFrameCount> in, std::int32_t sampleRate,
                       std::span<float, kIRFrameCount> out) {
     const std::size_t count = resampling(sampleRate).frameCap;
-    std::ranges::transform(in.first(count), out.begin(), [](std::uint32_t word) {
-        // The shifts carry bit 23 through bits 24 to 31.
-        return static_cast<float>(static_cast<std::int32_t>(word << 8) >> 8) / kFullScale;
-    });
+    std::ranges::transform(in.first(count), out.begin(), levelOf);
     return count;
 }
 

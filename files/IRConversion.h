@@ -11,9 +11,13 @@ namespace kelvo {
 
 /// Points of an impulse response in the device: 44100 Hz, 24-bit two's complement in bits 0 to 23.
 inline constexpr std::size_t kIRPointCount = 512;
+inline constexpr std::uint32_t kIRPointRate = 44100;  ///< Hz
 
 /// Source frames that the conversion takes at most; 512 points need 1114 frames at 96000 Hz.
 inline constexpr std::size_t kIRFrameCount = 1120;
+
+/// Samples of this many bits are IEEE-754 singles, whatever the file says of them; all others are integers.
+inline constexpr std::uint32_t kFloatBits = 32;
 
 using IRPointBuffer = std::array<std::uint32_t, kIRFrameCount>;
 
@@ -27,13 +31,24 @@ struct IRRate {
 /// The entry for a sample rate, or null for a rate that is not supported. Supported are 44100, 48000, 88200 and 96000.
 [[nodiscard]] const IRRate* findIRRate(std::uint32_t sampleRate);
 
+/// Whether frames of so many channels are decoded: of one, and of the first of two.
+[[nodiscard]] bool hasUsableChannel(std::uint32_t channels);
+
 /// Decodes the first channel of the frames that lie wholly in `data`, at most `maxFrames`, to 24-bit two's complement;
 /// the rest of `out` is left as it is. 8-bit samples are not re-biased from unsigned. Floats beyond -1.0 to 1.0 wrap,
 /// and positive ones then keep their bits 24 to 31. Returns how many frames were decoded, nothing for a width other
-/// than 8, 16, 24 (integers) and 32 (IEEE-754 singles). A channel count other than 1 or 2 decodes no frame.
+/// than 8, 16, 24 (integers) and 32 (IEEE-754 singles). Without a usable channel no frame is decoded.
 [[nodiscard]] std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
                                                             std::uint32_t bitsPerSample, std::size_t maxFrames,
                                                             IRPointBuffer& out);
+
+/// How many of the first `frames` frames in `data` hold a float beyond -1.0 to 1.0, or none, in their first channel.
+/// Such samples wrap when they are decoded. 0 for samples that are integers.
+[[nodiscard]] std::size_t countBeyondFullScale(std::span<const std::uint8_t> data, std::uint32_t channels,
+                                               std::uint32_t bitsPerSample, std::size_t frames);
+
+/// The level of a point, or of a decoded sample, as a part of full scale: -1.0 to below 1.0. Bits 24 to 31 are ignored.
+[[nodiscard]] float levelOf(std::uint32_t point);
 
 /// `value` truncated toward zero. NaN, infinities and values beyond 32 bits give INT32_MIN, as x86's cvttss2si does, on
 /// every processor.

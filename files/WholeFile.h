@@ -19,8 +19,8 @@ struct FileContent {
 
 /// Reads a whole regular file into memory. Nothing is returned for a file that is missing, unreadable, empty, not
 /// regular (directory, FIFO, socket, device), larger than the memory or than a 32-bit length, or that gets shorter
-/// while it is read; `refusal`, if given, then says which, in words for the user. What is appended meanwhile is not
-/// read. Never waits for the other end of a FIFO. Any thread.
+/// while it is read; `refusal`, if given, then says which, in printable words for the user. What is appended meanwhile
+/// is not read. Never waits for the other end of a FIFO. Any thread.
 [[nodiscard]] std::optional<FileContent> readWholeFile(const QString& path, QString* refusal = nullptr);
 
 }  // namespace kelvo

@@ -75,6 +75,15 @@ TEST_F(KeysAndDrops, returnAndEnterOpenTheImportOfTheFocusedTable) {
     EXPECT_EQ(app_.services.openPanels, (std::vector<QString>{"wav", "wav", "amp"}));
 }
 
+TEST_F(KeysAndDrops, aKeyTakesTheRowOfTheFocusFrameWhereNoneIsSelected) {
+    ASSERT_EQ(cab_.selectedRow(), -1);
+    app_.services.choice = file("a.wav", smallWave()).first();
+    QTest::keyClick(&cab_, Qt::Key_Return);
+    ASSERT_TRUE(app_.waitForChanges(1));
+    EXPECT_EQ(cab_.selectedRow(), 0);
+    EXPECT_EQ(app_.cabLabel(0), "27.A");
+}
+
 TEST_F(KeysAndDrops, deleteAsksToClearTheSelectedCabAndNothingElse) {
     clickRow(cab_, 6);
     QTest::keyClick(&cab_, Qt::Key_Delete);

@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 
 #include "AppHarness.h"
 #include "LoadDataWindowController.h"
+#include "NSApplicationMain.h"
 #include "NSLog.h"
 #include "RVHidClass.h"
 #include "SBProgressBar.h"
@@ -21,6 +24,13 @@ const QString kNoDevice = QStringLiteral("No device connected. Please connected 
 
 QString cell(const SlotTableView& table, int row) {
     return table.model()->index(row, 0).data().toString();
+}
+
+TEST(Application, isNamedAsItsDesktopEntryIs) {
+    nameApplication();
+    EXPECT_EQ(QApplication::desktopFileName(), "local.kelvo.kelvo");
+    EXPECT_EQ(QApplication::applicationDisplayName(), "Kelvo");
+    EXPECT_TRUE(QFile::exists(KELVO_PACKAGING "/local.kelvo.kelvo.desktop"));
 }
 
 TEST(StartUp, withAPedal_sleepsTwoSecondsThenOneAndFillsBothTables) {

@@ -10,23 +10,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <utility>
 
+#include "ReadHook.h"
 #include "SampleFiles.h"
 #include "UniqueFd.h"
 #include "WholeFile.h"
 
-namespace {
-
-/// Replaces read(2) while it is set; it may call the real one.
 std::function<ssize_t(int fd, void* buffer, std::size_t size)> readHook;
 
-}  // namespace
-
-// The linker's --wrap=read gives these names.
-extern "C" ssize_t __real_read(int fd, void* buffer, std::size_t size);   // NOLINT(bugprone-reserved-identifier)
 extern "C" ssize_t __wrap_read(int fd, void* buffer, std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
     return readHook ? readHook(fd, buffer, size) : __real_read(fd, buffer, size);
 }

@@ -1,0 +1,209 @@
+#include "Plot.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <vector>
+
+#include "Spectrum.h"
+
+namespace kelvo {
+namespace {
+
+constexpr QSize kPictureSize(1000, 700);
+constexpr QRectF kTitleArea(96, 14, 874, 30);
+constexpr QRectF kTimeArea(96, 60, 874, 250);
+constexpr QRectF kFrequencyArea(96, 385, 874, 250);
+constexpr int kTitlePixels = 19;
+constexpr int kLabelPixels = 14;
+
+constexpr QRgb kPaper = 0xFFFFFFFF;
+constexpr QRgb kInk = 0xFF222222;
+constexpr QRgb kGrid = 0xFFDDDDDD;
+constexpr QRgb kCurve = 0xFF1F4E9C;
+
+constexpr double kLowest = 20.0;  // Hz
+constexpr double kHighest = 20000.0;
+constexpr double kGainStep = 10.0;  // dB
+constexpr double kGainSpan = 60.0;
+constexpr double kGainRoom = 1.0;
+
+struct Tick {
+    double value;
+    QString label;
+};
+
+struct Axis {
+    QString title;
+    double first;
+    double last;
+    std::vector<Tick> ticks;
+    bool isLogarithmic = false;
+
+    /// Where `value` stands between `first`, 0, and `last`, 1.
+    [[nodiscard]] double part(double value) const {
+        return isLogarithmic ? std::log(value / first) / std::log(last / first) : (value - first) / (last - first);
+    }
+    /// The inverse.
+    [[nodiscard]] double valueAt(double part) const {
+        return isLogarithmic ? first * std::pow(last / first, part) : first + part * (last - first);
+    }
+};
+
+struct Panel {
+    QRectF area;
+    Axis x;
+    Axis y;
+
+    [[nodiscard]] QPointF place(double xValue, double yValue) const {
+        return {area.left() + x.part(xValue) * area.width(), area.bottom() - y.part(yValue) * area.height()};
+    }
+};
+
+std::vector<Tick> plainTicks(std::initializer_list<double> values) {
+    std::vector<Tick> ticks;
+    std::ranges::transform(values, std::back_inserter(ticks), [](double value) {
+        return Tick{value, QString::number(value)};
+    });
+    return ticks;
+}
+
+Axis timeAxis() {
+    return {QStringLiteral("time (ms)"), -0.2, 11.8, plainTicks({0, 2, 4, 6, 8, 10})};
+}
+
+/// As large as the points need it, so that a quiet response can be seen too.
+Axis levelAxis(const PointLevels& levels) {
+    float peak = 0.0F;
+    for (const float level : levels) {
+        peak = std::max(peak, std::abs(level));
+    }
+    constexpr std::array kLimits{0.001F, 0.002F, 0.005F, 0.01F, 0.02F, 0.05F, 0.1F, 0.2F, 0.5F, 1.0F};
+    const auto limit =
+        static_cast<double>(*std::ranges::find_if(kLimits, [peak](float value) { return value >= peak; }));
+    // A little more, so that the frame does not hide a curve that goes up to it.
+    return {QStringLiteral("level (full scale = 1)"), -1.05 * limit, 1.05 * limit,
+            plainTicks({-limit, -limit / 2, 0, limit / 2, limit})};
+}
+
+Axis frequencyAxis() {
+    Axis axis{QStringLiteral("frequency (Hz)"), kLowest, kHighest, plainTicks({20, 50, 100, 200, 500}), true};
+    for (const int thousands : {1, 2, 5, 10, 20}) {
+        axis.ticks.push_back({1000.0 * thousands, QStringLiteral("%1 k").arg(thousands)});
+    }
+    return axis;
+}
+
+/// Down from the next step that leaves the curve a little room.
+Axis gainAxis(const std::vector<double>& gains) {
+    const double highest = std::ranges::max(gains);
+    const double top = highest > kNoGain ? std::floor((highest + kGainRoom) / kGainStep + 1.0) * kGainStep : 0.0;
+    Axis axis{QStringLiteral("gain (dB)"), top - kGainSpan, top, {}};
+    for (double value = axis.first; value <= axis.last; value += kGainStep) {
+        axis.ticks.push_back({value, QString::number(value)});
+    }
+    return axis;
+}
+
+void drawVerticalText(QPainter& painter, QPointF middle, const QString& text) {
+    painter.save();
+    painter.translate(middle);
+    painter.rotate(-90);
+    painter.drawText(QRectF(-150, -10, 300, 20), Qt::AlignCenter, text);
+    painter.restore();
+}
+
+void drawPanel(QPainter& painter, const Panel& panel) {
+    const QRectF& area = panel.area;
+    for (const Tick& tick : panel.x.ticks) {
+        const double x = panel.place(tick.value, panel.y.first).x();
+        painter.setPen(QColor(kGrid));
+        painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+        painter.setPen(QColor(kInk));
+        painter.drawText(QRectF(x - 40, area.bottom() + 4, 80, 20), Qt::AlignCenter, tick.label);
+    }
+    for (const Tick& tick : panel.y.ticks) {
+        const double y = panel.place(panel.x.first, tick.value).y();
+        painter.setPen(QColor(kGrid));
+        painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
+        painter.setPen(QColor(kInk));
+        painter.drawText(QRectF(area.left() - 76, y - 10, 70, 20), Qt::AlignRight | Qt::AlignVCenter, tick.label);
+    }
+    painter.drawRect(area);
+    painter.drawText(QRectF(area.left(), area.bottom() + 26, area.width(), 20), Qt::AlignCenter, panel.x.title);
+    drawVerticalText(painter, {14, area.center().y()}, panel.y.title);
+}
+
+void drawCurve(QPainter& painter, const Panel& panel, const QPolygonF& curve) {
+    painter.save();
+    painter.setClipRect(panel.area);
+    painter.setPen(QPen(QColor(kCurve), 1.5));
+    painter.drawPolyline(curve);
+    painter.restore();
+}
+
+void drawTime(QPainter& painter, const PointLevels& levels) {
+    const Panel panel{kTimeArea, timeAxis(), levelAxis(levels)};
+    QPolygonF curve;
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        curve += panel.place(1000.0 * static_cast<double>(i) / kIRPointRate, static_cast<double>(levels[i]));
+    }
+    drawPanel(painter, panel);
+    drawCurve(painter, panel, curve);
+}
+
+void drawFrequency(QPainter& painter, const PointLevels& levels) {
+    // Closer than the picture's columns: 512 points have peaks and notches narrower than one, up where columns are
+    // wide.
+    constexpr int kColumns = 3000;
+    const Axis frequencies = frequencyAxis();
+    std::vector<double> gains;
+    for (int i = 0; i <= kColumns; ++i) {
+        gains.push_back(gainAt(levels, frequencies.valueAt(static_cast<double>(i) / kColumns)));
+    }
+    const Panel panel{kFrequencyArea, frequencies, gainAxis(gains)};
+    QPolygonF curve;
+    for (int i = 0; i <= kColumns; ++i) {
+        curve +=
+            panel.place(frequencies.valueAt(static_cast<double>(i) / kColumns), gains[static_cast<std::size_t>(i)]);
+    }
+    drawPanel(painter, panel);
+    drawCurve(painter, panel, curve);
+}
+
+void setFontPixels(QPainter& painter, int pixels) {
+    QFont font = painter.font();
+    font.setPixelSize(pixels);
+    painter.setFont(font);
+}
+
+}  // namespace
+
+QImage plotPoints(const QString& title, const PointLevels& levels) {
+    QImage picture(kPictureSize, QImage::Format_RGB32);
+    picture.fill(kPaper);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QColor(kInk));
+    setFontPixels(painter, kTitlePixels);
+    const QString line = painter.fontMetrics().elidedText(title, Qt::ElideMiddle, static_cast<int>(kTitleArea.width()));
+    painter.drawText(kTitleArea, Qt::AlignLeft | Qt::AlignVCenter, line);
+    setFontPixels(painter, kLabelPixels);
+    drawTime(painter, levels);
+    drawFrequency(painter, levels);
+    return picture;
+}
+
+QString savePicture(const QImage& picture, const QString& path) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    QFile file(path);
+    const bool isSaved = buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG") &&
+                         file.open(QIODevice::WriteOnly) && file.write(png) == png.size() && file.flush();
+    return isSaved ? QString() : file.errorString();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,78 @@
+#include "ReportText.h"
+
+#include <cmath>
+
+#include "AMPFile.h"
+#include "PrintableText.h"
+
+namespace kelvo {
+namespace {
+
+QString line(const char* label, const QString& value) {
+    return QStringLiteral("  %1 %2\n").arg(QLatin1StringView(label), -9).arg(value);
+}
+
+QString nameLine(const QByteArray& name) {
+    return line("name:", name.isEmpty() ? QStringLiteral("none; the slot shows its number only")
+                                        : QLatin1Char('"') + printableText(name) + QLatin1Char('"'));
+}
+
+QString formatLines(const WaveFormat& format) {
+    const bool isFloat = format.bitsPerSample == kFloatBits;
+    const char* const used = !hasUsableChannel(format.channels) ? ", none of which is used"
+                             : format.channels > 1              ? ", the first is used"
+                                                                : "";
+    return line("rate:", QStringLiteral("%1 Hz").arg(format.sampleRate)) +
+           line("depth:", QStringLiteral("%1-bit %2")
+                              .arg(format.bitsPerSample)
+                              .arg(isFloat ? QStringLiteral("float") : QStringLiteral("integer"))) +
+           line("channels:", QStringLiteral("%1%2").arg(format.channels).arg(QLatin1StringView(used)));
+}
+
+QString peakText(float peak) {
+    if (peak == 0.0F) {
+        return QStringLiteral("none");
+    }
+    // Rounded here, since a number that is only printed as zero would keep its sign.
+    const double decibels = std::round(2000.0 * std::log10(static_cast<double>(peak))) / 100.0;
+    return QStringLiteral("%1 dBFS (%2 of full scale)")
+        .arg(decibels, 0, 'f', 2)
+        .arg(static_cast<double>(peak), 0, 'f', 6);
+}
+
+QString waveLines(const QByteArray& name, const WaveFacts& wave) {
+    const QString kind = wave.format ? QStringLiteral("impulse response, for a CAB slot")
+                                     : QStringLiteral("impulse response in the pedal's own format, for a CAB slot");
+    return line("kind:", kind) + nameLine(name) + (wave.format ? formatLines(*wave.format) : QString()) +
+           line("frames:", QStringLiteral("%1 in the file, %2 used").arg(wave.framesInFile).arg(wave.framesUsed)) +
+           line("peak:", peakText(wave.peak));
+}
+
+QString ampLines(const QByteArray& name, const AmpFacts& amp) {
+    return line("kind:", QStringLiteral("amp model, for an AMP slot")) + nameLine(name) +
+           line("words:", QStringLiteral("%1 of %2").arg(amp.words).arg(kAmpWordCount)) +
+           line("checksum:", amp.checksum ? QStringLiteral("0x%1").arg(*amp.checksum, 8, 16, QLatin1Char('0'))
+                                          : QStringLiteral("none"));
+}
+
+}  // namespace
+
+QString reportText(const FileReport& report) {
+    const QString path = printableText(report.path.toUtf8());
+    if (!report.refusal.isEmpty()) {
+        return path + QStringLiteral(": refused: ") + report.refusal + QLatin1Char('\n');
+    }
+    QString text = path + QStringLiteral(": accepted\n");
+    if (report.wave) {
+        text += waveLines(report.name, *report.wave);
+    }
+    if (report.amp) {
+        text += ampLines(report.name, *report.amp);
+    }
+    for (const QString& note : report.notes) {
+        text += line("note:", note);
+    }
+    return text;
+}
+
+}  // namespace kelvo

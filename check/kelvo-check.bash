@@ -1,0 +1,23 @@
+# Completes the arguments of kelvo-check in bash. Uses nothing of bash-completion, which may be missing.
+_kelvo_check() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} earlier pattern
+  COMPREPLY=()
+  # bash makes a word of its own of the "=" in --plot=OUT.png.
+  if [[ $word == = ]]; then
+    word=
+  elif [[ $before == = ]]; then
+    before=${COMP_WORDS[COMP_CWORD-2]}
+  fi
+  # After "--" everything is a file.
+  for earlier in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+    [[ $earlier != -- ]] || before=--
+  done
+  if [[ $word == -* && $before != -- && $before != --plot ]]; then
+    mapfile -t COMPREPLY < <(compgen -W '--help --plot --version' -- "$word")
+    return
+  fi
+  pattern='*.@([wW][aA][vV]|[aA][mM][pP])'
+  [[ $before != --plot ]] || pattern='*.[pP][nN][gG]'
+  mapfile -t COMPREPLY < <(shopt -s extglob; compgen -d -- "$word"; compgen -f -X "!$pattern" -- "$word")
+}
+complete -o filenames -F _kelvo_check kelvo-check

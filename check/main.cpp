@@ -1,0 +1,94 @@
+// kelvo-check: what the utility makes of files, in words, for those whose import seems to do nothing.
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QString>
+#include <cstdio>
+
+#include "CommandLine.h"
+#include "Plot.h"
+#include "PrintableText.h"
+#include "ReportText.h"
+
+namespace kelvo {
+namespace {
+
+enum ExitStatus { kAllAccepted = 0, kSomeRefused = 1, kTrouble = 2 };
+
+void print(std::FILE* stream, const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    std::fwrite(utf8.constData(), 1, static_cast<std::size_t>(utf8.size()), stream);
+}
+
+void complain(const QString& text) {
+    print(stderr, QStringLiteral("kelvo-check: %1\n").arg(text));
+}
+
+/// Returns whether the picture could be written.
+bool drawPlot(const FileReport& report, const QString& path) {
+    // A picture needs fonts and so an application, but no display and none of the user's settings for windows.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    int count = 1;
+    char name[] = "kelvo-check";
+    char* arguments[] = {name, nullptr};
+    const QGuiApplication application(count, arguments);
+    const QString file = printableText(QFileInfo(report.path).fileName().toUtf8());
+    const QString title = QStringLiteral("%1: the points that the pedal gets").arg(file);
+    const QString failure = savePicture(plotPoints(title, report.wave->levels), path);
+    if (!failure.isEmpty()) {
+        complain(QStringLiteral("%1 cannot be written: %2").arg(printableText(path.toUtf8()), failure));
+    }
+    return failure.isEmpty();
+}
+
+int check(const CommandLine& command) {
+    int status = kAllAccepted;
+    for (const QString& file : command.files) {
+        const FileReport report = checkFile(file);
+        print(stdout, reportText(report));
+        if (!report.refusal.isEmpty()) {
+            status = kSomeRefused;
+        } else if (!command.plotFile.isEmpty() && !drawPlot(report, command.plotFile)) {
+            status = kTrouble;
+        }
+    }
+    return status;
+}
+
+int run(const CommandLine& command) {
+    if (!command.mistake.isEmpty()) {
+        complain(command.mistake);
+        print(stderr, QStringLiteral("Try 'kelvo-check --help'.\n"));
+        return kTrouble;
+    }
+    switch (command.action) {
+        case CommandLine::Action::ShowHelp:
+            print(stdout, QString::fromLatin1(kHelpText));
+            return kAllAccepted;
+        case CommandLine::Action::ShowVersion:
+            print(stdout, QStringLiteral("kelvo-check " KELVO_VERSION "\n"));
+            return kAllAccepted;
+        case CommandLine::Action::Check:
+            break;
+    }
+    return check(command);
+}
+
+}  // namespace
+}  // namespace kelvo
+
+int main(int argc, char** argv) {
+    // What the toolkit thinks of fonts and locales is nothing to the user of this command.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) {
+        arguments += QString::fromLocal8Bit(argv[i]);
+    }
+    const int status = kelvo::run(kelvo::parseCommandLine(arguments));
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        kelvo::complain(QStringLiteral("the report cannot be written"));
+        return kelvo::kTrouble;
+    }
+    return status;
+}

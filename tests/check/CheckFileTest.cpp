@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <algorithm>
+#include <filesystem>
+
+#include "CheckFile.h"
+#include "RVIRFile.h"
+#include "SampleFiles.h"
+
+namespace kelvo {
+namespace {
+
+class CheckFile : public testing::Test {
+protected:
+    FileReport check(const QString& name, const FileBytes& bytes) const { return checkFile(dir.write(name, bytes)); }
+
+    std::string refusal(const QString& path) const { return checkFile(path).refusal.toStdString(); }
+
+    static FileBytes goodWave() { return WaveFile{.data = {0x00, 0x40, 0x00, 0xC0}}.bytes(); }
+
+    const SampleDir dir;
+};
+
+TEST_F(CheckFile, ofAWave_givesWhatItsHeaderSaysAndWhatIsUsed) {
+    const FileReport report = check(
+        "cab.wav", WaveFile{.sampleRate = 96000, .bitsPerSample = 24, .channels = 2, .data = FileBytes(12000)}.bytes());
+    EXPECT_EQ(report.path, dir.path("cab.wav"));
+    EXPECT_EQ(report.refusal, "");
+    EXPECT_EQ(report.name, "CAB");
+    EXPECT_FALSE(report.amp);
+    ASSERT_TRUE(report.wave && report.wave->format);
+    EXPECT_EQ(report.wave->format->sampleRate, 96000U);
+    EXPECT_EQ(report.wave->format->bitsPerSample, 24U);
+    EXPECT_EQ(report.wave->format->channels, 2U);
+    EXPECT_EQ(report.wave->framesInFile, 2000U);
+    EXPECT_EQ(report.wave->framesUsed, 1120U);
+    EXPECT_EQ(report.wave->peak, 0.0F);
+}
+
+TEST_F(CheckFile, ofAWave_givesTheLevelsThatThePedalGets) {
+    const FileReport report = check("cab.wav", goodWave());
+    ASSERT_TRUE(report.wave);
+    EXPECT_EQ(report.wave->framesInFile, 2U);
+    EXPECT_EQ(report.wave->framesUsed, 2U);
+    EXPECT_EQ(report.wave->levels[0], 0.5F);
+    EXPECT_EQ(report.wave->levels[1], -0.5F);
+    EXPECT_EQ(report.wave->levels[2], 0.0F);
+    EXPECT_EQ(report.wave->levels[511], 0.0F);
+    EXPECT_EQ(report.wave->peak, 0.5F);
+}
+
+TEST_F(CheckFile, findsThePeakOnEitherSideOfZero) {
+    EXPECT_EQ(check("a.wav", WaveFile{.data = {0x00, 0x20, 0x00, 0x80}}.bytes()).wave->peak, 1.0F);
+    EXPECT_EQ(check("a.wav", WaveFile{.data = {0x00, 0x60, 0x00, 0xE0}}.bytes()).wave->peak, 0.75F);
+}
+
+TEST_F(CheckFile, ofThePedalsOwnFormat_hasNoHeaderAndNoName) {
+    FileBytes bytes;
+    append(bytes, "TavikIR");
+    bytes.resize(512);
+    append(bytes, 0xC00000, 3);
+    const FileReport report = check("own.wav", bytes);
+    ASSERT_TRUE(report.wave);
+    EXPECT_FALSE(report.wave->format);
+    EXPECT_EQ(report.name, "");
+    EXPECT_EQ(report.wave->framesInFile, 1U);
+    EXPECT_EQ(report.wave->framesUsed, 1U);
+    EXPECT_EQ(report.wave->levels[0], -0.5F);
+    EXPECT_EQ(report.wave->peak, 0.5F);
+}
+
+TEST_F(CheckFile, ofThePedalsOwnFormat_cutsALongNameOfTheTable) {
+    FileNameBuff[3] = "ABCDEFGHIJKLMNOP";
+    const FileReport report = check("own.wav", {'T', 'a', 'v', 'i', 'k', 'I', 'R', 3});
+    FileNameBuff = {};
+    EXPECT_EQ(report.name, "ABCDEFGHIJ");
+    EXPECT_EQ(report.notes.value(0), "its name is cut; the whole one is \"ABCDEFGHIJKLMNO\"");
+}
+
+TEST_F(CheckFile, ofAnAmp_givesItsWordsAndItsChecksum) {
+    const FileReport report = check("Lead.amp", ampFile(std::array<std::uint32_t, 2>{0x11111111, 2}));
+    EXPECT_EQ(report.refusal, "");
+    EXPECT_EQ(report.name, "Lead");
+    EXPECT_FALSE(report.wave);
+    ASSERT_TRUE(report.amp);
+    EXPECT_EQ(report.amp->words, 512U);
+    EXPECT_EQ(report.amp->checksum, 0x11111113U);
+    EXPECT_TRUE(report.notes.isEmpty());
+}
+
+TEST_F(CheckFile, ofAnAmpThatEndsBeforeItsChecksum_givesNone) {
+    const FileReport report = check("a.amp", {0, 0, 0, 0, 0, 0, 0, 0, '2', '.', '0'});
+    ASSERT_TRUE(report.amp);
+    EXPECT_EQ(report.amp->words, 2U);
+    EXPECT_FALSE(report.amp->checksum);
+}
+
+TEST_F(CheckFile, givesTheNameInTheBytesThatThePedalGets) {
+    EXPECT_EQ(check("abcdefghijklmn.wav", goodWave()).name, "ABCDEFGHIJ");
+    EXPECT_EQ(check("x.WAV", goodWave()).name, "X.WAV");
+    EXPECT_EQ(check(".wav", goodWave()).name, "");
+    EXPECT_EQ(check(QString::fromUtf8("\xC3\xBC"
+                                      "ber.wav"),
+                    goodWave())
+                  .name,
+              "\xC3\x9C"
+              "BE");
+}
+
+TEST_F(CheckFile, takesTheKindFromTheExtensionAlone) {
+    EXPECT_TRUE(check("a.wAv", goodWave()).wave);
+    EXPECT_TRUE(check("a.AMP", ampFile({})).amp);
+    EXPECT_EQ(check("a.amp", goodWave()).refusal.toStdString(),
+              "it is 48 bytes long and ends before its checksum, which takes the bytes 2048 to 2051");
+    EXPECT_EQ(check("b.wav", ampFile({})).refusal.toStdString(),
+              "it is no wave file: byte 0 says \"\\x00\\x00\\x00\\x00\" instead of \"RIFF\"");
+}
+
+TEST_F(CheckFile, ofAnotherExtension_namesTheTwoThatThereAre) {
+    for (const char* const name : {"a.mp3", "a", "wav", "a.wav.bak", "a.wave", "a.wav ", "a.wav\n"}) {
+        EXPECT_EQ(check(name, goodWave()).refusal, "its name ends neither in \".wav\" nor in \".amp\"") << name;
+    }
+    EXPECT_EQ(refusal(""), "its name ends neither in \".wav\" nor in \".amp\"");
+    EXPECT_EQ(refusal("/"), "its name ends neither in \".wav\" nor in \".amp\"");
+    EXPECT_EQ(refusal(dir.write("a.wav", goodWave()) + "/"), "its name ends neither in \".wav\" nor in \".amp\"");
+}
+
+TEST_F(CheckFile, ofWhatCannotBeRead_givesTheReadersReason) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.path("fifo.wav")).constData(), 0600), 0);
+    ASSERT_TRUE(QDir().mkdir(dir.path("folder.amp")));
+    ASSERT_TRUE(QFile::link("/dev/zero", dir.path("zero.wav")));
+    EXPECT_EQ(refusal(dir.path("fifo.wav")), "it is a pipe, not a regular file");
+    EXPECT_EQ(refusal(dir.path("folder.amp")), "it is a folder, not a regular file");
+    EXPECT_EQ(refusal(dir.path("zero.wav")), "it is a device, not a regular file");
+    EXPECT_EQ(refusal(dir.path("missing.wav")), "it cannot be opened: No such file or directory");
+    EXPECT_EQ(check("empty.amp", {}).refusal, "it is empty");
+    EXPECT_EQ(refusal(dir.path("a.wav") + QChar::Null + ".wav"), "its name holds a NUL");
+}
+
+TEST_F(CheckFile, ofAWave_refusesRateAndDepthToo) {
+    EXPECT_EQ(check("a.wav", WaveFile{.sampleRate = 192000, .data = FileBytes(4)}.bytes()).refusal,
+              "its sample rate in Hz, at byte 24, is 192000; allowed are 44100, 48000, 88200 and 96000");
+    const FileReport report = check("a.wav", WaveFile{.bitsPerSample = 20, .data = FileBytes(4)}.bytes());
+    EXPECT_EQ(report.refusal,
+              "its number of bits per sample, at byte 34, is 20; allowed are 8, 16 and 24 (integers) and 32 (floats)");
+    EXPECT_FALSE(report.wave);
+    EXPECT_EQ(report.name, "");
+    EXPECT_TRUE(report.notes.isEmpty());
+}
+
+TEST_F(CheckFile, ofAWave_takesAnyPath) {
+    for (const char* const name : {"with space.wav", "\xC3\xA4\xE4\xB8\xAD.wav", "100%.wav", "%41.wav", "a#b?c.wav",
+                                   "a\\b.wav", "a\nb.wav", "[1].wav", "~.wav", "file:x.wav"}) {
+        EXPECT_EQ(check(QString::fromUtf8(name), goodWave()).refusal, "") << name;
+    }
+}
+
+TEST_F(CheckFile, goesFromTheWorkingDirectoryOn) {
+    ASSERT_TRUE(QDir::setCurrent(dir.path(".")));
+    check("a.wav", goodWave());
+    for (const char* const name : {":a.wav", "C:a.wav", "--a.wav"}) {
+        std::filesystem::copy_file("a.wav", name);
+        EXPECT_EQ(refusal(name), "") << name;
+    }
+    EXPECT_EQ(refusal("a.wav"), "");
+    EXPECT_EQ(refusal("./a.wav"), "");
+    EXPECT_EQ(refusal("b.wav"), "it cannot be opened: No such file or directory");
+    ASSERT_TRUE(QDir::setCurrent("/"));
+}
+
+TEST_F(CheckFile, takesSeveralSlashesAtTheFrontForOne) {
+    const QString path = check("A.wav", goodWave()).path;
+    EXPECT_EQ(refusal("/" + path), "");
+    EXPECT_EQ(refusal("///" + path), "");
+}
+
+TEST_F(CheckFile, ofAnAmpWhosePathNeedsEscapes_saysWhereItIsLookedForAndWhatToDo) {
+    const QString path = dir.path("x").chopped(1);
+    const auto expected = [&](const char* escaped) {
+        return "it is looked for as \"/" + path.toStdString() + escaped +
+               "\", since the escapes that a URL has for spaces, umlauts and the like stay in an amp model's path; "
+               "rename "
+               "or move it";
+    };
+    EXPECT_EQ(check("My Lead.amp", ampFile({})).refusal.toStdString(), expected("My%20Lead.amp"));
+    EXPECT_EQ(check(QString::fromUtf8("\xC3\xBC.amp"), ampFile({})).refusal.toStdString(), expected("%C3%BC.amp"));
+    EXPECT_EQ(check("%41.amp", ampFile({})).refusal.toStdString(), expected("%2541.amp"));
+    EXPECT_EQ(check("a\x1B[31m.amp", ampFile({})).refusal.toStdString(), expected("a%1B[31m.amp"));
+    ASSERT_TRUE(QDir().mkdir(dir.path("two words")));
+    EXPECT_EQ(check("two words/a.amp", ampFile({})).refusal.toStdString(), expected("two%20words/a.amp"));
+}
+
+TEST_F(CheckFile, ofAnAmpThatIsNoGoodAnyway_saysThatAndNothingOfItsPath) {
+    EXPECT_EQ(check("My Lead.amp", {}).refusal, "it is empty");
+    EXPECT_EQ(refusal(dir.path("no such.amp")), "it cannot be opened: No such file or directory");
+}
+
+TEST_F(CheckFile, ofAnAmpWhoseEscapedPathIsAnotherFile_readsThatOneAndSaysSo) {
+    check("My%20Lead.amp", ampFile(std::array<std::uint32_t, 1>{5}));
+    const FileReport report = check("My Lead.amp", ampFile({}));
+    ASSERT_TRUE(report.amp);
+    EXPECT_EQ(report.amp->checksum, 5U);
+    EXPECT_EQ(report.name, "My%20Lead");
+    EXPECT_EQ(report.notes,
+              QStringList{"it is not this file that is read, but \"/" + dir.path("My%20Lead.amp") + "\""});
+}
+
+TEST_F(CheckFile, offersFilesForACabSlotByTheirNames) {
+    EXPECT_TRUE(isForCabSlot("a.wav"));
+    EXPECT_TRUE(isForCabSlot("/nowhere/A.WAV"));
+    EXPECT_FALSE(isForCabSlot("a.amp"));
+    EXPECT_FALSE(isForCabSlot("wav"));
+    EXPECT_FALSE(isForCabSlot(""));
+}
+
+}  // namespace
+}  // namespace kelvo

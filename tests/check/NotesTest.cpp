@@ -1,0 +1,161 @@
+// Each note through the whole check of a file that has earned it, and no other.
+
+#include <gtest/gtest.h>
+
+#include <bit>
+
+#include "CheckFile.h"
+#include "Notes.h"
+#include "SampleFiles.h"
+
+namespace kelvo {
+namespace {
+
+/// Enough bytes for all 560 frames of 48000 Hz in 16 bits, and none of them zero.
+FileBytes sound(std::size_t size = 1120) {
+    return FileBytes(size, 0x11);
+}
+
+/// 512 singles of 0.186.
+FileBytes floats() {
+    return FileBytes(2048, 0x3E);
+}
+
+class CheckNotes : public testing::Test {
+protected:
+    std::string of(const FileBytes& bytes, const QString& name = "cab.wav") const {
+        const FileReport report = checkFile(dir.write(name, bytes));
+        EXPECT_EQ(report.refusal, "");
+        return report.notes.join('\n').toStdString();
+    }
+
+    const SampleDir dir;
+};
+
+TEST_F(CheckNotes, areNoneForSoundFiles) {
+    EXPECT_EQ(of(WaveFile{.data = sound()}.bytes()), "");
+    EXPECT_EQ(of(WaveFile{.sampleRate = 48000, .data = sound()}.bytes()), "");
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 24, .channels = 2, .data = sound(3072)}.bytes()), "");
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 32, .data = floats()}.bytes()), "");
+    EXPECT_EQ(of(ampFile({}), "a.amp"), "");
+}
+
+TEST_F(CheckNotes, ofChannelsThatGiveSilence_saySoOnce) {
+    EXPECT_EQ(of(WaveFile{.channels = 6, .data = sound(6144)}.bytes()),
+              "its 6 channels give silence; only one channel, or the first of two, is used");
+}
+
+TEST_F(CheckNotes, ofADataChunkThatDeclaresMoreThanThereIs) {
+    EXPECT_EQ(of(WaveFile{.data = sound(1024), .declaredDataSize = 2000}.bytes()),
+              "its \"data\" chunk, at byte 36, declares 2000 bytes of samples, of which the file holds 1024");
+    EXPECT_EQ(of(WaveFile{.data = sound(1024), .declaredDataSize = 1024}.bytes()), "");
+}
+
+TEST_F(CheckNotes, ofFramesThatAreMissing) {
+    EXPECT_EQ(of(WaveFile{.data = sound(1022)}.bytes()),
+              "1 of the 512 frames that are taken at 44100 Hz are missing and count as silence");
+    EXPECT_EQ(of(WaveFile{.sampleRate = 96000, .data = sound(240)}.bytes()),
+              "1000 of the 1120 frames that are taken at 96000 Hz are missing and count as silence");
+}
+
+TEST_F(CheckNotes, ofEightBitSamples) {
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 8, .data = sound(512)}.bytes()),
+              "its 8-bit samples are taken as they stand; their silence, 0x80, becomes negative full scale");
+}
+
+TEST_F(CheckNotes, ofFloatsThatWrap) {
+    FileBytes data;
+    append(data, std::bit_cast<std::uint32_t>(1.5F), 4);
+    append(data, std::bit_cast<std::uint32_t>(-1.5F), 4);
+    data.resize(2048);
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 32, .data = data}.bytes()),
+              "2 of the 512 frames used are not within -1.0 to 1.0 and wrap to other levels");
+}
+
+TEST_F(CheckNotes, ofAFormatTagThatIsNotFollowed) {
+    FileBytes bytes = WaveFile{.bitsPerSample = 32, .data = floats()}.bytes();
+    bytes[20] = 1;
+    EXPECT_EQ(of(bytes), "its format tag is 1, but 32-bit samples are always taken as floats (tag 3)");
+    bytes = WaveFile{.data = sound()}.bytes();
+    bytes[20] = 0x55;
+    EXPECT_EQ(of(bytes), "its format tag is 85, but 16-bit samples are always taken as integers (tag 1)");
+}
+
+TEST_F(CheckNotes, ofChunksThatStandInsideAnother) {
+    FileBytes bytes = WaveFile{.data = sound()}.bytes();
+    FileBytes list;
+    append(list, "LIST");
+    append(list, 18, 4);
+    append(list, "old data");
+    append(list, 1024, 4);
+    append(list, "123456");
+    bytes.insert(bytes.begin() + 36, list.begin(), list.end());
+    EXPECT_EQ(
+        of(bytes),
+        "its first \"data\", at byte 48, is used, though by the sizes of the chunks before it no chunk begins there");
+    bytes = WaveFile{.data = sound()}.bytes();
+    bytes.insert(bytes.begin() + 12, 'x');
+    EXPECT_EQ(
+        of(bytes),
+        "its first \"fmt \", at byte 13, is used, though by the sizes of the chunks before it no chunk begins there\n"
+        "its first \"data\", at byte 37, is used, though by the sizes of the chunks before it no chunk begins there");
+}
+
+TEST_F(CheckNotes, ofNothingButZeros) {
+    EXPECT_EQ(of(WaveFile{.data = FileBytes(1024)}.bytes()), "all its points are zero");
+}
+
+TEST_F(CheckNotes, ofThePedalsOwnFormat) {
+    FileBytes bytes;
+    append(bytes, "TavikIR");
+    bytes.resize(2048, 0x11);
+    EXPECT_EQ(of(bytes), "");
+    bytes.resize(512 + 36);
+    EXPECT_EQ(of(bytes), "500 of its 512 points are missing and count as silence");
+    bytes.resize(7);
+    EXPECT_EQ(of(bytes), "512 of its 512 points are missing and count as silence\nall its points are zero");
+}
+
+TEST_F(CheckNotes, ofAnAmpWithoutAChecksum) {
+    EXPECT_EQ(of({0, 0, 0, 0, '2', '.', '0'}, "a.amp"),
+              "it ends before its checksum and is accepted because its words add up to 0\n"
+              "511 of the 512 words are missing and are sent as 0");
+    FileBytes allWords(2048);
+    append(allWords, "2.0");
+    EXPECT_EQ(of(allWords, "a.amp"), "it ends before its checksum and is accepted because its words add up to 0");
+}
+
+TEST_F(CheckNotes, ofANameThatIsCut) {
+    EXPECT_EQ(of(WaveFile{.data = sound()}.bytes(), "Vintage 4x12.wav"),
+              "its name is cut; the whole one is \"VINTAGE 4X12\"");
+    EXPECT_EQ(of(ampFile({}), "abcdefghijk.amp"), "its name is cut; the whole one is \"abcdefghijk\"");
+    EXPECT_EQ(of(ampFile({}), "abcdefghij.amp"), "");
+}
+
+TEST(NameNotes, tellWhenTheCutIsInsideACharacter) {
+    EXPECT_EQ(nameNotes("\xC3\x9C"
+                        "B\xC3",
+                        QString::fromUtf8("\xC3\x9C"
+                                          "B\xC3\x9C"
+                                          "B")),
+              (QStringList{QString::fromUtf8("its name is cut inside a character; the whole one is \"\xC3\x9C"
+                                             "B\xC3\x9C"
+                                             "B\""),
+                           "its name is not all printable ASCII; the pedal gets the bytes c3 9c 42 c3"}));
+}
+
+TEST(NameNotes, showUnprintableNamesInBytes) {
+    EXPECT_EQ(nameNotes("A\x1B\n", "A\x1B\n"),
+              QStringList{"its name is not all printable ASCII; the pedal gets the bytes 41 1b 0a"});
+    EXPECT_EQ(nameNotes("A\x1B", "A\x1B["),
+              (QStringList{"its name is cut; the whole one is \"A\\x1b[\"",
+                           "its name is not all printable ASCII; the pedal gets the bytes "
+                           "41 1b"}));
+    EXPECT_EQ(nameNotes("A\x7F", "A\x7F"),
+              QStringList{"its name is not all printable ASCII; the pedal gets the bytes 41 7f"});
+    EXPECT_EQ(nameNotes("", ""), QStringList());
+    EXPECT_EQ(nameNotes(" ~", " ~"), QStringList());
+}
+
+}  // namespace
+}  // namespace kelvo

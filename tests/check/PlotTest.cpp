@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <cmath>
+
+#include "Plot.h"
+#include "SampleFiles.h"
+
+namespace kelvo {
+namespace {
+
+// Where the two curves are drawn.
+constexpr QRect kTimeArea(97, 61, 872, 248);
+constexpr QRect kFrequencyArea(97, 386, 872, 248);
+
+PointLevels impulse(float level) {
+    PointLevels levels{};
+    levels[0] = level;
+    return levels;
+}
+
+bool isCurve(QRgb pixel) {
+    return qBlue(pixel) - qRed(pixel) > 60;
+}
+
+/// The middle of the curve's rows in a column; -1 where there is no curve.
+int curveRow(const QImage& picture, const QRect& area, int column) {
+    int sum = 0;
+    int count = 0;
+    for (int row = area.top(); row <= area.bottom(); ++row) {
+        if (isCurve(picture.pixel(column, row))) {
+            sum += row;
+            ++count;
+        }
+    }
+    return count == 0 ? -1 : sum / count;
+}
+
+int curvePixels(const QImage& picture, const QRect& area) {
+    int count = 0;
+    for (int column = area.left(); column <= area.right(); ++column) {
+        for (int row = area.top(); row <= area.bottom(); ++row) {
+            count += isCurve(picture.pixel(column, row)) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+TEST(Plot, is1000By700AndMostlyPaper) {
+    const QImage picture = plotPoints("a.wav", impulse(1.0F));
+    EXPECT_EQ(picture.size(), QSize(1000, 700));
+    EXPECT_EQ(picture.pixel(2, 2), 0xFFFFFFFF);
+    EXPECT_EQ(picture.pixel(997, 697), 0xFFFFFFFF);
+}
+
+TEST(Plot, drawsTheLevelsOverTime) {
+    PointLevels levels;
+    std::fill(levels.begin(), levels.begin() + 256, 1.0F);
+    std::fill(levels.begin() + 256, levels.end(), -0.5F);
+    const QImage picture = plotPoints("a.wav", levels);
+    EXPECT_EQ(curveRow(picture, kTimeArea, 103), -1);          // before 0 ms
+    EXPECT_NEAR(curveRow(picture, kTimeArea, 300), 66, 1);     // 1.0 of 1.05
+    EXPECT_NEAR(curveRow(picture, kTimeArea, 529), 66, 1);     // 5.75 ms
+    EXPECT_NEAR(curveRow(picture, kTimeArea, 537), 244.5, 1);  // 5.84 ms
+    EXPECT_NEAR(curveRow(picture, kTimeArea, 952), 244.5, 1);
+    EXPECT_EQ(curveRow(picture, kTimeArea, 960), -1);  // behind 11.6 ms
+}
+
+TEST(Plot, drawsAQuietResponseAsLargeAsALoudOne) {
+    PointLevels quiet;
+    quiet.fill(0.002F);
+    EXPECT_NEAR(curveRow(plotPoints("a.wav", quiet), kTimeArea, 500), 66, 1);
+}
+
+TEST(Plot, drawsTheGainOverTheFrequency) {
+    const QImage picture = plotPoints("a.wav", impulse(0.5F));
+    for (const int column : {104, 500, 960}) {
+        EXPECT_NEAR(curveRow(picture, kFrequencyArea, column), 410, 1);  // -6.02 dB, 0 dB is the top
+    }
+}
+
+TEST(Plot, putsLowFrequenciesToTheLeft) {
+    PointLevels levels{};
+    levels[0] = levels[1] = 0.5F;  // 0 dB at 20 Hz, -14.5 dB at 19.4 kHz; 10 dB is the top
+    const QImage picture = plotPoints("a.wav", levels);
+    EXPECT_NEAR(curveRow(picture, kFrequencyArea, 300), 427, 1);
+    EXPECT_NEAR(curveRow(picture, kFrequencyArea, 966), 487, 2);
+}
+
+TEST(Plot, cutsTheCurveOffAtItsFrame) {
+    PointLevels levels = impulse(0.5F);
+    levels[2] = 0.5F;  // nothing is left at 11025 Hz
+    const QImage picture = plotPoints("a.wav", levels);
+    EXPECT_EQ(curvePixels(picture, QRect(0, 640, 1000, 60)), 0);
+    EXPECT_GT(curveRow(picture, kFrequencyArea, 895), 550);
+}
+
+TEST(Plot, ofSilenceHasALineAtZeroAndNoGain) {
+    const QImage picture = plotPoints("a.wav", {});
+    EXPECT_NEAR(curveRow(picture, kTimeArea, 500), 185, 1);
+    EXPECT_EQ(curvePixels(picture, kFrequencyArea), 0);
+}
+
+TEST(Plot, differsFromAnotherOnlyWhereTheCurvesDo) {
+    PointLevels levels = impulse(0.5F);
+    const QImage one = plotPoints("a.wav", levels);
+    levels[0] = -0.5F;
+    const QImage other = plotPoints("a.wav", levels);
+    QRect changed;
+    for (int column = 0; column < 1000; ++column) {
+        for (int row = 0; row < 700; ++row) {
+            if (one.pixel(column, row) != other.pixel(column, row)) {
+                changed |= QRect(column, row, 1, 1);
+            }
+        }
+    }
+    EXPECT_TRUE(QRect(96, 60, 25, 250).contains(changed)) << changed.left() << ' ' << changed.right();
+    EXPECT_GT(changed.height(), 220);
+}
+
+TEST(Plot, keepsALongTitleInItsLine) {
+    const QImage picture = plotPoints(QString(5000, 'W'), {});
+    for (int row = 0; row < 700; ++row) {
+        ASSERT_EQ(picture.pixel(972, row), 0xFFFFFFFF) << row;
+    }
+}
+
+TEST(SavedPicture, isAPngThatReplacesWhatWasThere) {
+    const SampleDir dir;
+    const QString path = dir.write("x.png", FileBytes(500000));
+    EXPECT_EQ(savePicture(plotPoints("a.wav", impulse(1.0F)), path), "");
+    EXPECT_EQ(QImage(path, "PNG").size(), QSize(1000, 700));
+    EXPECT_LT(QFileInfo(path).size(), 200000);
+}
+
+TEST(SavedPicture, thatCannotBeWrittenSaysWhy) {
+    const SampleDir dir;
+    const QImage picture(10, 10, QImage::Format_RGB32);
+    EXPECT_EQ(savePicture(picture, dir.path("no/x.png")), "No such file or directory");
+    EXPECT_EQ(savePicture(picture, dir.path(".")), "Is a directory");
+    EXPECT_EQ(savePicture(picture, "/dev/full"), "No space left on device");
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,170 @@
+// The program itself, as a process without a display.
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+
+#include "SampleFiles.h"
+
+namespace kelvo {
+namespace {
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class Program : public testing::Test {
+protected:
+    Outcome run(const QStringList& arguments) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "LANG"}) {
+            environment.remove(name);
+        }
+        environment.insert("LC_ALL", "C");
+        environment.insert("QT_QPA_PLATFORM", "no-such-platform");
+        // A sanitizer's own summary would be taken for the program's.
+        environment.insert("LSAN_OPTIONS", environment.value("LSAN_OPTIONS") + ":print_suppressions=0");
+        process.setProcessEnvironment(environment);
+        process.start(KELVO_CHECK, arguments);
+        EXPECT_TRUE(process.waitForFinished(60000)) << process.errorString().toStdString();
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+                process.readAllStandardError().toStdString()};
+    }
+
+    QString wave(const QString& name = "a.wav") const {
+        return dir.write(name, WaveFile{.data = FileBytes(1024, 0x11)}.bytes());
+    }
+
+    const SampleDir dir;
+    QProcess process;
+};
+
+TEST_F(Program, ofTheSamples_printsWhatItAlwaysDid) {
+    QFile golden(KELVO_GOLDEN "/samples.txt");
+    ASSERT_TRUE(golden.open(QIODevice::ReadOnly));
+    process.setWorkingDirectory(KELVO_SAMPLES);
+    const Outcome result =
+        run({"Bright.wav", "Closed Back 4x12.wav", "Dusty.wav", "Lead.amp", "Open Back.wav", "Room.wav", "Wide.wav"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, golden.readAll().toStdString());
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Program, goesOnBehindARefusedFileAndEndsWith1) {
+    process.setWorkingDirectory(dir.path("."));
+    wave();
+    const Outcome result = run({"no.wav", "a.wav", "a.mp3"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out,
+              "no.wav: refused: it cannot be opened: No such file or directory\n"
+              "a.wav: accepted\n"
+              "  kind:     impulse response, for a CAB slot\n"
+              "  name:     \"A\"\n"
+              "  rate:     44100 Hz\n"
+              "  depth:    16-bit integer\n"
+              "  channels: 1\n"
+              "  frames:   512 in the file, 512 used\n"
+              "  peak:     -17.50 dBFS (0.133331 of full scale)\n"
+              "a.mp3: refused: its name ends neither in \".wav\" nor in \".amp\"\n");
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Program, readsNamesThatAreNotAsciiInAnyLocale) {
+    const Outcome result =
+        run({wave(QString::fromUtf8("\xC3\x9C"
+                                    "ber.wav"))});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.out.find("/\xC3\x9C"
+                              "ber.wav: accepted\n  kind:     impulse response, for a CAB slot\n"
+                              "  name:     \"\xC3\x9C"
+                              "BE\"\n"),
+              std::string::npos)
+        << result.out;
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Program, letsNoControlThroughToTheTerminal) {
+    process.setWorkingDirectory(dir.path("."));
+    const Outcome result = run({"\x1B[31m\n.amp"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "\\x1b[31m\\x0a.amp: refused: it cannot be opened: No such file or directory\n");
+    EXPECT_EQ(run({"--\x1B[31m"}).err, "kelvo-check: Unknown option '\\x1b[31m'.\nTry 'kelvo-check --help'.\n");
+}
+
+TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
+    const QString file = wave();
+    const QString amp = dir.write("a.amp", ampFile({}));
+    const QString picture = dir.path("x.png");
+    for (const QStringList& arguments :
+         {QStringList{}, QStringList{"--"}, QStringList{"--polt", file}, QStringList{file, "--plot"},
+          QStringList{"--plot", picture}, QStringList{"--plot", picture, file, file}, QStringList{"--plot", file, file},
+          QStringList{"--plot", picture, amp}, QStringList{"-h"}}) {
+        const Outcome result = run(arguments);
+        EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
+        EXPECT_EQ(result.out, "");
+        EXPECT_TRUE(result.err.starts_with("kelvo-check: ")) << result.err;
+        EXPECT_TRUE(result.err.ends_with(".\nTry 'kelvo-check --help'.\n")) << result.err;
+    }
+    EXPECT_FALSE(QFileInfo::exists(picture));
+}
+
+TEST_F(Program, showsItsHelpAndItsVersion) {
+    const Outcome help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.out.starts_with("usage: kelvo-check [--plot OUT.png] FILE...\n")) << help.out;
+    for (const char* const option : {"  --plot OUT.png  ", "  --help  ", "  --version  "}) {
+        EXPECT_NE(help.out.find(option), std::string::npos) << option;
+    }
+    EXPECT_EQ(help.err, "");
+    const Outcome version = run({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out, "kelvo-check " KELVO_VERSION "\n");
+    EXPECT_EQ(version.err, "");
+}
+
+TEST_F(Program, plotsOneWaveWithoutADisplay) {
+    const QString picture = dir.path("x.png");
+    const Outcome result = run({"--plot", picture, wave()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.out.find(": accepted\n"), std::string::npos);
+    EXPECT_EQ(result.err, "");
+    const QImage saved(picture, "PNG");
+    ASSERT_EQ(saved.size(), QSize(1000, 700));
+    EXPECT_NE(saved.pixel(500, 106), 0xFFFFFFFF);  // 0.1333 of at most 0.21
+    EXPECT_EQ(saved.pixel(500, 95), 0xFFFFFFFF);
+}
+
+TEST_F(Program, plotsNothingOfARefusedFileAndLeavesThePictureThatWasThere) {
+    const QString picture = dir.write("x.png", FileBytes{1, 2, 3});
+    const Outcome result = run({"--plot", picture, dir.write("a.wav", {})});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.out.ends_with(": refused: it is empty\n")) << result.out;
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(QFileInfo(picture).size(), 3);
+}
+
+TEST_F(Program, endsWith2WhenThePictureCannotBeWritten) {
+    process.setWorkingDirectory(dir.path("."));
+    const Outcome result = run({"--plot", "no/\n.png", wave()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.out.find(": accepted\n"), std::string::npos);
+    EXPECT_EQ(result.err, "kelvo-check: no/\\x0a.png cannot be written: No such file or directory\n");
+    ASSERT_TRUE(QFile::link("/dev/full", dir.path("full.png")));
+    EXPECT_EQ(run({"--plot", "full.png", wave()}).err,
+              "kelvo-check: full.png cannot be written: No space left on device\n");
+}
+
+TEST_F(Program, endsWith2WhenItsReportCannotBeWritten) {
+    process.setStandardOutputFile("/dev/full");
+    const Outcome result = run({wave()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, "kelvo-check: the report cannot be written\n");
+}
+
+}  // namespace
+}  // namespace kelvo

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include "ReportText.h"
+
+namespace kelvo {
+namespace {
+
+FileReport wave(const WaveFormat& format, float peak) {
+    FileReport report{.path = "a.wav", .name = "CAB"};
+    report.wave = {.format = format, .framesInFile = 700, .framesUsed = 560, .peak = peak};
+    return report;
+}
+
+/// The one line of the text that begins with `label`.
+std::string line(const FileReport& report, const QString& label) {
+    const QStringList lines = reportText(report).split('\n').filter("  " + label);
+    EXPECT_EQ(lines.size(), 1) << label.toStdString();
+    return lines.value(0).toStdString();
+}
+
+TEST(ReportText, ofARefusalIsOneLine) {
+    EXPECT_EQ(reportText({.path = "dir/a.wav", .refusal = "it is empty"}), "dir/a.wav: refused: it is empty\n");
+}
+
+TEST(ReportText, ofAWave) {
+    EXPECT_EQ(reportText(wave({48000, 16, 1}, 0.5F)).toStdString(),
+              "a.wav: accepted\n"
+              "  kind:     impulse response, for a CAB slot\n"
+              "  name:     \"CAB\"\n"
+              "  rate:     48000 Hz\n"
+              "  depth:    16-bit integer\n"
+              "  channels: 1\n"
+              "  frames:   700 in the file, 560 used\n"
+              "  peak:     -6.02 dBFS (0.500000 of full scale)\n");
+}
+
+TEST(ReportText, ofThePedalsOwnFormatHasNoLinesForAHeader) {
+    FileReport report{.path = "a.wav"};
+    report.wave = {.framesInFile = 512, .framesUsed = 512, .peak = 1.0F};
+    EXPECT_EQ(reportText(report).toStdString(),
+              "a.wav: accepted\n"
+              "  kind:     impulse response in the pedal's own format, for a CAB slot\n"
+              "  name:     none; the slot shows its number only\n"
+              "  frames:   512 in the file, 512 used\n"
+              "  peak:     0.00 dBFS (1.000000 of full scale)\n");
+}
+
+TEST(ReportText, ofAnAmp) {
+    FileReport report{.path = "a.amp", .name = "Lead"};
+    report.amp = {.words = 512, .checksum = 0x0000ABCD};
+    EXPECT_EQ(reportText(report).toStdString(),
+              "a.amp: accepted\n"
+              "  kind:     amp model, for an AMP slot\n"
+              "  name:     \"Lead\"\n"
+              "  words:    512 of 512\n"
+              "  checksum: 0x0000abcd\n");
+    report.amp = {.words = 1};
+    EXPECT_EQ(line(report, "words:"), "  words:    1 of 512");
+    EXPECT_EQ(line(report, "checksum:"), "  checksum: none");
+}
+
+TEST(ReportText, tellsFloatsFromIntegersAndWhichChannelIsUsed) {
+    EXPECT_EQ(line(wave({44100, 32, 2}, 1), "depth:"), "  depth:    32-bit float");
+    EXPECT_EQ(line(wave({44100, 24, 2}, 1), "depth:"), "  depth:    24-bit integer");
+    EXPECT_EQ(line(wave({44100, 24, 2}, 1), "channels:"), "  channels: 2, the first is used");
+    EXPECT_EQ(line(wave({44100, 24, 6}, 1), "channels:"), "  channels: 6, none of which is used");
+}
+
+TEST(ReportText, givesThePeakInHundredthsOfADecibelAndNoMinusBeforeZero) {
+    EXPECT_EQ(line(wave({44100, 24, 1}, 0.0F), "peak:"), "  peak:     none");
+    EXPECT_EQ(line(wave({44100, 24, 1}, 0.99999988F), "peak:"), "  peak:     0.00 dBFS (1.000000 of full scale)");
+    EXPECT_EQ(line(wave({44100, 24, 1}, 0.00000011920929F), "peak:"),
+              "  peak:     -138.47 dBFS (0.000000 of full scale)");
+}
+
+TEST(ReportText, hasALineForEachNote) {
+    FileReport report{.path = "a.amp", .name = "L"};
+    report.amp = {.words = 512, .checksum = 0};
+    report.notes = {"one thing", "another"};
+    EXPECT_TRUE(reportText(report).endsWith("  checksum: 0x00000000\n  note:     one thing\n  note:     another\n"));
+}
+
+TEST(ReportText, letsNoControlOfAFilesNameThrough) {
+    EXPECT_EQ(reportText({.path = "\x1B]0;x\a\n%1.wav", .refusal = "it is empty"}).toStdString(),
+              "\\x1b]0;x\\x07\\x0a%1.wav: refused: it is empty\n");
+    FileReport report{.path = "a.amp", .name = "\x1B[2J%1\xFF"};
+    report.amp = {.words = 512, .checksum = 0};
+    EXPECT_EQ(line(report, "name:"), "  name:     \"\\x1b[2J%1\\xff\"");
+}
+
+}  // namespace
+}  // namespace kelvo

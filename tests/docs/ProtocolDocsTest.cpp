@@ -1,0 +1,179 @@
+// Every example in docs/protocol.md against what the program sends and reads.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <fstream>
+#include <memory>
+
+#include "AppHarness.h"
+#include "DataUnpacking.h"
+#include "Driver.h"
+#include "FrameSearch.h"
+#include "ProtocolExamples.h"
+#include "RecordingApp.h"
+#include "Ring.h"
+#include "SampleFiles.h"
+#include "ScriptedLink.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::IsEmpty;
+
+/// The examples of the page; throws when there is no such page.
+ProtocolExamples documented() {
+    std::ifstream page(KELVO_PROTOCOL_PAGE);
+    page.exceptions(std::ios::badbit);
+    if (!page) {
+        throw std::runtime_error("cannot read " KELVO_PROTOCOL_PAGE);
+    }
+    return readExamples(page);
+}
+
+/// An example to the pedal, and which of the session's frames or reports it shows, counted from 0.
+struct Sent {
+    const char* example;
+    std::size_t index;
+};
+
+constexpr Sent kFrames[] = {{"Connect query", 0},   {"IR data packet", 1},  {"IR name packet", 4},
+                            {"AMP data packet", 8}, {"AMP name packet", 9}, {"Deletion", 10}};
+constexpr Sent kReports[] = {{"Connect query in its report", 0}, {"IR name packet in its report", 28}};
+
+/// All output reports of the session that the page tells of: start, one import of each kind, a deletion.
+std::vector<Report> sessionReports() {
+    WaveFile wave{.bitsPerSample = 24};
+    std::array<std::uint32_t, 512> words{};
+    for (std::uint32_t i = 0; i < 512; ++i) {
+        append(wave.data, i * 0x010203U, 3);
+        words[i] = i * 0x01020304U;
+    }
+    const SampleDir files;
+    RunningApp app;
+    app.start();
+    app.importIR(4, files.write("mycab.wav", wave.bytes()));
+    EXPECT_TRUE(app.waitForChanges(1));
+    app.importAMP(2, files.write("clean.amp", ampFile(words)));
+    EXPECT_TRUE(app.waitForChanges(2));
+    app.controller.ImportIRTableV().selectRow(3);
+    click(app.controller.deleteIR());
+    app.services.alerts.at(0).answer(1000);
+    EXPECT_TRUE(app.waitForChanges(3));
+    return app.manager.activity().outputReports;
+}
+
+void expectToShow(const ProtocolExample& example, const Bytes& sent) {
+    const auto& [head, leftOut, tail] = example;
+    ASSERT_EQ(head.size() + leftOut + tail.size(), sent.size());
+    EXPECT_EQ(head, Bytes(sent.begin(), sent.begin() + std::ssize(head)));
+    EXPECT_EQ(tail, Bytes(sent.end() - std::ssize(tail), sent.end()));
+}
+
+TEST(ProtocolDocs, showTheFramesAndReportsThatGoToThePedal) {
+    const ProtocolExamples examples = documented();
+    const std::vector<Report> reports = sessionReports();
+    ASSERT_EQ(reports.size(), 75U);
+    Bytes stream;
+    for (const Report& report : reports) {
+        stream.insert(stream.end(), report.begin() + 1, report.begin() + 1 + report[0]);
+    }
+    const std::vector<Bytes> frames = framesIn(stream);
+    ASSERT_EQ(frames.size(), 11U);
+    for (const auto& [name, index] : kFrames) {
+        SCOPED_TRACE(name);
+        expectToShow(examples.at(name), frames[index]);
+    }
+    for (const auto& [name, index] : kReports) {
+        SCOPED_TRACE(name);
+        expectToShow(examples.at(name), Bytes(reports[index].begin(), reports[index].end()));
+    }
+}
+
+/// An example from the pedal: at which of its bytes the frame begins, and what the page says comes of it.
+struct Heard {
+    const char* example;
+    std::ptrdiff_t begin;
+    void (*expectEffect)(const KelvoAppDelegate& controller, const Bytes& sent);
+};
+
+void expectSecondIRPacket(const KelvoAppDelegate& controller, const Bytes& sent) {
+    EXPECT_EQ(controller.transferState().IRTick, 2);
+    ASSERT_EQ(sent.size(), 521U);
+    EXPECT_EQ(sent[6], 2);
+}
+
+const Heard kHeard[] = {
+    {"CAB names", 0,
+     [](const KelvoAppDelegate& controller, const Bytes&) {
+         EXPECT_EQ(controller.IRNameArr(),
+                   (QStringList{"27.BRIGHT", "28.", "29.ROOM", "30.4X12", "31.", "32.", "33.", "34.", "35.", "36."}));
+     }},
+    {"AMP names", 0,
+     [](const KelvoAppDelegate& controller, const Bytes&) {
+         EXPECT_EQ(controller.AMPNameArr().mid(0, 3), (QStringList{"56.CLEAN     ", "57.LEAD      ", "58.          "}));
+     }},
+    {"Progress 199", 0,
+     [](const KelvoAppDelegate& controller, const Bytes&) { EXPECT_EQ(controller.PRESET_PARAValue(), 199); }},
+    {"Acknowledgement of IR phase 1", 0, expectSecondIRPacket},
+    {"Acknowledgement of AMP phase 5", 0,
+     [](const KelvoAppDelegate& controller, const Bytes& sent) {
+         EXPECT_THAT(sent, IsEmpty());
+         EXPECT_EQ(controller.transferState().IRTick, 0);
+     }},
+    {"Frame behind a stray header byte", 1, expectSecondIRPacket},
+};
+
+/// The frames that the unpacker makes of bytes from the pedal, within one tick.
+std::vector<RecordingApp::Frame> unpacked(const Bytes& bytes) {
+    RecordingApp app;
+    DUP_init();
+    EXPECT_TRUE(putRX_buffer(bytes.data(), static_cast<std::uint32_t>(bytes.size())));
+    DUP_Unpack();
+    EXPECT_THAT(takeRing(), IsEmpty());
+    return app.frames();
+}
+
+class FromThePedal : public testing::TestWithParam<Heard> {};
+
+TEST_P(FromThePedal, comesOutOfTheUnpackerWholeAndDoesWhatThePageSays) {
+    const auto& [name, begin, expectEffect] = GetParam();
+    const ProtocolExample example = documented().at(name);
+    ASSERT_EQ(example.leftOut, 0U);
+    const std::vector<RecordingApp::Frame> frames = unpacked(example.head);
+    ASSERT_EQ(frames.size(), 1U);
+    const Bytes whole(example.head.begin() + begin, example.head.end());
+    EXPECT_EQ(Bytes(frames[0].begin(), frames[0].begin() + std::ssize(whole)), whole);
+
+    ScriptedLink link;
+    ASSERT_TRUE(link.attach());
+    ScriptedServices services;
+    KelvoAppDelegate controller(link.manager, services.functions());
+    controller.CMD_CallBack(frames[0]);
+    expectEffect(controller, link.device->sentBytes());
+}
+
+INSTANTIATE_TEST_SUITE_P(Examples, FromThePedal, testing::ValuesIn(kHeard));
+
+TEST(ProtocolDocs, holdTheExamplesThatAreCheckedHereAndNoOthers) {
+    std::vector<std::string> checked;
+    for (const Sent& sent : kFrames) {
+        checked.emplace_back(sent.example);
+    }
+    for (const Sent& sent : kReports) {
+        checked.emplace_back(sent.example);
+    }
+    for (const Heard& heard : kHeard) {
+        checked.emplace_back(heard.example);
+    }
+    std::vector<std::string> found;
+    for (const auto& [name, example] : documented()) {
+        found.push_back(name);
+    }
+    EXPECT_THAT(found, testing::UnorderedElementsAreArray(checked));
+}
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,185 @@
+// The words in which the readers refuse a file, each where it belongs.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+
+#include "AMPFile.h"
+#include "RVIRFile.h"
+#include "ReadHook.h"
+#include "SampleFiles.h"
+#include "WholeFile.h"
+
+namespace kelvo {
+namespace {
+
+class Refusal : public testing::Test {
+protected:
+    void TearDown() override { readHook = nullptr; }
+
+    /// Why the file cannot be read whole; the readers of both kinds must say the same.
+    static std::string ofFile(const QString& path) {
+        QString refusal = QStringLiteral("old");
+        EXPECT_EQ(readWholeFile(path, &refusal).has_value(), refusal.isEmpty());
+        RVIRFile wave;
+        EXPECT_FALSE(wave.OpenFilePath(path));
+        AMPFile amp;
+        EXPECT_FALSE(amp.readModel(path));
+        EXPECT_EQ(wave.refusal, refusal);
+        EXPECT_EQ(amp.refusal, refusal);
+        return refusal.toStdString();
+    }
+    std::string ofWave(const FileBytes& bytes) const {
+        RVIRFile file;
+        std::array<std::uint32_t, kIRPointCount> points{};
+        EXPECT_FALSE(file.OpenFilePath(dir.write("a.wav", bytes)) && file.GetIRDataBuffer(points));
+        return file.refusal.toStdString();
+    }
+    std::string ofAmp(const FileBytes& bytes) const {
+        AMPFile file;
+        EXPECT_FALSE(file.OpenFile(dir.write("a.amp", bytes)));
+        return file.refusal.toStdString();
+    }
+    QString sparse(off_t size) const {
+        const QString path = dir.write("sparse", FileBytes(1));
+        EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), size), 0);
+        return path;
+    }
+
+    const SampleDir dir;
+};
+
+TEST_F(Refusal, ofWhatIsNoRegularFile) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.path("fifo")).constData(), 0600), 0);
+    EXPECT_EQ(ofFile(dir.path(".")), "it is a folder, not a regular file");
+    EXPECT_EQ(ofFile(dir.path("fifo")), "it is a pipe, not a regular file");
+    EXPECT_EQ(ofFile("/dev/zero"), "it is a device, not a regular file");
+}
+
+TEST_F(Refusal, ofWhatCannotBeOpened) {
+    EXPECT_EQ(ofFile(dir.path("missing")), "it cannot be opened: No such file or directory");
+    EXPECT_EQ(ofFile(dir.write("a", FileBytes(1)) + "/b"), "it cannot be opened: Not a directory");
+    EXPECT_EQ(ofFile(dir.path(QString::fromUtf8("x\xFF.wav"))),
+              "it cannot be opened: No such file or directory (its name may not be valid UTF-8)");
+    EXPECT_EQ(ofFile(QString("a") + QChar::Null), "its name holds a NUL");
+}
+
+// Root may read everything, so this thread looks at the file as somebody else.
+TEST_F(Refusal, ofAFileThatTheUserMayNotRead) {
+    const QString path = dir.write("private", FileBytes(1));
+    ASSERT_EQ(::chmod(QFile::encodeName(dir.path(".")).constData(), 0755), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0000), 0);
+    ::setfsuid(65534);
+    const std::string refusal = ofFile(path);
+    ::setfsuid(::geteuid());
+    EXPECT_EQ(refusal, "it cannot be opened: Permission denied");
+}
+
+TEST_F(Refusal, ofALengthThatIsNone) {
+    EXPECT_EQ(ofFile(dir.write("empty", {})), "it is empty");
+    EXPECT_EQ(ofFile(sparse(0x100000000)), "it is 4294967296 bytes long; at most 4294967295 are allowed");
+}
+
+TEST_F(Refusal, ofAFileThatShrinksWhileItIsRead) {
+    const QString path = dir.write("a", FileBytes(8));
+    readHook = [&](int fd, void* buffer, std::size_t size) {
+        EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
+        return __real_read(fd, buffer, size);
+    };
+    QString refusal;
+    EXPECT_FALSE(readWholeFile(path, &refusal));
+    EXPECT_EQ(refusal.toStdString(), "it ended at byte 5 of 8 while it was read");
+}
+
+TEST_F(Refusal, ofAFileWhoseReadFails) {
+    readHook = [](int, void*, std::size_t) -> ssize_t {
+        errno = EIO;
+        return -1;
+    };
+    EXPECT_EQ(ofFile(dir.write("a", FileBytes(8))), "it cannot be read: Input/output error");
+}
+
+TEST_F(Refusal, ofOtherContainers_saysWhatStandsThere) {
+    FileBytes bytes = WaveFile{.data = FileBytes(4)}.bytes();
+    std::ranges::copy(std::string_view("RF64"), bytes.begin());
+    EXPECT_EQ(ofWave(bytes), "it is no wave file: byte 0 says \"RF64\" instead of \"RIFF\"");
+    std::ranges::copy(std::string_view("RIFF"), bytes.begin());
+    std::ranges::copy(std::string_view("A%2 "), bytes.begin() + 8);
+    EXPECT_EQ(ofWave(bytes), "it is no wave file: byte 8 says \"A%2 \" instead of \"WAVE\"");
+    EXPECT_EQ(ofWave({'I', 'D', '3', 3, 0}), "it is no wave file: byte 0 says \"ID3\\x03\" instead of \"RIFF\"");
+    EXPECT_EQ(ofWave({'R'}), "it is no wave file: byte 0 says \"R\" instead of \"RIFF\"");
+    EXPECT_EQ(ofWave({'R', 'I', 'F', 'F'}), "it is no wave file: byte 8 says \"\" instead of \"WAVE\"");
+}
+
+TEST_F(Refusal, ofAMissingChunk) {
+    FileBytes bytes = WaveFile{.data = FileBytes(4)}.bytes();
+    bytes[36] = 'D';
+    EXPECT_EQ(ofWave(bytes), "it has no \"data\" chunk");
+    bytes[12] = 'F';
+    EXPECT_EQ(ofWave(bytes), "it has no \"fmt \" chunk");
+}
+
+TEST_F(Refusal, ofAChunkThatTheEndCutsOff) {
+    FileBytes bytes = WaveFile{}.bytes();
+    bytes.resize(41);
+    EXPECT_EQ(
+        ofWave(bytes),
+        "its \"data\" chunk, at byte 36, is cut off by the end of the file after 5 of the 8 bytes that it needs at "
+        "least");
+    bytes.resize(35);
+    EXPECT_EQ(
+        ofWave(bytes),
+        "its \"fmt \" chunk, at byte 12, is cut off by the end of the file after 23 of the 24 bytes that it needs "
+        "at least");
+}
+
+TEST_F(Refusal, ofRateDepthAndChannels_saysWhereTheyStandAndWhatIsAllowed) {
+    const FileBytes data(16);
+    EXPECT_EQ(ofWave(WaveFile{.sampleRate = 22050, .data = data}.bytes()),
+              "its sample rate in Hz, at byte 24, is 22050; allowed are 44100, 48000, 88200 and 96000");
+    EXPECT_EQ(ofWave(WaveFile{.channels = 0, .data = data}.bytes()),
+              "its number of channels, at byte 22, is 0; allowed are 1 and 2");
+    for (const std::uint32_t bits : {4, 12, 64}) {
+        EXPECT_EQ(ofWave(WaveFile{.bitsPerSample = bits, .data = data}.bytes()),
+                  "its number of bits per sample, at byte 34, is " + std::to_string(bits) +
+                      "; allowed are 8, 16 and 24 (integers) and 32 (floats)");
+    }
+}
+
+TEST_F(Refusal, ofAnAmpWithoutItsChecksum) {
+    EXPECT_EQ(ofAmp({1, 0, 0, 0, '2', '.', '0'}),
+              "it is 7 bytes long and ends before its checksum, which takes the bytes 2048 to 2051");
+}
+
+TEST_F(Refusal, ofAWrongChecksum_givesBothSums) {
+    FileBytes bytes = ampFile({});
+    bytes[3] = 0x0A;
+    bytes[2048] = 0xFF;
+    EXPECT_EQ(ofAmp(bytes), "its words add up to 0x0a000000, but its checksum, at byte 2048, is 0x000000ff");
+}
+
+TEST_F(Refusal, ofAWrongTrailer_givesWhatStandsThere) {
+    FileBytes bytes = ampFile({});
+    append(bytes, "\n");
+    EXPECT_EQ(ofAmp(bytes), "its last three bytes are \".0\\x0a\" instead of \"2.0\"");
+    EXPECT_EQ(ofAmp({'0'}), "its last three bytes are \"0\" instead of \"2.0\"");
+}
+
+TEST_F(Refusal, isEmptyOnceAFileIsAccepted) {
+    RVIRFile wave;
+    EXPECT_FALSE(wave.OpenFilePath(dir.path("missing")));
+    EXPECT_TRUE(wave.OpenFilePath(dir.write("a.wav", WaveFile{.data = FileBytes(4)}.bytes())));
+    EXPECT_EQ(wave.refusal, "");
+    AMPFile amp;
+    EXPECT_FALSE(amp.readModel(dir.path("missing")));
+    EXPECT_TRUE(amp.readModel(dir.write("a.amp", ampFile({}))));
+    EXPECT_EQ(amp.refusal, "");
+}
+
+}  // namespace
+}  // namespace kelvo
