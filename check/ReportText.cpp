@@ -1,5 +1,6 @@
 #include "ReportText.h"
 
+#include <QUtf8StringView>
 #include <cmath>
 
 #include "AMPFile.h"
@@ -12,9 +13,18 @@ QString line(const char* label, const QString& value) {
     return QStringLiteral("  %1 %2\n").arg(QLatin1StringView(label), -9).arg(value);
 }
 
+QString quoted(const QByteArray& name) {
+    return QLatin1Char('"') + printableText(name) + QLatin1Char('"');
+}
+
 QString nameLine(const QByteArray& name) {
-    return line("name:", name.isEmpty() ? QStringLiteral("none; the slot shows its number only")
-                                        : QLatin1Char('"') + printableText(name) + QLatin1Char('"'));
+    if (name.isEmpty()) {
+        return line("name:", QStringLiteral("none; the slot shows its number only"));
+    }
+    // A broken character, which a label has a mark for, has no capital.
+    const QByteArray shown = QString::fromUtf8(name).toUpper().toUtf8();
+    const bool isShownAsItIs = shown == name || !QUtf8StringView(name).isValidUtf8();
+    return line("name:", quoted(name) + (isShownAsItIs ? QString() : QStringLiteral(", shown as ") + quoted(shown)));
 }
 
 QString formatLines(const WaveFormat& format) {

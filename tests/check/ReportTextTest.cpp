@@ -51,7 +51,7 @@ TEST(ReportText, ofAnAmp) {
     EXPECT_EQ(reportText(report).toStdString(),
               "a.amp: accepted\n"
               "  kind:     amp model, for an AMP slot\n"
-              "  name:     \"Lead\"\n"
+              "  name:     \"Lead\", shown as \"LEAD\"\n"
               "  words:    512 of 512\n"
               "  checksum: 0x0000abcd\n");
     report.amp = {.words = 1};
