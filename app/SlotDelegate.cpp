@@ -11,8 +11,10 @@ namespace kelvo {
 namespace {
 
 constexpr QLatin1StringView kFigures("0123456789");
-/// How much of its ink what is subdued keeps, and of its colour a selection without focus.
+/// How much of its ink what is subdued keeps, on a plain and on a selected row, and of its colour a selection without
+/// focus.
 constexpr float kSubdued = 0.6F;
+constexpr float kSubduedSelected = 0.8F;
 constexpr float kPale = 0.3F;
 
 /// `share` of one colour and the rest of the other.
@@ -64,7 +66,8 @@ void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
 
     const bool selected = item.state.testFlag(QStyle::State_Selected);
     const QColor ink = palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
-    const QColor subdued = mixed(ink, palette.color(selected ? QPalette::Highlight : QPalette::Base), kSubdued);
+    const QColor subdued = selected ? mixed(ink, palette.color(QPalette::Highlight), kSubduedSelected)
+                                    : mixed(ink, palette.color(QPalette::Base), kSubdued);
     const QFontMetrics& metrics = item.fontMetrics;
     const int right = item.rect.right() - kLabelMargin;
     int x = item.rect.left() + kLabelMargin;
