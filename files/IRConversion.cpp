@@ -38,12 +38,12 @@ std::uint32_t decodeFloat(std::uint32_t bits) {
     return v < 0 ? (word & 0xFFFFFFU) | 0x800000U : word;
 }
 
-/// One word for each frame of `stride` bytes: its first `width` bytes, moved up by `shift` bits.
+/// One word for each frame of `stride` bytes, all of which `data` holds: its first `width` bytes, moved up by `shift`
+/// bits.
 template <std::size_t width, int shift>
 void decodeFrames(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out) {
-    for (std::uint32_t& word : out) {
-        word = littleEndian(data.first(width), 0, width) << shift;
-        data = data.subspan(std::min(stride, data.size()));
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        out[i] = littleEndian(data.subspan(i * stride).first<width>()) << shift;
     }
 }
 
