@@ -91,7 +91,7 @@ void SlotTableView::focusInEvent(QFocusEvent* event) {
 }
 
 void SlotTableView::selectCurrentRow() {
-    if (selectedRow() < 0 && currentIndex().isValid()) {
+    if (currentIndex().isValid()) {
         selectRow(currentIndex().row());
     }
 }
