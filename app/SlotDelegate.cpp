@@ -46,8 +46,8 @@ int numberWidth(const QFontMetrics& metrics, const QString& number) {
 }  // namespace
 
 int SlotDelegate::labelWidth(const QFontMetrics& metrics, const QString& label) {
-    const SlotLabel parts = splitLabel(label);
-    return numberWidth(metrics, parts.number) + metrics.horizontalAdvance(parts.name) + 2 * kLabelMargin;
+    const SlotLabel pieces = splitLabel(label);
+    return numberWidth(metrics, pieces.number) + metrics.horizontalAdvance(pieces.name) + 2 * kLabelMargin;
 }
 
 void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {

@@ -25,11 +25,11 @@ SlotLabel splitLabel(const QString& label) {
 }
 
 QString spokenLabel(const QString& label) {
-    const SlotLabel parts = splitLabel(label);
+    const SlotLabel pieces = splitLabel(label);
     if (label.isEmpty()) {
         return {};
     }
-    return parts.number + QLatin1Char(' ') + (parts.isEmpty ? QStringLiteral("empty") : parts.name.trimmed());
+    return pieces.number + QLatin1Char(' ') + (pieces.isEmpty ? QStringLiteral("empty") : pieces.name.trimmed());
 }
 
 QString printable(const QString& text) {

@@ -12,7 +12,7 @@
 
 namespace kelvo {
 
-/// The levels of the points that the pedal gets, as parts of full scale: -1.0 to below 1.0.
+/// The levels of the points that the pedal gets, as fractions of full scale: -1.0 to below 1.0.
 using PointLevels = std::array<float, kIRPointCount>;
 
 /// What the header of a wave file says.

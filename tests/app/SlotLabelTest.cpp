@@ -15,10 +15,10 @@ struct Split {
 class SplitLabel : public testing::TestWithParam<Split> {};
 
 TEST_P(SplitLabel, intoNumberAndName) {
-    const SlotLabel parts = splitLabel(GetParam().label);
-    EXPECT_EQ(parts.number, GetParam().number);
-    EXPECT_EQ(parts.name, GetParam().name);
-    EXPECT_EQ(parts.isEmpty, GetParam().isEmpty);
+    const SlotLabel pieces = splitLabel(GetParam().label);
+    EXPECT_EQ(pieces.number, GetParam().number);
+    EXPECT_EQ(pieces.name, GetParam().name);
+    EXPECT_EQ(pieces.isEmpty, GetParam().isEmpty);
 }
 
 INSTANTIATE_TEST_SUITE_P(Labels, SplitLabel,
