@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -7,11 +8,10 @@
 namespace kelvo {
 
 /// The unsigned little-endian number that these bytes, at most 4, are.
-template <std::size_t width>
-[[nodiscard]] constexpr std::uint32_t littleEndian(std::span<const std::uint8_t, width> bytes) {
-    static_assert(width <= 4);
+template <std::size_t extent>
+[[nodiscard]] constexpr std::uint32_t littleEndian(std::span<const std::uint8_t, extent> bytes) {
     std::uint32_t value = 0;
-    for (std::size_t i = 0; i < width; ++i) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         value |= std::uint32_t{bytes[i]} << (8 * i);
     }
     return value;
@@ -21,11 +21,8 @@ template <std::size_t width>
 /// zero, so it is defined for every offset.
 [[nodiscard]] constexpr std::uint32_t littleEndian(std::span<const std::uint8_t> bytes, std::size_t offset,
                                                    std::size_t width) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < width && offset < bytes.size() && i < bytes.size() - offset; ++i) {
-        value |= std::uint32_t{bytes[offset + i]} << (8 * i);
-    }
-    return value;
+    const auto rest = bytes.subspan(std::min(offset, bytes.size()));
+    return littleEndian(rest.first(std::min(width, rest.size())));
 }
 
 }  // namespace kelvo
