@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/syscall.h>
 #include <sys/types.h>
 
 #include <algorithm>
@@ -14,11 +15,12 @@
 
 namespace kelvo {
 
-/// The system call that `thread` of this process sleeps in (SYS_...), -1 when it runs.
+/// The system call that `thread` of this process sleeps in (SYS_...), -1 when it runs. Which of the two calls a library
+/// polls with depends on its version; both are given as SYS_poll.
 inline long systemCallOf(const std::string& thread) {
     long current = -1;
     std::ifstream("/proc/self/task/" + thread + "/syscall") >> current;
-    return current;
+    return current == SYS_ppoll ? SYS_poll : current;
 }
 
 /// Waits for something that has no event, since the kernel only tells when asked.

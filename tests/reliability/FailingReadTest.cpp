@@ -48,11 +48,12 @@ void* operator new[](std::size_t size) {
     return operator new(size);
 }
 
-void operator delete(void* memory) noexcept {
+// Not inlined, or g++ takes the free(3) in it for the wrong partner of new.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
