@@ -6,7 +6,7 @@
 #include "AMPFile.h"
 #include "AppHarness.h"
 #include "LoadDataWindowController.h"
-#include "NSLog.h"
+#include "LogListener.h"
 #include "SBProgressBar.h"
 #include "ScriptedLink.h"
 

@@ -6,7 +6,7 @@
 
 #include "AppHarness.h"
 #include "Driver.h"
-#include "NSLog.h"
+#include "LogListener.h"
 #include "SlotTableView.h"
 
 namespace kelvo::test {

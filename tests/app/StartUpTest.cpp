@@ -8,8 +8,8 @@
 
 #include "AppHarness.h"
 #include "LoadDataWindowController.h"
+#include "LogListener.h"
 #include "NSApplicationMain.h"
-#include "NSLog.h"
 #include "RVHidClass.h"
 #include "SBProgressBar.h"
 #include "SlotTableView.h"

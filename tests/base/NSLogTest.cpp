@@ -1,35 +1,35 @@
 #include <gtest/gtest.h>
+#include <syslog.h>
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "NSLog.h"
 
 namespace kelvo {
 namespace {
 
-TEST(NSLog, givesTheListenerEveryLineAsItStands) {
-    std::vector<std::string> lines;
-    const LogListener listener([&](std::string_view message) { lines.emplace_back(message); });
-    NSLog("27.GREENBACK");
-    NSLog("100%s %n");
-    EXPECT_EQ(lines, (std::vector<std::string>{"27.GREENBACK", "100%s %n"}));
+/// What `NSLog` gives syslog(3), which writes it to the standard error as well, if `priority` is wanted.
+std::string logged(std::string_view line, int priority) {
+    openlog("kelvo", LOG_PERROR, LOG_DAEMON);
+    setlogmask(LOG_MASK(priority));
+    testing::internal::CaptureStderr();
+    NSLog(line);
+    closelog();
+    return testing::internal::GetCapturedStderr();
 }
 
-TEST(NSLog, returnsToTheEarlierListenerWhenTheNewestEnds) {
-    std::vector<std::string> outer;
-    const LogListener first([&](std::string_view message) { outer.emplace_back(message); });
-    {
-        const LogListener second([](std::string_view) {});
-        NSLog("inner");
-    }
-    NSLog("outer");
-    EXPECT_EQ(outer, std::vector<std::string>{"outer"});
+TEST(NSLog, writesTheLineToTheSystemLogAsItStands) {
+    EXPECT_EQ(logged("100%s %n \xff 27.GREENBACK", LOG_NOTICE), "kelvo: 100%s %n \xff 27.GREENBACK\n");
 }
 
-TEST(NSLog, writesToTheSystemLogWithoutAListener) {
-    NSLog("a line with %s and \xff in it");
-    SUCCEED();
+TEST(NSLog, isOfPriorityNotice) {
+    EXPECT_EQ(logged("a line", LOG_WARNING), "");
+    EXPECT_EQ(logged("a line", LOG_INFO), "");
+}
+
+TEST(NSLog, writesNoMoreThanTheLine) {
+    EXPECT_EQ(logged(std::string_view("a line").substr(0, 3), LOG_NOTICE), "kelvo: a l\n");
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 
 #include "FakeBus.h"
 #include "HidrawManager.h"
-#include "NSLog.h"
+#include "LogListener.h"
 
 namespace kelvo {
 
@@ -55,7 +55,7 @@ private:
     std::condition_variable changed_;
     std::vector<std::string> events_;
     std::shared_ptr<HidDevice> device_;
-    LogListener log_;
+    test::LogListener log_;
     pid_t threadId_ = 0;
     std::thread thread_;
 };

@@ -8,7 +8,7 @@
 
 #include "CRC.h"
 #include "Descriptors.h"
-#include "NSLog.h"
+#include "LogListener.h"
 
 namespace kelvo::test {
 

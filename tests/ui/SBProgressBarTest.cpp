@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "NSLog.h"
+#include "LogListener.h"
 #include "SBProgressBar.h"
 #include "SBProgressBarStage.h"
 
@@ -104,7 +104,7 @@ TEST(SBProgressBar, valueOutOfRange_isRefusedWithNameAndReason) {
 
 TEST(SBProgressBar, shadowWiderThanTheBorder_isLoggedAndRefused) {
     std::vector<std::string> log;
-    const LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
+    const test::LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
     SBProgressBar bar;
     bar.setShadowWidth(2.0);
     EXPECT_EQ(bar.shadowWidth(), 1.0);
@@ -118,7 +118,7 @@ TEST(SBProgressBar, shadowWiderThanTheBorder_isLoggedAndRefused) {
 
 TEST(SBProgressBar, borderThinnerThanTheShadow_pullsTheShadowDown) {
     std::vector<std::string> log;
-    const LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
+    const test::LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
     SBProgressBar bar;
     bar.setBorderWidth(0.5);
     EXPECT_EQ(bar.borderWidth(), 0.5);
