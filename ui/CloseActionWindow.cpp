@@ -27,6 +27,16 @@ CloseActionWindow::CloseActionWindow() {
     QAccessible::installFactory(makeInterface);
 }
 
+void CloseActionWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    Qt::WindowStates unoffered;
+    unoffered.setFlag(Qt::WindowMinimized, !(windowFlags() & Qt::WindowMinimizeButtonHint));
+    unoffered.setFlag(Qt::WindowMaximized, !(windowFlags() & Qt::WindowMaximizeButtonHint));
+    if (event->type() == QEvent::WindowStateChange && (windowState() & unoffered)) {
+        setWindowState(windowState() & ~unoffered);
+    }
+}
+
 void CloseActionWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     if (action_) {

@@ -1,8 +1,5 @@
 #include "LoadDataWindowController.h"
 
-#include <QLabel>
-#include <utility>
-
 #include "CloseActionWindow.h"
 #include "ModalRun.h"
 #include "SBProgressBar.h"
@@ -36,23 +33,25 @@ void LoadDataWindowController::windowDidLoad() {
     window_->setCloseAction([this] { exit(); });
     window_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     window_->setFixedSize(window_->sizeHint());
-    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
-    // The first tick comes with the first events served, the others at the interval.
-    QMetaObject::invokeMethod(
-        &timer_, [this] { tick(); }, Qt::QueuedConnection);
-    timer_.start(kTickMilliseconds);
+    timer_ = std::make_unique<QTimer>();
+    QObject::connect(timer_.get(), &QTimer::timeout, timer_.get(), [this] { tick(); });
+    // A coarse one may come early.
+    timer_->setTimerType(Qt::PreciseTimer);
+    // The first tick comes with the first events served.
+    timer_->start(0);
 }
 
 void LoadDataWindowController::tick() {
-    if (!timer_.isActive()) {
-        return;
-    }
+    timer_->setInterval(kTickMilliseconds);
     const double value = progressBar_->floatValue();
     loadDataLabel_->setText(QString::asprintf("%.0f%%", value * 100.0));
     if (value == 1.0) {
+        // The bar may not have followed another thread yet.
+        progressBar_->resizeLayers();
+        window_->repaint();
         window_->hide();
         stopModal();
-        timer_.stop();
+        timer_->stop();
     }
 }
 

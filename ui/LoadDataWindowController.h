@@ -1,10 +1,11 @@
 #pragma once
 
+#include <QLabel>
+#include <QPointer>
 #include <QTimer>
 #include <functional>
 #include <memory>
-
-class QLabel;
+#include <utility>
 
 namespace kelvo {
 
@@ -12,7 +13,8 @@ class CloseActionWindow;
 class SBProgressBar;
 
 /// The modal window that shows how much of the device's data has been read. It knows no device: it polls its bar twice
-/// a second, mirrors the value in its label and ends the modal run when the bar stands at exactly 1.0.
+/// a second, mirrors the value in its label and ends the modal run when the bar stands at exactly 1.0, behind a last
+/// look at a full bar and 100%.
 ///
 /// Main thread, but for the bar's floatValue, which any thread may set.
 class LoadDataWindowController {
@@ -30,11 +32,14 @@ public:
     LoadDataWindowController(const LoadDataWindowController&) = delete;
     LoadDataWindowController& operator=(const LoadDataWindowController&) = delete;
 
-    /// Each null on a placeholder.
+    /// Each null on a placeholder. Bar and label are the window's; the timer, stopped at the end, is kept.
     QWidget* window() const;
     SBProgressBar* progressBar() const { return progressBar_; }
+    void setProgressBar(SBProgressBar* bar) { progressBar_ = bar; }
     QLabel* loadDataLabel() const { return loadDataLabel_; }
-    const QTimer& timer() const { return timer_; }
+    void setLoadDataLabel(QLabel* label) { loadDataLabel_ = label; }
+    QTimer* timer() const { return timer_.get(); }
+    void setTimer(std::unique_ptr<QTimer> timer) { timer_ = std::move(timer); }
 
     /// Ends the process at once with status 0.
     void exit();
@@ -46,8 +51,8 @@ private:
     ExitProcess exitProcess_;
     std::unique_ptr<CloseActionWindow> window_;
     SBProgressBar* progressBar_ = nullptr;
-    QLabel* loadDataLabel_ = nullptr;
-    QTimer timer_;
+    QPointer<QLabel> loadDataLabel_;
+    std::unique_ptr<QTimer> timer_;
 };
 
 }  // namespace kelvo

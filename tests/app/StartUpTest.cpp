@@ -112,7 +112,7 @@ TEST(StartUp, withAMutePedal_staysInTheLoadingWindowAndReloadsNothing) {
     app.whileLoading = [&] {
         int ticks = 0;
         const auto counting =
-            QObject::connect(&app.controller.loadWindow().timer(), &QTimer::timeout, [&ticks] { ++ticks; });
+            QObject::connect(app.controller.loadWindow().timer(), &QTimer::timeout, [&ticks] { ++ticks; });
         EXPECT_TRUE(serveUntil([&] { return ticks == 2; }));
         QObject::disconnect(counting);
         EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());

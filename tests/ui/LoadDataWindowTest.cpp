@@ -3,8 +3,12 @@
 
 #include <QEventLoop>
 #include <QLabel>
+#include <QProperty>
 #include <QTest>
+#include <QTimerEvent>
 #include <chrono>
+#include <cmath>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -24,7 +28,7 @@ protected:
     /// Serves events until the window has ticked n times more.
     void serveTicks(int n) {
         QEventLoop loop;
-        QObject::connect(&controller_.timer(), &QTimer::timeout, &loop, [&] {
+        QObject::connect(controller_.timer(), &QTimer::timeout, &loop, [&] {
             if (--n == 0) {
                 loop.quit();
             }
@@ -43,12 +47,20 @@ TEST_F(LoadDataWindow, ticksAtOnceAndThenTwiceASecond) {
     bar().setFloatValue(0.25);
     QCoreApplication::processEvents();
     EXPECT_EQ(text(), "25%");
-    EXPECT_EQ(controller_.timer().interval(), 500);
+    EXPECT_EQ(controller_.timer()->interval(), 500);
     bar().setFloatValue(0.75);
     QCoreApplication::processEvents();
     EXPECT_EQ(text(), "25%");
     serveTicks(1);
     EXPECT_EQ(text(), "75%");
+}
+
+TEST_F(LoadDataWindow, comesNeverBeforeItsHalfSecond) {
+    EXPECT_EQ(controller_.timer()->timerType(), Qt::PreciseTimer);
+    serveTicks(1);
+    const auto begin = std::chrono::steady_clock::now();
+    serveTicks(2);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1000));
 }
 
 struct Shown {
@@ -65,20 +77,64 @@ TEST_P(Percentage, isAWholeNumber) {
     QCoreApplication::processEvents();
     EXPECT_EQ(controller.loadDataLabel()->text(), GetParam().text);
     EXPECT_TRUE(controller.window()->isVisible());
-    EXPECT_TRUE(controller.timer().isActive());
+    EXPECT_TRUE(controller.timer()->isActive());
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, Percentage,
                          testing::Values(Shown{0.0, "0%"}, Shown{0.5, "50%"}, Shown{0.376, "38%"}, Shown{0.995, "100%"},
-                                         Shown{198.0 / 199.0, "99%"}, Shown{0.9999999, "100%"}));
+                                         Shown{198.0 / 199.0, "99%"}, Shown{0.9999999, "100%"},
+                                         Shown{0.99999999999999989, "100%"}));
 
 TEST_F(LoadDataWindow, atExactlyOne_shows100AndEndsTheModalRun) {
     bar().setFloatValue(199 / 199.0);
     runModalForWindow(window());
     EXPECT_EQ(text(), "100%");
     EXPECT_FALSE(window().isVisible());
-    EXPECT_FALSE(controller_.timer().isActive());
+    EXPECT_FALSE(controller_.timer()->isActive());
     EXPECT_THAT(exits_, IsEmpty());
+}
+
+/// What has been painted last in the window, and what has happened to it.
+class Watcher : public QObject {
+public:
+    explicit Watcher(LoadDataWindowController& controller) : controller_(controller) {
+        for (QObject* const watched : std::initializer_list<QObject*>{controller.window(), controller.loadDataLabel(),
+                                                                      controller.progressBar()}) {
+            watched->installEventFilter(this);
+        }
+        stopped_ = controller.timer()->bindableActive().addNotifier([this] { events_.push_back("cancelled"); });
+    }
+    const std::vector<std::string>& events() const { return events_; }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Paint && object == controller_.loadDataLabel()) {
+            painted_ = controller_.loadDataLabel()->text().toStdString();
+        } else if (event->type() == QEvent::Paint && object == controller_.progressBar()) {
+            fill_ = controller_.progressBar()->innerClipLayer().frame().width();
+        } else if (event->type() == QEvent::Hide && object == controller_.window()) {
+            events_.push_back(painted_ + " behind a fill of " + std::to_string(std::lround(fill_)));
+        }
+        return false;
+    }
+
+private:
+    LoadDataWindowController& controller_;
+    QPropertyNotifier stopped_;
+    std::vector<std::string> events_;
+    std::string painted_;
+    double fill_ = 0.0;
+};
+
+TEST_F(LoadDataWindow, beforeItGoes_hasPainted100AndAFullBarAndThenCancelsItsTimer) {
+    window().show();
+    serveTicks(1);
+    const Watcher watcher(controller_);
+    std::thread([this] { bar().setFloatValue(1.0); }).join();
+    // A tick that comes before the main thread's turn to lay out the bar.
+    QTimerEvent tick(controller_.timer()->timerId());
+    QCoreApplication::sendEvent(controller_.timer(), &tick);
+    EXPECT_THAT(watcher.events(), ElementsAre("100% behind a fill of 338", "cancelled"));
 }
 
 TEST_F(LoadDataWindow, setToOneByAnotherThread_endsWithinATick) {
@@ -116,12 +172,27 @@ TEST_F(LoadDataWindow, hasNoMinimiseAndNoMaximiseButtonAndAFixedSize) {
     EXPECT_EQ(window().minimumSize(), window().maximumSize());
 }
 
+TEST_F(LoadDataWindow, itsBarLabelAndTimerAreWhatTheyWereSetTo) {
+    SBProgressBar bar;
+    auto label = std::make_unique<QLabel>();
+    auto timer = std::make_unique<QTimer>();
+    QTimer* const other = timer.get();
+    controller_.setProgressBar(&bar);
+    controller_.setLoadDataLabel(label.get());
+    controller_.setTimer(std::move(timer));
+    EXPECT_EQ(controller_.progressBar(), &bar);
+    EXPECT_EQ(controller_.loadDataLabel(), label.get());
+    EXPECT_EQ(controller_.timer(), other);
+    label.reset();
+    EXPECT_EQ(controller_.loadDataLabel(), nullptr);
+}
+
 TEST(LoadDataPlaceholder, hasNoWindowNoBarAndNoTimer) {
     const LoadDataWindowController placeholder;
     EXPECT_EQ(placeholder.window(), nullptr);
     EXPECT_EQ(placeholder.progressBar(), nullptr);
     EXPECT_EQ(placeholder.loadDataLabel(), nullptr);
-    EXPECT_FALSE(placeholder.timer().isActive());
+    EXPECT_EQ(placeholder.timer(), nullptr);
 }
 
 TEST(ModalRun, withoutOneStopDoesNothing) {
