@@ -1,16 +1,22 @@
 #pragma once
 
+#include <memory>
+
+class QApplication;
+
 namespace kelvo {
 
 class HidManager;
 
 /// Runs the whole utility on the devices that `manager` finds: its application object, its controller and its event
 /// loop. Call once, from main; returns the process's status. The utility mostly ends the process itself before that.
-int NSApplicationMain(int argc, char** argv, HidManager& manager);
+int NSApplicationMain(int& argc, char** argv, HidManager& manager);
 
-/// What NSApplicationMain does to the toolkit before and after the application object exists; for a program that brings
-/// an event loop of its own.
-void prepareToolkit();
+/// The application object as NSApplicationMain makes it; for a program that brings an event loop of its own. Where no
+/// display can be opened, the process ends with one sentence on standard error and status 1.
+[[nodiscard]] std::unique_ptr<QApplication> makeApplication(int& argc, char** argv);
+
+/// What makeApplication tells the toolkit and the desktop about the utility once there is an application object.
 void nameApplication();
 
 }  // namespace kelvo

@@ -3,22 +3,21 @@
 #include <QString>
 #include <QStringList>
 
+#include "Arguments.h"
+
 namespace kelvo {
 
 /// What the arguments of kelvo-check ask for.
 struct CommandLine {
-    enum class Action { Check, ShowHelp, ShowVersion };
-
-    Action action = Action::Check;
-    QStringList files;  ///< to check; one at least, unless there is a mistake
+    Request request;    ///< with a mistake, too, where the files and the picture do not go together
+    QStringList files;  ///< to check; one at least when the request is to run
     QString plotFile;   ///< where the picture goes; empty for none
-    QString mistake;    ///< why the arguments make no sense, printable; else empty
 };
 
 /// `arguments` begin with the program's name.
 [[nodiscard]] CommandLine parseCommandLine(const QStringList& arguments);
 
-/// What --help prints.
-extern const char* const kHelpText;
+/// How kelvo-check introduces itself.
+[[nodiscard]] ProgramText introduction();
 
 }  // namespace kelvo

@@ -15,15 +15,6 @@ namespace {
 
 enum ExitStatus { kAllAccepted = 0, kSomeRefused = 1, kTrouble = 2 };
 
-void print(std::FILE* stream, const QString& text) {
-    const QByteArray utf8 = text.toUtf8();
-    std::fwrite(utf8.constData(), 1, static_cast<std::size_t>(utf8.size()), stream);
-}
-
-void complain(const QString& text) {
-    print(stderr, QStringLiteral("kelvo-check: %1\n").arg(text));
-}
-
 /// Returns whether the picture could be written.
 bool drawPlot(const FileReport& report, const QString& path) {
     // A picture needs fonts and so an application, but no display and none of the user's settings for windows.
@@ -37,7 +28,7 @@ bool drawPlot(const FileReport& report, const QString& path) {
     const QString title = QStringLiteral("%1: the points that the pedal gets").arg(file);
     const QString failure = savePicture(plotPoints(title, report.wave->levels), path);
     if (!failure.isEmpty()) {
-        complain(QStringLiteral("%1 cannot be written: %2").arg(printableText(path.toUtf8()), failure));
+        complain(introduction(), QStringLiteral("%1 cannot be written: %2").arg(printableText(path.toUtf8()), failure));
     }
     return failure.isEmpty();
 }
@@ -56,38 +47,19 @@ int check(const CommandLine& command) {
     return status;
 }
 
-int run(const CommandLine& command) {
-    if (!command.mistake.isEmpty()) {
-        complain(command.mistake);
-        print(stderr, QStringLiteral("Try 'kelvo-check --help'.\n"));
-        return kTrouble;
-    }
-    switch (command.action) {
-        case CommandLine::Action::ShowHelp:
-            print(stdout, QString::fromLatin1(kHelpText));
-            return kAllAccepted;
-        case CommandLine::Action::ShowVersion:
-            print(stdout, QStringLiteral("kelvo-check " KELVO_VERSION "\n"));
-            return kAllAccepted;
-        case CommandLine::Action::Check:
-            break;
-    }
-    return check(command);
-}
-
 }  // namespace
 }  // namespace kelvo
 
 int main(int argc, char** argv) {
     // What the toolkit thinks of fonts and locales is nothing to the user of this command.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i) {
-        arguments += QString::fromLocal8Bit(argv[i]);
+    const kelvo::CommandLine command = kelvo::parseCommandLine(kelvo::argumentList(argc, argv));
+    if (const auto status = answer(command.request, kelvo::introduction())) {
+        return *status;
     }
-    const int status = kelvo::run(kelvo::parseCommandLine(arguments));
+    const int status = kelvo::check(command);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        kelvo::complain(QStringLiteral("the report cannot be written"));
+        complain(kelvo::introduction(), QStringLiteral("the report cannot be written"));
         return kelvo::kTrouble;
     }
     return status;

@@ -73,7 +73,9 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_DEBIAN_KELVO_PACKAGE_NAME kelvo)
 # Without it no icon is found.
 set(CPACK_DEBIAN_KELVO_PACKAGE_DEPENDS hicolor-icon-theme)
-set(CPACK_DEBIAN_KELVO_PACKAGE_SUGGESTS "kelvo-virtual-pedal, qt6-wayland")
+# For a desktop without X, and for the desktop's own file chooser; without them there is X, and the toolkit's chooser.
+set(CPACK_DEBIAN_KELVO_PACKAGE_RECOMMENDS "qt6-wayland, qt6-gtk-platformtheme")
+set(CPACK_DEBIAN_KELVO_PACKAGE_SUGGESTS "kelvo-virtual-pedal, qt6-xdgdesktopportal-platformtheme")
 set(CPACK_DEBIAN_KELVO_PACKAGE_CONTROL_EXTRA ${packaging}/postinst ${packaging}/postrm)
 set(CPACK_DEBIAN_KELVO_DESCRIPTION "loads cabinets and amps into a KR310 guitar pedal
 Kelvo loads cabinet impulse responses (wave files) and amp models into the

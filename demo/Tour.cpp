@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QTextStream>
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <iterator>
 #include <utility>
 
@@ -21,13 +23,18 @@ namespace kelvo {
 namespace {
 
 constexpr int kImportedCabRow = 0;
-constexpr int kImportedAmpRow = 2;
+constexpr int kImportedAmpRow = 1;
 constexpr int kDeletedCabRow = 3;
 
 using Steps = std::vector<StepDriver::Step>;
 
 void append(Steps& steps, Steps more) {
     std::move(more.begin(), more.end(), std::back_inserter(steps));
+}
+
+[[noreturn]] void endWithout(const QString& path) {
+    std::fprintf(stderr, "The tour ends: %s cannot be written\n", qPrintable(path));
+    std::_Exit(EXIT_FAILURE);
 }
 
 }  // namespace
@@ -88,7 +95,7 @@ Steps Tour::importSteps() {
 
 Steps Tour::deleteSteps() {
     return {
-        {"finished AMP import", [this] { return visibleFileDialog() == nullptr && changed("AMP 58 <-"); },
+        {"finished AMP import", [this] { return visibleFileDialog() == nullptr && changed("AMP 57 <-"); },
          [this] {
              takePicture(QStringLiteral("amp-imported"));
              clickRow(controller_.ImportIRTableV(), kDeletedCabRow);
@@ -128,7 +135,7 @@ void Tour::takePicture(const QString& name) {
     const QString number = QStringLiteral("%1").arg(++pictures_, 2, 10, QLatin1Char('0'));
     const QString path = QStringLiteral("%1/%2-%3.png").arg(places_.pictures, number, name);
     if (!visibleWindows().save(path)) {
-        qFatal("cannot write %s", qPrintable(path));
+        endWithout(path);
     }
     atPicture_(name);
 }
@@ -136,7 +143,7 @@ void Tour::takePicture(const QString& name) {
 void Tour::writeTranscript() const {
     QFile file(places_.pictures + QStringLiteral("/transcript.txt"));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        qFatal("cannot write %s", qPrintable(file.fileName()));
+        endWithout(file.fileName());
     }
     QTextStream out(&file);
     out << "Changes of the pedal's memory:\n";

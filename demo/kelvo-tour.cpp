@@ -6,18 +6,21 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QSocketNotifier>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string>
-#include <string_view>
 
 #include "KelvoAppDelegate.h"
 #include "NSApplicationMain.h"
+#include "PrintableText.h"
+#include "StandardStreams.h"
 #include "Tour.h"
 #include "VirtualHidManager.h"
 #include "VirtualKr310.h"
+#include "WindowArguments.h"
 
 namespace {
 
@@ -34,42 +37,67 @@ void holdStill(const QString& picture) {
     std::getline(std::cin, line);
 }
 
+/// Makes the pictures' folder; returns why the tour cannot start, or nothing.
+QString troubleWith(const kelvo::Tour::Places& places) {
+    for (const QString& sample : {places.wave, places.amp}) {
+        if (!QFileInfo(sample).isReadable()) {
+            return QStringLiteral("%1 cannot be read").arg(kelvo::printableText(sample.toUtf8()));
+        }
+    }
+    if (!QDir().mkpath(places.pictures) || !QFileInfo(places.pictures).isWritable()) {
+        return QStringLiteral("%1 cannot be written to").arg(kelvo::printableText(places.pictures.toUtf8()));
+    }
+    return {};
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const bool hold = argc == 4 && std::string_view(argv[3]) == "hold";
-    if (argc != 3 && !hold) {
-        std::fputs("usage: kelvo-tour PICTURES-DIRECTORY SAMPLES-DIRECTORY [hold]\n", stderr);
-        return 2;
+    kelvo::keepStandardStreams();
+    kelvo::WindowArguments arguments(argc, argv, 3);
+    const kelvo::ProgramText text{
+        .name = QStringLiteral("kelvo-tour"),
+        .synopsis = QStringLiteral("[OPTION]... PICTURES-FOLDER SAMPLES-FOLDER [hold]"),
+        .help =
+            QStringLiteral("Drives Kelvo on a virtual KR310 through an import into a CAB and an AMP slot, a deletion\n"
+                           "and an unplug, and writes a picture of each step and what the pedal holds at the end.\n"
+                           "With \"hold\" it prints each picture's name and waits for a line on standard input.\n\n") +
+            kelvo::optionsHelp(),
+    };
+    if (const auto status = answer(arguments.request(), text)) {
+        return *status;
     }
-    const QString pictures = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
-    const QDir samples(QString::fromLocal8Bit(argv[2]));
-    if (!QDir().mkpath(pictures)) {
-        std::fprintf(stderr, "cannot make %s\n", argv[1]);
-        return 1;
+    const QStringList words = arguments.words();
+    const bool hold = words.value(2) == QLatin1String("hold");
+    if (words.size() != (hold ? 3 : 2)) {
+        return *answer({.mistake = QStringLiteral("Two folders are wanted, and then \"hold\" or nothing.")}, text);
+    }
+    kelvo::Tour::Places places{
+        .pictures = QDir(words[0]).absolutePath(),
+        .wave = QDir(words[1]).absoluteFilePath(QStringLiteral("Bright.wav")),
+        .amp = QDir(words[1]).absoluteFilePath(QStringLiteral("Lead.amp")),
+    };
+    if (const QString trouble = troubleWith(places); !trouble.isEmpty()) {
+        complain(text, trouble);
+        return EXIT_FAILURE;
     }
 
-    kelvo::prepareToolkit();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const QApplication application(argc, argv);
-    kelvo::nameApplication();
+    const auto application = kelvo::makeApplication(arguments.argc(), arguments.argv());
     kelvo::VirtualKr310 pedal;
     kelvo::VirtualHidManager manager(pedal);
     manager.plug();
     kelvo::KelvoAppDelegate controller(manager, kelvo::desktopServices());
 
     kelvo::Tour tour(
-        controller, manager, pedal,
-        {.pictures = pictures,
-         .wave = samples.absoluteFilePath(QStringLiteral("Bright.wav")),
-         .amp = samples.absoluteFilePath(QStringLiteral("Lead.amp"))},
+        controller, manager, pedal, std::move(places),
         hold ? kelvo::Tour::AtPicture(holdStill) : [](const QString&) {});
     kelvo::StepDriver driver(tour.steps(), [](const std::string& step) {
         std::fprintf(stderr, "The tour waited in vain for: %s\n", step.c_str());
         std::_Exit(1);
     });
     driver.start();
-    QTimer::singleShot(0, &application, [&controller] { controller.applicationDidFinishLaunching(); });
+    QTimer::singleShot(0, application.get(), [&controller] { controller.applicationDidFinishLaunching(); });
     QApplication::exec();
     // The tour ends by the alert's button, which ends the process; nobody should get here.
     return 1;

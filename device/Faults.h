@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace kelvo {
@@ -55,8 +56,9 @@ struct FaultEntry {
     std::string_view name;
     /// What the number behind the name means; empty when the fault takes none.
     std::string_view argument;
-    /// The number that stands when none is given, and the greatest that is taken; the least is 0.
+    /// The number that stands when none is given, and the least and the greatest that are taken.
     std::uint32_t usual;
+    std::uint32_t least;
     std::uint32_t greatest;
     void (*set)(Faults& faults, std::uint32_t number);
 };
@@ -64,8 +66,11 @@ struct FaultEntry {
 /// All faults, each once.
 [[nodiscard]] std::span<const FaultEntry> faultTable();
 
-/// Switches on what `text` names: "corrupt-crc" or "corrupt-crc=3". Returns false, with `faults` unchanged, when the
-/// name is unknown, the number is none or too great, or the fault takes no number.
-[[nodiscard]] bool parseFault(std::string_view text, Faults& faults);
+/// The numbers that a fault takes, in words: "1 to 63", or "1 or more".
+[[nodiscard]] std::string numbersOf(const FaultEntry& fault);
+
+/// Switches on what `text` names: "corrupt-crc" or "corrupt-crc=3". Returns what is wrong with it, with `faults`
+/// unchanged, when there is no such fault, it takes no number, or not this one; nothing when all is well.
+[[nodiscard]] std::optional<std::string> switchOn(std::string_view text, Faults& faults);
 
 }  // namespace kelvo

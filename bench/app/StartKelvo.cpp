@@ -16,9 +16,7 @@
 int main(int argc, char** argv) {
     const std::int64_t begun = argc > 1 ? std::atoll(argv[1]) : 0;
     const int idleSeconds = argc > 2 ? std::atoi(argv[2]) : 0;
-    kelvo::prepareToolkit();
-    const QApplication application(argc, argv);
-    kelvo::nameApplication();
+    const auto application = kelvo::makeApplication(argc, argv);
     kelvo::ConnectedApp app;
     std::int64_t painted = 0;
     app.start([&painted] { painted = kelvo::monotonicNow(); });

@@ -14,8 +14,6 @@
 namespace kelvo {
 namespace {
 
-constexpr std::string_view kFault = "fault ";
-constexpr std::string_view kPace = "pace ";
 constexpr unsigned kSlowestPace = 10'000;
 constexpr auto kListed = "listed";
 
@@ -23,96 +21,101 @@ constexpr auto kListed = "listed";
 
 struct UsbConsole::Command {
     std::string_view name;
-    void (UsbConsole::*run)();
+    std::string_view argument;  ///< what stands behind it; empty for nothing
+    std::string_view help;
+    void (UsbConsole::*run)(std::string_view argument);
 };
 
 const UsbConsole::Command UsbConsole::kCommands[] = {
-    {"plug", &UsbConsole::plug},
-    {"unplug", &UsbConsole::unplug},
-    {"hang", &UsbConsole::hang},
-    {"stall", &UsbConsole::stall},
-    {"go", &UsbConsole::go},
-    {"memory", &UsbConsole::listMemory},
-    {"faults", &UsbConsole::listFaults},
-    {"sound", &UsbConsole::clearFaults},
+    {"plug", "", "plugs the pedal in, freshly powered up", &UsbConsole::plug},
+    {"unplug", "", "pulls the cable", &UsbConsole::unplug},
+    {"hang", "", "the pedal takes no output report", &UsbConsole::hang},
+    {"stall", "", "the pedal refuses every output report", &UsbConsole::stall},
+    {"go", "", "undoes hang and stall", &UsbConsole::go},
+    {"memory", "", "lists what the pedal holds", &UsbConsole::listMemory},
+    {"fault", "NAME[=N]", "switches a fault on", &UsbConsole::setFault},
+    {"faults", "", "lists the faults", &UsbConsole::listFaults},
+    {"sound", "", "switches all faults off", &UsbConsole::clearFaults},
+    {"pace", "MS", "milliseconds from one progress value of the start to the next, 10 at first", &UsbConsole::setPace},
+    {"help", "", "lists the commands", &UsbConsole::listCommands},
+    {"quit", "", "unplugs and ends", &UsbConsole::quit},
 };
 
 UsbConsole::UsbConsole(VirtualKr310& pedal, UsbKr310& device, UsbCable& cable, Plug plug, LineSink sink)
     : pedal_(pedal), device_(device), cable_(cable), plug_(std::move(plug)), sink_(std::move(sink)) {}
 
 bool UsbConsole::obey(std::string_view line) {
-    if (line == "quit") {
-        return false;
+    const std::string_view name = line.substr(0, line.find(' '));
+    const std::string_view argument = line.substr(std::min(name.size() + 1, line.size()));
+    const auto command = std::ranges::find(kCommands, name, &Command::name);
+    if (command == std::end(kCommands) || (command->argument.empty() && name != line)) {
+        sink_("error: unknown command: " + std::string(line) + "; help lists them");
+        return true;
+    }
+    if (!command->argument.empty() && argument.empty()) {
+        sink_("error: " + std::string(name) + " wants " + std::string(command->argument));
+        return true;
     }
     try {
-        const auto command = std::ranges::find(kCommands, line, &Command::name);
-        if (command != std::end(kCommands)) {
-            (this->*command->run)();
-        } else if (line.starts_with(kFault)) {
-            setFault(line.substr(kFault.size()));
-        } else if (line.starts_with(kPace)) {
-            setPace(line.substr(kPace.size()));
-        } else {
-            sink_("error: unknown command: " + std::string(line));
-        }
+        (this->*command->run)(argument);
     } catch (const std::runtime_error& error) {
         sink_(std::string("error: ") + error.what());
     }
-    return true;
+    return going_;
 }
 
-void UsbConsole::plug() {
+void UsbConsole::plug(std::string_view) {
     if (!cable_.isPlugged()) {
         cable_.plug(plug_());
     }
     sink_("plugged");
 }
 
-void UsbConsole::unplug() {
+void UsbConsole::unplug(std::string_view) {
     if (cable_.isPlugged()) {
         cable_.unplug();
     }
     sink_("unplugged");
 }
 
-void UsbConsole::hang() {
+void UsbConsole::hang(std::string_view) {
     device_.setOutput(UsbKr310::Output::kHang, UsbKr310::Clock::now());
     sink_("hanging");
 }
 
-void UsbConsole::stall() {
+void UsbConsole::stall(std::string_view) {
     device_.setOutput(UsbKr310::Output::kStall, UsbKr310::Clock::now());
     sink_("stalling");
 }
 
-void UsbConsole::go() {
+void UsbConsole::go(std::string_view) {
     device_.setOutput(UsbKr310::Output::kTake, UsbKr310::Clock::now());
     sink_("going");
 }
 
-void UsbConsole::listMemory() {
+void UsbConsole::listMemory(std::string_view) {
     std::ranges::for_each(memoryLines(pedal_.memory()), sink_);
     sink_(kListed);
 }
 
 void UsbConsole::setFault(std::string_view text) {
     Faults faults = pedal_.faults();
-    if (!parseFault(text, faults)) {
-        throw std::runtime_error("unknown fault: " + std::string(text));
+    if (const auto mistake = switchOn(text, faults)) {
+        throw std::runtime_error(*mistake);
     }
     pedal_.setFaults(faults);
-    sink_(std::string(kFault) + std::string(text));
+    sink_("fault " + std::string(text));
 }
 
-void UsbConsole::listFaults() {
+void UsbConsole::listFaults(std::string_view) {
     for (const FaultEntry& fault : faultTable()) {
-        sink_(fault.argument.empty() ? std::string(fault.name)
-                                     : std::string(fault.name) + "=N " + std::string(fault.argument));
+        const std::string name(fault.name);
+        sink_(fault.argument.empty() ? name : name + "=N " + std::string(fault.argument) + ", " + numbersOf(fault));
     }
     sink_(kListed);
 }
 
-void UsbConsole::clearFaults() {
+void UsbConsole::clearFaults(std::string_view) {
     pedal_.setFaults({});
     sink_("sound");
 }
@@ -122,10 +125,23 @@ void UsbConsole::setPace(std::string_view text) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, milliseconds);
     if (error != std::errc() || stop != end || milliseconds > kSlowestPace) {
-        throw std::runtime_error("no pace: " + std::string(text));
+        throw std::runtime_error("pace wants 0 to " + std::to_string(kSlowestPace) + ", got '" + std::string(text) +
+                                 "'");
     }
     pedal_.setStartup({.progressPace = std::chrono::milliseconds(milliseconds)});
-    sink_(std::string(kPace) + std::string(text));
+    sink_("pace " + std::string(text));
+}
+
+void UsbConsole::listCommands(std::string_view) {
+    for (const Command& command : kCommands) {
+        const std::string space = command.argument.empty() ? "" : " ";
+        sink_(std::string(command.name) + space + std::string(command.argument) + ": " + std::string(command.help));
+    }
+    sink_(kListed);
+}
+
+void UsbConsole::quit(std::string_view) {
+    going_ = false;
 }
 
 }  // namespace kelvo

@@ -21,6 +21,7 @@ namespace kelvo {
 ///     faults          names, listed      the faults there are
 ///     sound           sound              switches all faults off
 ///     pace MS         pace MS            milliseconds from one progress value of the start-up to the next; 10 at first
+///     help            commands, listed   the commands there are
 ///     quit            (none)             unplugs and ends
 ///
 /// Everything else, and what cannot be done, is answered by one line that begins with "error: ". A plugged pedal is not
@@ -41,22 +42,25 @@ private:
     struct Command;
     static const Command kCommands[];
 
-    void plug();
-    void unplug();
-    void hang();
-    void stall();
-    void go();
-    void listMemory();
+    void plug(std::string_view);
+    void unplug(std::string_view);
+    void hang(std::string_view);
+    void stall(std::string_view);
+    void go(std::string_view);
+    void listMemory(std::string_view);
     void setFault(std::string_view text);
-    void listFaults();
-    void clearFaults();
+    void listFaults(std::string_view);
+    void clearFaults(std::string_view);
     void setPace(std::string_view text);
+    void listCommands(std::string_view);
+    void quit(std::string_view);
 
     VirtualKr310& pedal_;
     UsbKr310& device_;
     UsbCable& cable_;
     const Plug plug_;
     const LineSink sink_;
+    bool going_ = true;
 };
 
 }  // namespace kelvo

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "Arguments.h"
+#include "StandardStreams.h"
 #include "UsbLoop.h"
 #include "VhciPort.h"
 
@@ -15,7 +17,20 @@ void printLine(std::string_view line) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    kelvo::keepStandardStreams();
+    const kelvo::ProgramText text{
+        .name = QStringLiteral("kr310-usb"),
+        .synopsis = QStringLiteral("[OPTION]"),
+        .help = QStringLiteral("Plugs a virtual KR310 into this machine's kernel. Needs root and the module vhci-hcd.\n"
+                               "Commands come on standard input, one a line: \"help\" lists them.\n\n"
+                               "  -h, --help           show this help\n"
+                               "  -v, --version        show the version\n"),
+    };
+    QCommandLineParser parser;
+    if (const auto status = answer(kelvo::readArguments(parser, kelvo::argumentList(argc, argv), 0), text)) {
+        return *status;
+    }
     kelvo::VirtualKr310 pedal(kelvo::Kr310Memory::factory(), printLine);
     kelvo::UsbKr310 device(pedal);
     kelvo::UsbCable cable(device);

@@ -18,7 +18,7 @@ using testing::IsSubsetOf;
 
 Faults faultNamed(const std::string& name) {
     Faults faults;
-    EXPECT_TRUE(parseFault(name, faults));
+    EXPECT_EQ(switchOn(name, faults), std::nullopt);
     return faults;
 }
 
@@ -132,7 +132,7 @@ TEST(FaultPair, everyPairDuringAnImport_writesNoOtherSlot) {
     for (const std::string& first : names) {
         for (const std::string& second : names) {
             Faults faults = faultNamed(first);
-            EXPECT_TRUE(parseFault(second, faults));
+            EXPECT_EQ(switchOn(second, faults), std::nullopt);
             faults.unplugAtReport = 0;
             faults.answerDelay = {};
             app.pedal.setFaults(faults);

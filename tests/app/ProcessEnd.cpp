@@ -88,10 +88,8 @@ struct Session {
 
 int main(int argc, char** argv) {
     const std::string_view way = argc == 2 ? argv[1] : "";
-    kelvo::prepareToolkit();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const QApplication application(argc, argv);
-    kelvo::nameApplication();
+    const auto application = kelvo::makeApplication(argc, argv);
     kelvo::VirtualKr310 pedal;
     kelvo::VirtualHidManager manager(pedal);
     if (way != "no-device"sv) {
@@ -104,7 +102,7 @@ int main(int argc, char** argv) {
         std::_Exit(1);
     });
     driver.start();
-    QTimer::singleShot(0, &application, [&controller] { controller.applicationDidFinishLaunching(); });
+    QTimer::singleShot(0, application.get(), [&controller] { controller.applicationDidFinishLaunching(); });
     QApplication::exec();
     return 3;
 }

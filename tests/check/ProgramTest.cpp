@@ -93,7 +93,9 @@ TEST_F(Program, letsNoControlThroughToTheTerminal) {
     const Outcome result = run({"\x1B[31m\n.amp"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "\\x1b[31m\\x0a.amp: refused: it cannot be opened: No such file or directory\n");
-    EXPECT_EQ(run({"--\x1B[31m"}).err, "kelvo-check: Unknown option '\\x1b[31m'.\nTry 'kelvo-check --help'.\n");
+    EXPECT_EQ(run({"--\x1B[31m"}).err,
+              "kelvo-check: Unknown option '\\x1b[31m'.\nusage: kelvo-check [--plot OUT.png] FILE...\n"
+              "Try 'kelvo-check --help'.\n");
 }
 
 TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
@@ -103,12 +105,13 @@ TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
     for (const QStringList& arguments :
          {QStringList{}, QStringList{"--"}, QStringList{"--polt", file}, QStringList{file, "--plot"},
           QStringList{"--plot", picture}, QStringList{"--plot", picture, file, file}, QStringList{"--plot", file, file},
-          QStringList{"--plot", picture, amp}, QStringList{"-h"}}) {
+          QStringList{"--plot", picture, amp}, QStringList{"-p"}}) {
         const Outcome result = run(arguments);
         EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
         EXPECT_EQ(result.out, "");
         EXPECT_TRUE(result.err.starts_with("kelvo-check: ")) << result.err;
-        EXPECT_TRUE(result.err.ends_with(".\nTry 'kelvo-check --help'.\n")) << result.err;
+        EXPECT_TRUE(result.err.ends_with(".\nusage: kelvo-check [--plot OUT.png] FILE...\nTry 'kelvo-check --help'.\n"))
+            << result.err;
     }
     EXPECT_FALSE(QFileInfo::exists(picture));
 }
@@ -117,7 +120,7 @@ TEST_F(Program, showsItsHelpAndItsVersion) {
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.out.starts_with("usage: kelvo-check [--plot OUT.png] FILE...\n")) << help.out;
-    for (const char* const option : {"  --plot OUT.png  ", "  --help  ", "  --version  "}) {
+    for (const char* const option : {"  --plot OUT.png  ", "  -h, --help  ", "  -v, --version  "}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
     EXPECT_EQ(help.err, "");

@@ -12,7 +12,7 @@ using std::chrono::milliseconds;
 
 Faults parsed(std::string_view text) {
     Faults faults;
-    EXPECT_TRUE(parseFault(text, faults)) << text;
+    EXPECT_EQ(switchOn(text, faults), std::nullopt);
     return faults;
 }
 
@@ -28,7 +28,7 @@ TEST(Faults, areAllOffAtFirst) {
               0U);
 }
 
-TEST(ParseFault, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
+TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_EQ(parsed("silent").silentFromPhase, 0);
     EXPECT_EQ(parsed("delay").answerDelay, milliseconds(500));
     EXPECT_TRUE(parsed("duplicate-ack").duplicateAcknowledgement);
@@ -49,7 +49,7 @@ TEST(ParseFault, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_EQ(parsed("unplug").unplugAtReport, 1U);
 }
 
-TEST(ParseFault, takesTheNumberBehindTheEqualsSign) {
+TEST(SwitchOn, takesTheNumberBehindTheEqualsSign) {
     EXPECT_EQ(parsed("silent=3").silentFromPhase, 3);
     EXPECT_EQ(parsed("delay=20").answerDelay, milliseconds(20));
     EXPECT_EQ(parsed("ack-out-of-range=0").acknowledgementOutOfRange, 0);
@@ -59,37 +59,61 @@ TEST(ParseFault, takesTheNumberBehindTheEqualsSign) {
     EXPECT_EQ(parsed("names-after-done=1500").namesAfterDone, milliseconds(1500));
     EXPECT_EQ(parsed("refuse=4294967295").refuseReport, 4294967295U);
     EXPECT_EQ(parsed("unplug=9").unplugAtReport, 9U);
+    EXPECT_EQ(parsed("unplug=99999999999").unplugAtReport, 4294967295U);
 }
 
-TEST(ParseFault, addsToTheFaultsThatAreOnAlready) {
+TEST(SwitchOn, addsToTheFaultsThatAreOnAlready) {
     Faults faults = parsed("merge");
-    EXPECT_TRUE(parseFault("split=5", faults));
+    EXPECT_EQ(switchOn("split=5", faults), std::nullopt);
     EXPECT_TRUE(faults.mergedReports);
     EXPECT_EQ(faults.splitReports, 5U);
 }
 
-class ParseFaultRefuses : public testing::TestWithParam<const char*> {};
+struct Refused {
+    const char* text;
+    const char* answer;
+};
 
-TEST_P(ParseFaultRefuses, whatItDoesNotUnderstandAndChangesNothing) {
+class SwitchOnRefuses : public testing::TestWithParam<Refused> {};
+
+TEST_P(SwitchOnRefuses, whatItDoesNotUnderstandAndSaysWhyAndChangesNothing) {
     Faults faults;
     faults.splitReports = 7;
-    EXPECT_FALSE(parseFault(GetParam(), faults));
+    EXPECT_EQ(switchOn(GetParam().text, faults), GetParam().answer);
     EXPECT_EQ(faults.splitReports, 7U);
-    EXPECT_FALSE(faults.silentFromPhase);
+    EXPECT_FALSE(faults.silentFromPhase || faults.acknowledgementOutOfRange || faults.namesAfterDone);
     EXPECT_FALSE(faults.mergedReports);
+    EXPECT_EQ(faults.answerDelay, milliseconds(0));
+    EXPECT_EQ(faults.corruptCrcEvery + faults.garbageInsideEvery + faults.refuseReport + faults.unplugAtReport, 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, ParseFaultRefuses,
-                         testing::Values("", "=", "nothing", "SPLIT", "split=", "split=64", "split=-1", "split=+1",
-                                         "split=1x", "split= 1", "split=4294967296", "silent=256", "merge=1",
-                                         "merge="));
+INSTANTIATE_TEST_SUITE_P(
+    Texts, SwitchOnRefuses,
+    testing::Values(
+        Refused{"", "there is no fault ''"}, Refused{"=", "there is no fault ''"},
+        Refused{"nothing", "there is no fault 'nothing'"}, Refused{"SPLIT=3", "there is no fault 'SPLIT'"},
+        Refused{"split=", "split wants 1 to 63, got ''"}, Refused{"split=0", "split wants 1 to 63, got '0'"},
+        Refused{"split=64", "split wants 1 to 63, got '64'"}, Refused{"split=-1", "split wants 1 to 63, got '-1'"},
+        Refused{"split=+1", "split wants 1 to 63, got '+1'"}, Refused{"split=1x", "split wants 1 to 63, got '1x'"},
+        Refused{"split= 1", "split wants 1 to 63, got ' 1'"},
+        Refused{"split=4294967296", "split wants 1 to 63, got '4294967296'"},
+        Refused{"silent=6", "silent wants 0 to 5, got '6'"}, Refused{"delay=0", "delay wants 1 to 3600000, got '0'"},
+        Refused{"delay=3600001", "delay wants 1 to 3600000, got '3600001'"},
+        Refused{"ack-out-of-range=256", "ack-out-of-range wants 0 to 255, got '256'"},
+        Refused{"corrupt-crc=0", "corrupt-crc wants 1 or more, got '0'"},
+        Refused{"corrupt-crc=abc", "corrupt-crc wants 1 or more, got 'abc'"},
+        Refused{"garbage-inside=0", "garbage-inside wants 1 or more, got '0'"},
+        Refused{"names-after-done=3600001", "names-after-done wants 0 to 3600000, got '3600001'"},
+        Refused{"refuse=0", "refuse wants 1 or more, got '0'"}, Refused{"unplug=0", "unplug wants 1 or more, got '0'"},
+        Refused{"merge=1", "merge takes no number, got '1'"}, Refused{"merge=", "merge takes no number, got ''"}));
 
 TEST(FaultTable, namesEveryFaultOnceAndEveryNameCanBeParsed) {
     std::set<std::string_view> names;
     for (const FaultEntry& entry : faultTable()) {
         EXPECT_TRUE(names.insert(entry.name).second) << entry.name;
         Faults faults;
-        EXPECT_TRUE(parseFault(entry.name, faults)) << entry.name;
+        EXPECT_EQ(switchOn(entry.name, faults), std::nullopt);
+        EXPECT_LE(entry.least, entry.usual) << entry.name;
         EXPECT_LE(entry.usual, entry.greatest) << entry.name;
     }
     EXPECT_EQ(names.size(), 18U);

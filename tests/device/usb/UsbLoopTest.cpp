@@ -119,9 +119,9 @@ TEST_F(RunningLoop, answersEachCommandWithItsLine) {
     EXPECT_THAT(asked("go"), ElementsAre("going"));
     EXPECT_THAT(asked("unplug"), ElementsAre("unplugged"));
     EXPECT_THAT(asked("unplug"), ElementsAre("unplugged"));
-    EXPECT_THAT(asked("jump"), ElementsAre("error: unknown command: jump"));
-    EXPECT_THAT(asked(""), ElementsAre("error: unknown command: "));
-    EXPECT_THAT(asked("plug "), ElementsAre("error: unknown command: plug "));
+    EXPECT_THAT(asked("jump"), ElementsAre("error: unknown command: jump; help lists them"));
+    EXPECT_THAT(asked(""), ElementsAre("error: unknown command: ; help lists them"));
+    EXPECT_THAT(asked("plug "), ElementsAre("error: unknown command: plug ; help lists them"));
 }
 
 TEST_F(RunningLoop, listsTheMemoryWithNamesAndChecksums) {
@@ -143,7 +143,7 @@ TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
     EXPECT_THAT(asked("fault merge"), ElementsAre("fault merge"));
     EXPECT_EQ(pedal.faults().splitReports, 5U);
     EXPECT_TRUE(pedal.faults().mergedReports);
-    EXPECT_THAT(asked("fault split=64"), ElementsAre("error: unknown fault: split=64"));
+    EXPECT_THAT(asked("fault split=64"), ElementsAre("error: split wants 1 to 63, got '64'"));
     EXPECT_EQ(pedal.faults().splitReports, 5U);
     EXPECT_THAT(asked("sound"), ElementsAre("sound"));
     EXPECT_EQ(pedal.faults().splitReports, 0U);
@@ -153,9 +153,24 @@ TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
 TEST_F(RunningLoop, listsTheFaultsWithTheirNumbers) {
     const auto list = asked("faults", 19);
     ASSERT_EQ(list.size(), 19U);
-    EXPECT_EQ(list[0], "silent=N from phase");
+    EXPECT_EQ(list[0], "silent=N from phase, 0 to 5");
     EXPECT_EQ(list[2], "duplicate-ack");
     EXPECT_EQ(list[18], "listed");
+}
+
+TEST_F(RunningLoop, listsItsCommandsWhenAskedForHelp) {
+    const auto list = asked("help", 13);
+    ASSERT_EQ(list.size(), 13U);
+    EXPECT_EQ(list[0], "plug: plugs the pedal in, freshly powered up");
+    EXPECT_EQ(list[6], "fault NAME[=N]: switches a fault on");
+    EXPECT_EQ(list[10], "help: lists the commands");
+    EXPECT_EQ(list[12], "listed");
+}
+
+TEST_F(RunningLoop, saysWhatACommandLacks) {
+    EXPECT_THAT(asked("fault"), ElementsAre("error: fault wants NAME[=N]"));
+    EXPECT_THAT(asked("fault nix"), ElementsAre("error: there is no fault 'nix'"));
+    EXPECT_THAT(asked("pace"), ElementsAre("error: pace wants MS"));
 }
 
 TEST_F(RunningLoop, obeysCommandsThatComeInPiecesAndTogether) {
@@ -190,10 +205,10 @@ TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
 TEST_F(RunningLoop, goesThroughTheStartUpAtThePaceItIsTold) {
     EXPECT_THAT(asked("pace 0"), ElementsAre("pace 0"));
     EXPECT_THAT(asked("pace 10000"), ElementsAre("pace 10000"));
-    EXPECT_THAT(asked("pace 10001"), ElementsAre("error: no pace: 10001"));
-    EXPECT_THAT(asked("pace -1"), ElementsAre("error: no pace: -1"));
-    EXPECT_THAT(asked("pace 1x"), ElementsAre("error: no pace: 1x"));
-    EXPECT_THAT(asked("pace "), ElementsAre("error: no pace: "));
+    EXPECT_THAT(asked("pace 10001"), ElementsAre("error: pace wants 0 to 10000, got '10001'"));
+    EXPECT_THAT(asked("pace -1"), ElementsAre("error: pace wants 0 to 10000, got '-1'"));
+    EXPECT_THAT(asked("pace 1x"), ElementsAre("error: pace wants 0 to 10000, got '1x'"));
+    EXPECT_THAT(asked("pace "), ElementsAre("error: pace wants MS"));
     EXPECT_THAT(asked("pace 30"), ElementsAre("pace 30"));
     const auto reports = pedal.receive(connectReport()).reports;
     ASSERT_GT(reports.size(), 2U);

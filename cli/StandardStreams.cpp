@@ -1,0 +1,20 @@
+#include "StandardStreams.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace kelvo {
+
+void keepStandardStreams() {
+    std::signal(SIGPIPE, SIG_IGN);
+    int fd = STDIN_FILENO;
+    // Each open takes the lowest number that is free. Read-only: a write is still told that it failed.
+    while (fd >= STDIN_FILENO && fd <= STDERR_FILENO) {
+        fd = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    }
+    close(fd);
+}
+
+}  // namespace kelvo

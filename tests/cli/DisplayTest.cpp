@@ -1,0 +1,56 @@
+// What the programs with windows say where there is no display: one sentence, and no abort.
+
+#include <QTemporaryDir>
+
+#include "ProgramRun.h"
+
+namespace kelvo::test {
+namespace {
+
+using Variables = QList<std::pair<QString, QString>>;
+
+class WithoutADisplay : public testing::TestWithParam<const char*> {
+protected:
+    /// What the program says with these environment variables and arguments; it must end with status 1.
+    std::string complaint(const Variables& variables, QStringList arguments = {}) const {
+        if (std::string_view(GetParam()) == "kelvo-tour") {
+            arguments += {pictures.path(), KELVO_SAMPLES};
+        }
+        const Outcome result = runProgram(GetParam(), arguments, variables);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.out, "");
+        const std::string beginning = std::string(GetParam()) + ": No display to show a window on: ";
+        EXPECT_TRUE(result.err.starts_with(beginning)) << result.err;
+        return result.err.substr(std::min(beginning.size(), result.err.size()));
+    }
+
+    const QTemporaryDir pictures;
+};
+
+TEST_P(WithoutADisplay, saysSoInOneSentence) {
+    EXPECT_EQ(complaint({}), "could not connect to display\n");
+}
+
+TEST_P(WithoutADisplay, doesNotLetALocaleThatIsNotUtf8SpeakFirst) {
+    EXPECT_EQ(complaint({{"LC_ALL", "C"}}), "could not connect to display\n");
+}
+
+TEST_P(WithoutADisplay, namesTheDisplayThatDoesNotAnswer) {
+    EXPECT_EQ(complaint({{"DISPLAY", ":4711"}}), "could not connect to display :4711\n");
+}
+
+TEST_P(WithoutADisplay, namesThePlatformThatThereIsNot) {
+    EXPECT_EQ(complaint({{"QT_QPA_PLATFORM", "nonsense"}}),
+              "Could not find the Qt platform plugin \"nonsense\" in \"\"\n");
+    EXPECT_EQ(complaint({}, {"-platform", "nonsense"}), "Could not find the Qt platform plugin \"nonsense\" in \"\"\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, WithoutADisplay, testing::Values("kelvo", "kelvo-demo", "kelvo-tour"),
+                         [](const auto& parameter) {
+                             std::string name(parameter.param);
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,52 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "WindowArguments.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+
+/// Read as those of a program that takes two words.
+class Read : public WindowArguments {
+public:
+    explicit Read(std::vector<const char*> arguments)
+        : WindowArguments(static_cast<int>(arguments.size()), const_cast<char**>(arguments.data()), 2) {}
+
+    std::vector<std::string> toolkit() { return {argv(), argv() + argc()}; }
+};
+
+TEST(WindowArguments, keepTheToolkitsOptionsAndTheWordsApart) {
+    Read read({"name", "one", "-style", "Fusion", "two", "-reverse", "-platform", "xcb"});
+    EXPECT_EQ(read.request().mistake, "");
+    EXPECT_EQ(read.words(), (QStringList{"one", "two"}));
+    EXPECT_THAT(read.toolkit(), ElementsAre("name", "-platform", "xcb", "-style", "Fusion", "-reverse"));
+    EXPECT_EQ(read.argv()[read.argc()], nullptr);
+}
+
+TEST(WindowArguments, giveTheToolkitTheFormThatItTakes) {
+    Read read({"name", "--platform=offscreen:a=b", "--plugin", "one", "-plugin=two"});
+    EXPECT_EQ(read.request().mistake, "");
+    EXPECT_THAT(read.toolkit(), ElementsAre("name", "-platform", "offscreen:a=b", "-plugin", "one", "-plugin", "two"));
+}
+
+TEST(WindowArguments, ofNoneGiveTheToolkitTheProgramsNameOnly) {
+    Read read({"name"});
+    EXPECT_EQ(read.words(), QStringList());
+    EXPECT_THAT(read.toolkit(), ElementsAre("name"));
+}
+
+TEST(WindowArguments, takeEverythingBehindTwoDashesForWords) {
+    Read read({"name", "--", "-style", "-x"});
+    EXPECT_EQ(read.request().mistake, "");
+    EXPECT_EQ(read.words(), (QStringList{"-style", "-x"}));
+    EXPECT_THAT(read.toolkit(), ElementsAre("name"));
+}
+
+TEST(WindowArguments, ofMoreWordsThanAreTakenAreAMistake) {
+    EXPECT_EQ(Read({"name", "one", "two", "three", "four"}).request().mistake, "Unexpected word 'three'.");
+}
+
+}  // namespace
+}  // namespace kelvo::test
