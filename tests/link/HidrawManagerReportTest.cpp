@@ -108,12 +108,14 @@ TEST_P(HidrawManagerRefusal, failsTheReportButIsNotTheEndOfTheDevice) {
     EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 5", "removed"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(, HidrawManagerRefusal,
-                         testing::Values(Refusal{"oneByteShort", {.count = 64}}, Refusal{"tenBytes", {.count = 10}},
-                                         Refusal{"nothing", {.count = 0}}, Refusal{"stalledEndpoint", {.error = EPIPE}},
-                                         Refusal{"outputNotTaken", {.error = ETIMEDOUT}},
-                                         Refusal{"noMemory", {.error = ENOMEM}}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    , HidrawManagerRefusal,
+    testing::Values(Refusal{"oneByteShort", {.count = 64}}, Refusal{"tenBytes", {.count = 10}},
+                    Refusal{"nothing", {.count = 0}}, Refusal{"stalledEndpoint", {.error = EPIPE}},
+                    Refusal{"outputNotTaken", {.error = ETIMEDOUT}}, Refusal{"noMemory", {.error = ENOMEM}},
+                    Refusal{"protocolError", {.error = EPROTO}}, Refusal{"inputOutputError", {.error = EIO}},
+                    Refusal{"shutDown", {.error = ESHUTDOWN}}, Refusal{"noDevice", {.error = ENODEV}}),
+    [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace kelvo

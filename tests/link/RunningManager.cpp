@@ -1,9 +1,10 @@
 #include "RunningManager.h"
 
-#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <future>
 #include <utility>
 
@@ -51,10 +52,18 @@ void RunningManager::start(std::function<void()> prepare) {
     threadId_ = id.get_future().get();
 }
 
-void RunningManager::waitUntilIdle() const {
+void RunningManager::waitUntilIdle(long systemCall) const {
     if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
-        waitUntilThreadIsIn(SYS_poll, threadId_);
+        waitUntilThreadIsIn(systemCall, threadId_);
     }
+}
+
+void RunningManager::interrupt() const {
+    static std::atomic<bool> handled;
+    handled = false;
+    std::signal(SIGUSR1, [](int) { handled = true; });
+    tgkill(getpid(), threadId_, SIGUSR1);
+    waitUntil([] { return handled.load(); }, "the signal");
 }
 
 void RunningManager::join() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/syscall.h>
 #include <sys/types.h>
 
 #include <condition_variable>
@@ -26,8 +27,11 @@ public:
 
     /// Starts the thread; `prepare` is called on it first.
     void start(std::function<void()> prepare = {});
-    /// Waits until the thread, if it runs, sleeps because there is nothing to do.
-    void waitUntilIdle() const;
+    /// Waits until the thread, if it runs, sleeps because there is nothing to do; in poll(2), as long as it has
+    /// something to watch.
+    void waitUntilIdle(long systemCall = SYS_poll) const;
+    /// Sends the thread a signal; returns when its handler has run.
+    void interrupt() const;
     /// Waits for the thread's end. Somebody must have stopped the manager.
     void join();
 
