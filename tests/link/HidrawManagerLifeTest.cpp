@@ -126,6 +126,7 @@ TEST(HidrawManagerLife, aSecondRun_findsTheSameDeviceAnew) {
     link.forgetDevice();
     link.start();
     EXPECT_EQ(link.waitFor(2), (Events{"arrived", "arrived"}));
+    link.waitUntilIdle();
 }
 
 TEST(HidrawManagerLife, openThatFails_leavesARunThatFindsNothingAndWaitsForStop) {
