@@ -195,7 +195,8 @@ void VirtualKr310::acknowledge(const Frame& packet, std::uint8_t lastPhase, Answ
 }
 
 void VirtualKr310::deleteCab(const Frame& frame, std::vector<std::string>& changes) {
-    if (frame.data.size() != kDeleteData || frame.data[0] >= kSlotCount) {
+    if (frame.data.size() != kDeleteData || frame.data[0] >= kSlotCount ||
+        std::ranges::any_of(frame.data.begin() + 1, frame.data.end(), [](std::uint8_t byte) { return byte != 0; })) {
         return;
     }
     memory_.cab[frame.data[0]] = {};

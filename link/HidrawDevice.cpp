@@ -10,16 +10,12 @@
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
-#include <utility>
 
 namespace kelvo {
 namespace {
 
 /// hidraw wants the report number, 0, before the report.
 constexpr std::size_t kMessageSize = 1 + kReportSize;
-
-/// What a write meets when the cable is pulled. ETIMEDOUT and EPIPE come from a device that is still there.
-constexpr std::array kGoneErrors{EIO, ENODEV, EPROTO, ESHUTDOWN};
 
 /// Repeats a system call while signals interrupt it.
 template <typename Call>
@@ -48,21 +44,12 @@ UniqueFd openAndLock(const std::string& node) {
 
 }  // namespace
 
-HidrawDevice::HidrawDevice(const std::string& node, std::shared_ptr<const WakeUp> wakeUp)
-    : node_(openAndLock(node)), wakeUp_(std::move(wakeUp)) {}
+HidrawDevice::HidrawDevice(const std::string& node) : node_(openAndLock(node)) {}
 
 bool HidrawDevice::setReport(std::span<const std::uint8_t, kReportSize> report) {
-    if (gone_) {
-        return false;
-    }
     std::array<std::uint8_t, kMessageSize> message{};
     std::ranges::copy(report, message.begin() + 1);
-    const ssize_t written = uninterrupted([&] { return ::write(fd(), message.data(), message.size()); });
-    if (written < 0 && std::ranges::find(kGoneErrors, errno) != kGoneErrors.end()) {
-        markGone();
-        wakeUp_->signal();
-    }
-    return written == ssize_t{kMessageSize};
+    return uninterrupted([&] { return ::write(fd(), message.data(), message.size()); }) == ssize_t{kMessageSize};
 }
 
 std::optional<std::size_t> HidrawDevice::readReport(std::span<std::uint8_t> buffer) const {

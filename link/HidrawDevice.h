@@ -1,16 +1,13 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 
 #include "HidManager.h"
 #include "UniqueFd.h"
-#include "WakeUp.h"
 
 namespace kelvo {
 
@@ -22,27 +19,23 @@ class HidrawDevice final : public HidDevice {
 public:
     /// Opens `node` and locks it, so that a second copy of the utility cannot talk into a running transfer. Throws
     /// std::runtime_error, whose text is the reason, when the node cannot be opened, is no character device or is
-    /// locked already. `wakeUp` is signalled when a write finds that the device has gone.
-    HidrawDevice(const std::string& node, std::shared_ptr<const WakeUp> wakeUp);
+    /// locked already.
+    explicit HidrawDevice(const std::string& node);
 
-    /// Refuses once the device has gone. Blocks as long as the kernel does: 5.1 s when the device takes no output.
+    /// Whatever error the kernel gives, only this report has failed: devices that stay plugged in meet errors of the
+    /// bus too, and the end of one is told otherwise. Blocks as long as the kernel does: 5.1 s when the device takes no
+    /// output.
     [[nodiscard]] bool setReport(std::span<const std::uint8_t, kReportSize> report) override;
 
     /// Takes the next queued input report, up to the size of `buffer`, and returns its length; nothing when the device
     /// has gone. Blocks while no report is queued.
     [[nodiscard]] std::optional<std::size_t> readReport(std::span<std::uint8_t> buffer) const;
 
-    /// The device has gone: every later setReport is refused without asking the kernel. Any thread.
-    void markGone() { gone_ = true; }
-    [[nodiscard]] bool isGone() const { return gone_; }
-
     /// For poll(2).
     [[nodiscard]] int fd() const { return node_.get(); }
 
 private:
     const UniqueFd node_;
-    const std::shared_ptr<const WakeUp> wakeUp_;
-    std::atomic<bool> gone_ = false;
 };
 
 }  // namespace kelvo

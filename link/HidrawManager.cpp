@@ -2,12 +2,17 @@
 
 #include <libudev.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <charconv>
+#include <iomanip>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "NSLog.h"
@@ -44,13 +49,6 @@ bool attributeIs(udev_device& device, const char* name, std::int64_t number) {
     return error == std::errc() && stop == end && value == number;
 }
 
-bool matches(udev_device& device, const HidMatching& matching) {
-    // The parent belongs to `device` and is not released on its own.
-    udev_device* const usb = udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
-    return usb != nullptr && attributeIs(*usb, "idVendor", matching.vendorId) &&
-           attributeIs(*usb, "idProduct", matching.productId) && attributeIs(*usb, "bcdDevice", matching.versionNumber);
-}
-
 }  // namespace
 
 void UdevRelease::operator()(udev* context) const {
@@ -65,18 +63,17 @@ void UdevRelease::operator()(udev_monitor* monitor) const {
     udev_monitor_unref(monitor);
 }
 
-HidrawManager::HidrawManager() : wakeUp_(std::make_shared<const WakeUp>()) {}
+HidrawManager::HidrawManager() : wakeUp_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 bool HidrawManager::open() {
     monitor_.reset();
     udev_.reset(udev_new());
-    if (!udev_) {
-        return false;
-    }
     // "kernel" would be told of a node before the rules have opened it to the user.
-    decltype(monitor_) monitor(udev_monitor_new_from_netlink(udev_.get(), "udev"));
-    if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), kSubsystem, nullptr) < 0 ||
+    decltype(monitor_) monitor(udev_ ? udev_monitor_new_from_netlink(udev_.get(), "udev") : nullptr);
+    if (!wakeUp_ || !monitor ||
+        udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), kSubsystem, nullptr) < 0 ||
         udev_monitor_enable_receiving(monitor.get()) < 0) {
+        NSLog("devices cannot be watched: udev does not answer, or no descriptor is left");
         return false;
     }
     monitor_ = std::move(monitor);
@@ -84,6 +81,9 @@ bool HidrawManager::open() {
 }
 
 void HidrawManager::run() {
+    if (!monitor_) {
+        stopRequested_.wait(false);
+    }
     if (!stopRequested_) {
         attachPresent();
     }
@@ -95,14 +95,31 @@ void HidrawManager::run() {
 
 void HidrawManager::stop() {
     stopRequested_ = true;
-    wakeUp_->signal();
+    stopRequested_.notify_all();
+    eventfd_write(wakeUp_.get(), 1);
+}
+
+bool HidrawManager::matches(udev_device& device, const std::string& node) const {
+    // The parent belongs to `device` and is not released on its own.
+    udev_device* const usb = udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
+    if (usb == nullptr || !attributeIs(*usb, "idVendor", matching_.vendorId) ||
+        !attributeIs(*usb, "idProduct", matching_.productId)) {
+        return false;
+    }
+    const bool isRelease = attributeIs(*usb, "bcdDevice", matching_.versionNumber);
+    if (!isRelease) {
+        // Its maker gives the two other numbers to many devices, so nobody can tell whether this is a pedal.
+        std::ostringstream line;
+        line << node << " has the vendor and product of the pedal, but release "
+             << viewOf(udev_device_get_sysattr_value(usb, "bcdDevice")) << " instead of " << std::hex
+             << std::setfill('0') << std::setw(4) << matching_.versionNumber;
+        NSLog(line.str());
+    }
+    return isRelease;
 }
 
 // The monitor listens since `open`, so a device that arrives meanwhile is in its queue, if not in this list.
 void HidrawManager::attachPresent() {
-    if (!monitor_) {
-        return;
-    }
     const std::unique_ptr<udev_enumerate, EnumerateRelease> list(udev_enumerate_new(udev_.get()));
     if (!list || udev_enumerate_add_match_subsystem(list.get(), kSubsystem) < 0 ||
         udev_enumerate_scan_devices(list.get()) < 0) {
@@ -119,12 +136,12 @@ void HidrawManager::attachPresent() {
 
 void HidrawManager::attach(udev_device& device) {
     const std::string node(viewOf(udev_device_get_devnode(&device)));
-    if (device_ || node.empty() || !matches(device, matching_)) {
+    if (device_ || node.empty() || !matches(device, node)) {
         return;
     }
     std::string syspath(viewOf(udev_device_get_syspath(&device)));
     try {
-        auto opened = std::make_shared<HidrawDevice>(node, wakeUp_);
+        auto opened = std::make_shared<HidrawDevice>(node);
         // The event may be of a device that has gone meanwhile, and the node's name the next one's already. No other
         // device is ever given its place in sysfs, so as long as that is there, the node is its own.
         if (access(syspath.c_str(), F_OK) != 0) {
@@ -141,16 +158,22 @@ void HidrawManager::attach(udev_device& device) {
 
 void HidrawManager::detach() {
     const auto device = std::exchange(device_, nullptr);
-    device->markGone();
     onRemoval_(device);
 }
 
 void HidrawManager::waitAndServe() {
-    const int monitorFd = monitor_ ? udev_monitor_get_fd(monitor_.get()) : kNoFd;
-    std::array<pollfd, 3> fds{
-        {{wakeUp_->fd(), POLLIN, 0}, {device_ ? device_->fd() : kNoFd, POLLIN, 0}, {monitorFd, POLLIN, 0}}};
+    std::array<pollfd, 3> fds{{{wakeUp_.get(), POLLIN, 0},
+                               {device_ ? device_->fd() : kNoFd, POLLIN, 0},
+                               {udev_monitor_get_fd(monitor_.get()), POLLIN, 0}}};
     const auto& [wakeUp, node, monitor] = fds;
     if (poll(fds.data(), fds.size(), -1) < 0) {
+        if (errno != EINTR) {
+            NSLog("devices cannot be waited for: " + std::generic_category().message(errno));
+            if (device_) {
+                detach();
+            }
+            stop();
+        }
         return;
     }
     // A report is taken before anything else is looked at: what is queued comes before the end of the device. The
@@ -160,9 +183,10 @@ void HidrawManager::waitAndServe() {
         return;
     }
     if (wakeUp.revents != 0) {
-        wakeUp_->clear();
+        eventfd_t count = 0;
+        eventfd_read(wakeUp_.get(), &count);
     }
-    if (node.revents != 0 || (device_ && device_->isGone())) {
+    if (node.revents != 0) {
         detach();
     } else if (monitor.revents != 0) {
         serveMonitor();

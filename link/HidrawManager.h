@@ -7,7 +7,7 @@
 
 #include "HidManager.h"
 #include "HidrawDevice.h"
-#include "WakeUp.h"
+#include "UniqueFd.h"
 
 struct udev;
 struct udev_device;
@@ -24,18 +24,19 @@ struct UdevRelease {
 /// The real cable: the kernel's hidraw nodes, found and watched with udev.
 ///
 /// One device at a time: while one is attached every other is ignored, its arrival and its removal. The three numbers
-/// of the matching are compared with idVendor, idProduct and bcdDevice of the node's usb_device. A node that cannot be
-/// opened counts as no device; one line in the system log says which, why, and which rule file gives access. It is
-/// tried again at its next udev event, so installing the rules and `udevadm trigger` are enough.
+/// of the matching are compared with idVendor, idProduct and bcdDevice of the node's usb_device; a node with another
+/// release alone gets a line in the system log. A node that cannot be opened counts as no device; one line in the log
+/// says which, why, and which rule file gives access. It is tried again at its next udev event, so installing the rules
+/// and `udevadm trigger` are enough.
 ///
 /// A device that is still attached when `run` returns is let go without a callback; the next `run` finds it anew.
 ///
 /// `open` and `run` belong to one thread. That thread sleeps in one poll(2) over the udev monitor, the node and a
-/// wake-up; nothing else wakes it. A device is removed when its node ends, when a write finds it gone, or with its udev
-/// event, whichever comes first; reports that are still queued are delivered before.
+/// wake-up; nothing else wakes it. A device is removed when its node ends or with its udev event, whichever comes
+/// first; reports that are still queued are delivered before. A poll(2) that fails ends the device and the `run`, with
+/// a line in the log.
 class HidrawManager final : public HidManager {
 public:
-    /// Throws std::runtime_error when the system has no descriptor left.
     HidrawManager();
 
     void setDeviceMatching(const HidMatching& matching) override { matching_ = matching; }
@@ -43,11 +44,13 @@ public:
     void registerDeviceRemovalCallback(DeviceCallback callback) override { onRemoval_ = std::move(callback); }
     void registerInputReportCallback(InputReportCallback callback) override { onReport_ = std::move(callback); }
 
+    /// Fails, with a line in the system log, when udev does not answer or no descriptor is left.
     bool open() override;
     void run() override;
     void stop() override;
 
 private:
+    [[nodiscard]] bool matches(udev_device& device, const std::string& node) const;
     void attachPresent();
     void attach(udev_device& device);
     void detach();
@@ -60,7 +63,8 @@ private:
     DeviceCallback onRemoval_;
     InputReportCallback onReport_;
 
-    const std::shared_ptr<const WakeUp> wakeUp_;
+    /// An eventfd; readable from `stop` until that is noticed.
+    const UniqueFd wakeUp_;
     std::atomic<bool> stopRequested_ = false;
 
     std::unique_ptr<udev, UdevRelease> udev_;

@@ -29,7 +29,10 @@ Bench::~Bench() {
 
 void Bench::start() {
     EXPECT_TRUE(manager.open());
-    loop_ = std::thread([this] { manager.run(); });
+    loop_ = std::thread([this] {
+        runsOn_ = std::this_thread::get_id();
+        manager.run();
+    });
 }
 
 void Bench::finish() {
@@ -70,6 +73,7 @@ bool Bench::sendFrame(const Bytes& frame) {
 }
 
 void Bench::note(const std::string& event) {
+    EXPECT_EQ(std::this_thread::get_id(), runsOn_);
     {
         const std::lock_guard lock(mutex_);
         log_.push_back(event);

@@ -12,7 +12,8 @@
 
 namespace kelvo {
 
-/// A pedal on a virtual cable, and a host that notes what it is told. The host looks for a KR310.
+/// A pedal on a virtual cable, and a host that notes what it is told. The host looks for a KR310. A callback on another
+/// thread than the one inside `run` fails the test.
 class Bench {
 public:
     explicit Bench(const VirtualHidManager::Options& options = {});
@@ -47,6 +48,8 @@ private:
     std::mutex mutex_;
     std::vector<std::string> log_;
     std::vector<std::shared_ptr<HidDevice>> devices_;
+    /// Written on the thread itself, so that its callbacks may read it.
+    std::thread::id runsOn_;
     std::thread loop_;
 };
 

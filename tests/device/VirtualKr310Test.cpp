@@ -213,6 +213,15 @@ Bytes planeFrame(std::uint8_t phase, std::size_t size, std::uint8_t crcHigh, std
     return frame;
 }
 
+/// A deletion of slot 3 with a 1 among the bytes that are 0.
+Bytes deletionWithAOne(std::size_t offset, std::uint8_t crcHigh, std::uint8_t crcLow) {
+    Bytes frame = {0xAA, 0x55, 0x03, 0x02, 0xE4, 3};
+    frame.resize(519);
+    frame[offset] = 1;
+    frame.insert(frame.end(), {crcHigh, crcLow});
+    return frame;
+}
+
 class VirtualKr310Misfit : public testing::TestWithParam<Misfit> {};
 
 TEST_P(VirtualKr310Misfit, isIgnoredThoughItsCrcIsGood) {
@@ -234,6 +243,9 @@ INSTANTIATE_TEST_SUITE_P(Frames, VirtualKr310Misfit,
                                          Misfit{"connect with two data bytes", unhex("AA 55 03 00 E0 00 00 B1 1C")},
                                          Misfit{"import with a slot alone", unhex("AA 55 02 00 E1 03 01 77")},
                                          Misfit{"a short delete", unhex("AA 55 02 00 E4 03 FE 82")},
+                                         Misfit{"a delete with byte 6", deletionWithAOne(6, 0x25, 0x37)},
+                                         Misfit{"a delete with byte 300", deletionWithAOne(300, 0x48, 0x22)},
+                                         Misfit{"a delete with byte 518", deletionWithAOne(518, 0xA5, 0xD4)},
                                          Misfit{"phase 0", planeFrame(0, 512, 0xA3, 0x3D)},
                                          Misfit{"phase 5", planeFrame(5, 512, 0xCA, 0x0D)},
                                          Misfit{"a short plane", planeFrame(1, 511, 0x13, 0x87)}));

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "CircleBuffer.h"
+#include "LockRecord.h"
 #include "Ring.h"
 
 namespace kelvo {
@@ -14,6 +15,7 @@ namespace {
 
 using test::takeRing;
 using Bytes = std::vector<std::uint8_t>;
+using Mutexes = std::vector<const void*>;
 
 class CircleBuffer : public testing::Test {
 protected:
@@ -144,6 +146,17 @@ TEST_F(CircleBuffer, alwaysGrantsZeroBytesAndChangesNothing) {
     EXPECT_TRUE(putRX_buffer(nullptr, 0));
     EXPECT_TRUE(getRX_buffer(0, nullptr));
     EXPECT_EQ(takeRing(), full);
+}
+
+// Which no run over it would show with certainty.
+TEST_F(CircleBuffer, isGuardedByOneMutexInAllItDoes) {
+    std::uint8_t byte = 1;
+    const test::LockRecord record;
+    ASSERT_TRUE(putRX_buffer(&byte, 1));
+    ASSERT_TRUE(getRX_buffer(1, &byte));
+    ClearRx_buffer();
+    ASSERT_EQ(record.locked.size(), 3U);
+    EXPECT_EQ(record.locked, Mutexes(3, record.locked[0]));
 }
 
 TEST_F(CircleBuffer, passesAByteStreamFromOneThreadToAnotherWholeAndInOrder) {

@@ -109,6 +109,36 @@ TEST(Removal, closesAndStopsBeforeTheApplicationIsTold) {
     EXPECT_EQ(app.lastCall, "stop");
 }
 
+TEST(Removal, closesTheDeviceBeforeItStopsTheManager) {
+    struct AskingManager : ScriptedHidManager {
+        void stop() override {
+            wasOpen = isOpenDevice || canWrite();
+            ScriptedHidManager::stop();
+        }
+        bool wasOpen = true;
+    };
+    AskingManager manager;
+    const auto device = std::make_shared<ScriptedDevice>();
+    manager.attach(device);
+    manager.detach(device);
+    OpenHidDevice(manager);
+    EXPECT_FALSE(manager.wasOpen);
+}
+
+TEST(Removal, tellsTheApplicationOnTheHidThread) {
+    struct ThreadApp : RecordingApp {
+        void exitApp() override { caller = std::this_thread::get_id(); }
+        std::thread::id caller;
+    };
+    ThreadApp app;
+    ScriptedHidManager manager;
+    const auto device = std::make_shared<ScriptedDevice>();
+    manager.attach(device);
+    manager.detach(device);
+    OpenHidDevice(manager);
+    EXPECT_EQ(app.caller, std::this_thread::get_id());
+}
+
 TEST(Removal, isQuietWithoutAnApplication) {
     ScriptedLink link;
     ASSERT_TRUE(link.attach());

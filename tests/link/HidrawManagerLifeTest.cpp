@@ -2,18 +2,24 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <future>
 #include <map>
-#include <stdexcept>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "Descriptors.h"
 #include "FakeBus.h"
+#include "LogListener.h"
 #include "RunningManager.h"
+#include "SleepingThread.h"
 
 namespace kelvo {
 namespace {
@@ -23,6 +29,8 @@ using testing::Pair;
 using testing::UnorderedElementsAre;
 
 using Events = std::vector<std::string>;
+
+const std::string kCannotWatch = "devices cannot be watched: udev does not answer, or no descriptor is left";
 
 /// While it lives, the process gets no new descriptor.
 class NoDescriptors {
@@ -118,6 +126,7 @@ TEST(HidrawManagerLife, aSecondRun_findsTheSameDeviceAnew) {
     link.forgetDevice();
     link.start();
     EXPECT_EQ(link.waitFor(2), (Events{"arrived", "arrived"}));
+    link.waitUntilIdle();
 }
 
 TEST(HidrawManagerLife, openThatFails_leavesARunThatFindsNothingAndWaitsForStop) {
@@ -129,10 +138,10 @@ TEST(HidrawManagerLife, openThatFails_leavesARunThatFindsNothingAndWaitsForStop)
         EXPECT_FALSE(link.manager.open());
     }
     link.start();
-    link.waitUntilIdle();
+    link.waitUntilIdle(SYS_futex);
     link.manager.stop();
     link.join();
-    EXPECT_EQ(link.events(), Events{});
+    EXPECT_EQ(link.events(), Events{"log: " + kCannotWatch});
 }
 
 TEST(HidrawManagerLife, openAfterAFailure_findsTheDevice) {
@@ -145,13 +154,64 @@ TEST(HidrawManagerLife, openAfterAFailure_findsTheDevice) {
     }
     EXPECT_TRUE(link.manager.open());
     link.start();
-    EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+    EXPECT_EQ(link.waitFor(2), (Events{"log: " + kCannotWatch, "arrived"}));
 }
 
-TEST(HidrawManagerLife, withoutADescriptorForItsWakeUp_cannotBeMade) {
-    EXPECT_NO_THROW(HidrawManager());
-    const NoDescriptors none;
-    EXPECT_THROW(HidrawManager(), std::runtime_error);
+TEST(HidrawManagerLife, madeWithoutADescriptor_findsNothingThoughThereAreSomeAgainAndWaitsForStop) {
+    FakeBus bus;
+    bus.plug(0);
+    auto none = std::make_optional<NoDescriptors>();
+    HidrawManager manager;
+    none.reset();
+    std::vector<std::string> lines;
+    const test::LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
+    EXPECT_FALSE(manager.open());
+    EXPECT_EQ(lines, std::vector<std::string>{kCannotWatch});
+    manager.setDeviceMatching({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200});
+    manager.registerDeviceMatchingCallback([](const auto&) { ADD_FAILURE() << "a device was found"; });
+    std::promise<pid_t> id;
+    std::thread thread([&] {
+        id.set_value(gettid());
+        manager.run();
+    });
+    waitUntilThreadIsIn(SYS_futex, id.get_future().get());
+    manager.stop();
+    thread.join();
+}
+
+TEST(HidrawManagerLife, aSignal_endsNothing) {
+    FakeBus bus;
+    RunningManager link(bus);
+    link.start();
+    link.waitUntilIdle();
+    link.interrupt();
+    bus.plug(0);
+    EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+    link.waitUntilIdle();
+    link.interrupt();
+    bus.unplug(0);
+    EXPECT_EQ(link.waitFor(2), (Events{"arrived", "removed"}));
+}
+
+// A poll(2) over more descriptors than the process may have fails, each time.
+TEST(HidrawManagerLife, aWaitThatKeepsFailing_isTheEndOfTheDeviceAndOfTheRunAndOneLogLine) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    std::optional<NoDescriptors> none;
+    link.onEvent = [&](const std::string& event) {
+        if (event.starts_with("report")) {
+            none.emplace();
+        } else if (event.starts_with("log")) {
+            none.reset();
+        }
+    };
+    link.start();
+    link.waitFor(1);
+    bus.send(0, std::vector<std::uint8_t>(64, 1));
+    link.join();
+    EXPECT_EQ(link.events(), (Events{"arrived", "report of 64 bytes beginning with 1",
+                                     "log: devices cannot be waited for: Invalid argument", "removed"}));
 }
 
 TEST(HidrawManagerLife, allItsDescriptorsAreCloseOnExec) {

@@ -50,13 +50,28 @@ TEST(HidrawManagerMatching, announcesADeviceOnceThoughItIsBothListedAndReported)
 struct WrongIds {
     std::string name;
     UsbIds ids;
+    /// What the log says of such a device.
+    Events log = {};
 };
+
+/// The line about a device whose vendor and product are right.
+Events releaseLine(const std::string& release) {
+    return {"log: /dev/hidraw0 has the vendor and product of the pedal, but release " + release + " instead of 00c8"};
+}
 
 void PrintTo(const WrongIds& wrong, std::ostream* out) {
     *out << wrong.name;
 }
 
-class HidrawManagerWrongIds : public testing::TestWithParam<WrongIds> {};
+class HidrawManagerWrongIds : public testing::TestWithParam<WrongIds> {
+protected:
+    /// The log's lines, then the arrival of the right device.
+    static Events expected() {
+        Events events = GetParam().log;
+        events.emplace_back("arrived");
+        return events;
+    }
+};
 
 TEST_P(HidrawManagerWrongIds, arePassedOverAtTheStart) {
     FakeBus bus;
@@ -64,7 +79,7 @@ TEST_P(HidrawManagerWrongIds, arePassedOverAtTheStart) {
     bus.plug(1);
     RunningManager link(bus);
     link.start();
-    EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+    EXPECT_EQ(link.waitFor(expected().size()), expected());
     EXPECT_TRUE(deviceIs(bus, 1, link));
 }
 
@@ -74,16 +89,19 @@ TEST_P(HidrawManagerWrongIds, arePassedOverLater) {
     link.start();
     bus.plug(0, GetParam().ids);
     bus.plug(1);
-    EXPECT_EQ(link.waitFor(1), Events{"arrived"});
+    EXPECT_EQ(link.waitFor(expected().size()), expected());
     EXPECT_TRUE(deviceIs(bus, 1, link));
 }
 
 INSTANTIATE_TEST_SUITE_P(, HidrawManagerWrongIds,
                          testing::Values(WrongIds{"vendor", {.vendor = "0484"}}, WrongIds{"noVendor", {.vendor = ""}},
                                          WrongIds{"product", {.product = "5704"}},
-                                         WrongIds{"release", {.release = "00c7"}},
-                                         WrongIds{"releaseReadAsDecimal", {.release = "0200"}},
-                                         WrongIds{"releaseWithMoreBehindIt", {.release = "00c8x"}}),
+                                         WrongIds{"release", {.release = "00c7"}, releaseLine("00c7")},
+                                         WrongIds{"releaseReadAsDecimal", {.release = "0200"}, releaseLine("0200")},
+                                         WrongIds{
+                                             "releaseWithMoreBehindIt", {.release = "00c8x"}, releaseLine("00c8x")},
+                                         WrongIds{"vendorAndRelease", {.vendor = "0484", .release = "00c7"}},
+                                         WrongIds{"productAndRelease", {.product = "5704", .release = "00c7"}}),
                          [](const auto& test) { return test.param.name; });
 
 TEST(HidrawManagerMatching, passesOverANodeThatBelongsToNoUsbDevice) {

@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cerrno>
 #include <numeric>
 #include <ostream>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "Allocations.h"
 #include "FakeBus.h"
 #include "RunningManager.h"
 
@@ -38,6 +41,26 @@ TEST(HidrawManagerReport, deliversEveryInputReportWithItsLength) {
     EXPECT_EQ(link.waitFor(5),
               (Events{"arrived", "report of 64 bytes beginning with 1", "report of 63 bytes beginning with 2",
                       "report of 65 bytes beginning with 3", "report of 1 bytes beginning with 255"}));
+}
+
+TEST(HidrawManagerReport, takesNoMemory) {
+    FakeBus bus;
+    bus.plug(0);
+    RunningManager link(bus);
+    std::vector<std::size_t> allocations(3);
+    std::atomic<std::size_t> reports = 0;
+    link.manager.registerInputReportCallback([&](const auto&, std::span<const std::uint8_t>) {
+        allocations[reports] = test::allocations();
+        ++reports;
+        reports.notify_one();
+    });
+    link.start();
+    link.waitFor(1);
+    for (std::size_t report = 0; report < 3; ++report) {
+        bus.send(0, Bytes(64, 1));
+        reports.wait(report);
+    }
+    EXPECT_EQ(allocations, std::vector<std::size_t>(3, allocations[0]));
 }
 
 TEST(HidrawManagerReport, readsOnAfterASignal) {
@@ -108,12 +131,14 @@ TEST_P(HidrawManagerRefusal, failsTheReportButIsNotTheEndOfTheDevice) {
     EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 5", "removed"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(, HidrawManagerRefusal,
-                         testing::Values(Refusal{"oneByteShort", {.count = 64}}, Refusal{"tenBytes", {.count = 10}},
-                                         Refusal{"nothing", {.count = 0}}, Refusal{"stalledEndpoint", {.error = EPIPE}},
-                                         Refusal{"outputNotTaken", {.error = ETIMEDOUT}},
-                                         Refusal{"noMemory", {.error = ENOMEM}}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    , HidrawManagerRefusal,
+    testing::Values(Refusal{"oneByteShort", {.count = 64}}, Refusal{"tenBytes", {.count = 10}},
+                    Refusal{"nothing", {.count = 0}}, Refusal{"stalledEndpoint", {.error = EPIPE}},
+                    Refusal{"outputNotTaken", {.error = ETIMEDOUT}}, Refusal{"noMemory", {.error = ENOMEM}},
+                    Refusal{"protocolError", {.error = EPROTO}}, Refusal{"inputOutputError", {.error = EIO}},
+                    Refusal{"shutDown", {.error = ESHUTDOWN}}, Refusal{"noDevice", {.error = ENODEV}}),
+    [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace kelvo

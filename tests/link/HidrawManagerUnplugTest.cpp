@@ -27,7 +27,6 @@ TEST(HidrawManagerUnplug, whileIdle_isReportedWithTheUdevEvent) {
     link.waitFor(1);
     bus.unplug(0);
     EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
-    EXPECT_FALSE(link.device()->setReport(Report{}));
 }
 
 TEST(HidrawManagerUnplug, whileIdle_isReportedWithTheEndOfTheNode) {
@@ -85,44 +84,8 @@ TEST_P(HidrawManagerEnd, whileReading_isReportedOnceAfterTheQueuedReports) {
                                        "report of 64 bytes beginning with 2", "removed", "arrived"}));
 }
 
-TEST_P(HidrawManagerEnd, whileWriting_isReportedOnceAndNothingIsWrittenAfterwards) {
-    NodeScript script({{.error = GetParam()}, {.count = 65}}, {});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    const auto device = link.device();
-    EXPECT_FALSE(device->setReport(Report{}));
-    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
-    EXPECT_FALSE(device->setReport(Report{}));
-    EXPECT_EQ(script.writes(), 1);
-    bus.unplug(0);
-    bus.plug(1);
-    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
-}
-
 INSTANTIATE_TEST_SUITE_P(, HidrawManagerEnd, testing::Values(EIO, ENODEV, EPROTO, ESHUTDOWN),
                          [](const auto& error) { return std::string(strerrorname_np(error.param)); });
-
-TEST(HidrawManagerUnplug, foundByAWrite_waitsForTheQueuedReports) {
-    NodeScript script({{.error = ENODEV}}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = EIO}});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.onEvent = [&](const std::string& event) {
-        if (event == "report of 64 bytes beginning with 1") {
-            EXPECT_FALSE(link.device()->setReport(Report{}));
-        }
-    };
-    link.start();
-    link.waitFor(1);
-    bus.send(0, {0});
-    EXPECT_EQ(link.waitFor(4), (Events{"arrived", "report of 64 bytes beginning with 1",
-                                       "report of 64 bytes beginning with 2", "removed"}));
-}
 
 TEST(HidrawManagerUnplug, toldByUdev_waitsForTheQueuedReports) {
     NodeScript script({}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = EIO}});

@@ -2,8 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
+#include <utility>
 #include <vector>
 
+#include "Allocations.h"
 #include "RVHidClass.h"
 #include "Ring.h"
 #include "ScriptedLink.h"
@@ -108,6 +111,29 @@ TEST(InputReportWithoutDevice, addsNothing) {
     link.manager.deliver(link.device, reportOf(64, 8));
     ASSERT_TRUE(link.manager.settle());
     EXPECT_EQ(takeRing(), Bytes{});
+}
+
+TEST(InputReportAlone, takesNoMemory) {
+    struct CountingManager : test::ScriptedHidManager {
+        void registerInputReportCallback(InputReportCallback callback) override {
+            ScriptedHidManager::registerInputReportCallback(
+                [this, callback = std::move(callback)](const auto& device, std::span<const std::uint8_t> report) {
+                    const std::size_t before = test::allocations();
+                    callback(device, report);
+                    taken = test::allocations() - before;
+                });
+        }
+        std::size_t taken = 1;
+    };
+    ClearRx_buffer();
+    CountingManager manager;
+    const auto device = std::make_shared<test::ScriptedDevice>();
+    manager.attach(device);
+    manager.deliver(device, reportOf(64, 63));
+    manager.detach(device);
+    OpenHidDevice(manager);
+    EXPECT_EQ(manager.taken, 0U);
+    EXPECT_EQ(takeRing(), series(1, 63));
 }
 
 TEST_F(InputReport, isReadWholeOrNotAtAll) {

@@ -1,9 +1,11 @@
 #include "RunningManager.h"
 
-#include <sys/syscall.h>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <future>
 #include <utility>
 
@@ -19,15 +21,15 @@ RunningManager::RunningManager(FakeBus& bus)
             const std::lock_guard lock(mutex_);
             device_ = device;
         }
-        note("arrived");
+        noteCallback("arrived");
     });
     manager.registerDeviceRemovalCallback([this](const std::shared_ptr<HidDevice>& device) {
-        note(device == this->device() ? "removed" : "another device removed");
+        noteCallback(device == this->device() ? "removed" : "another device removed");
     });
     manager.registerInputReportCallback(
         [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
-            note((device == this->device() ? "report of " : "another device's report of ") +
-                 std::to_string(report.size()) + " bytes beginning with " + std::to_string(report.front()));
+            noteCallback((device == this->device() ? "report of " : "another device's report of ") +
+                         std::to_string(report.size()) + " bytes beginning with " + std::to_string(report.front()));
         });
     isOpen = manager.open();
     bus_.settle = [this] { waitUntilIdle(); };
@@ -45,16 +47,25 @@ void RunningManager::start(std::function<void()> prepare) {
         if (prepare) {
             prepare();
         }
+        runsOn_ = std::this_thread::get_id();
         id.set_value(gettid());
         manager.run();
     });
     threadId_ = id.get_future().get();
 }
 
-void RunningManager::waitUntilIdle() const {
+void RunningManager::waitUntilIdle(long systemCall) const {
     if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
-        waitUntilThreadIsIn(SYS_poll, threadId_);
+        waitUntilThreadIsIn(systemCall, threadId_);
     }
+}
+
+void RunningManager::interrupt() const {
+    static std::atomic<bool> handled;
+    handled = false;
+    std::signal(SIGUSR1, [](int) { handled = true; });
+    tgkill(getpid(), threadId_, SIGUSR1);
+    waitUntil([] { return handled.load(); }, "the signal");
 }
 
 void RunningManager::join() {
@@ -77,6 +88,11 @@ std::shared_ptr<HidDevice> RunningManager::device() {
 void RunningManager::forgetDevice() {
     const std::lock_guard lock(mutex_);
     device_.reset();
+}
+
+void RunningManager::noteCallback(const std::string& event) {
+    EXPECT_EQ(std::this_thread::get_id(), runsOn_);
+    note(event);
 }
 
 void RunningManager::note(const std::string& event) {

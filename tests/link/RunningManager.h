@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/syscall.h>
 #include <sys/types.h>
 
 #include <condition_variable>
@@ -18,7 +19,7 @@ namespace kelvo {
 
 /// A HidrawManager that looks for the KR310 on a thread of its own and writes down, in order, what it reports:
 /// "arrived", "report of N bytes beginning with B", "removed" (of the device that arrived), and "log: " and each line
-/// of the system log. Stops and ends with the object.
+/// of the system log. A callback on another thread than that one fails the test. Stops and ends with the object.
 class RunningManager {
 public:
     explicit RunningManager(FakeBus& bus);
@@ -26,8 +27,11 @@ public:
 
     /// Starts the thread; `prepare` is called on it first.
     void start(std::function<void()> prepare = {});
-    /// Waits until the thread, if it runs, sleeps because there is nothing to do.
-    void waitUntilIdle() const;
+    /// Waits until the thread, if it runs, sleeps because there is nothing to do; in poll(2), as long as it has
+    /// something to watch.
+    void waitUntilIdle(long systemCall = SYS_poll) const;
+    /// Sends the thread a signal; returns when its handler has run.
+    void interrupt() const;
     /// Waits for the thread's end. Somebody must have stopped the manager.
     void join();
 
@@ -49,6 +53,7 @@ public:
 
 private:
     void note(const std::string& event);
+    void noteCallback(const std::string& event);
 
     FakeBus& bus_;
     std::mutex mutex_;
@@ -57,6 +62,8 @@ private:
     std::shared_ptr<HidDevice> device_;
     test::LogListener log_;
     pid_t threadId_ = 0;
+    /// Written on the thread itself, so that its callbacks may read it.
+    std::thread::id runsOn_;
     std::thread thread_;
 };
 

@@ -1,9 +1,12 @@
 #include <array>
 #include <chrono>
 #include <future>
+#include <thread>
+#include <vector>
 
 #include "CRC.h"
 #include "ScriptedLink.h"
+#include "SleepRecord.h"
 #include "UnpackerFixture.h"
 
 namespace kelvo {
@@ -18,6 +21,7 @@ using test::kProgressFrame;
 using test::takeRing;
 
 using Commands = std::vector<int>;
+using Sleeps = std::vector<std::chrono::nanoseconds>;
 
 std::future<std::int32_t> startReceiveThread() {
     return std::async(std::launch::async, ReceiveThread);
@@ -37,11 +41,9 @@ protected:
 
 TEST(ReceiveThreadWithoutDevice, returns0AfterTenWaitsOfOneMillisecond) {
     ASSERT_FALSE(isOpenDevice);
-    const auto start = steady_clock::now();
+    const test::SleepRecord sleeps;
     EXPECT_EQ(ReceiveThread(), 0);
-    const auto elapsed = steady_clock::now() - start;
-    EXPECT_GE(elapsed, milliseconds(10));
-    EXPECT_LT(elapsed, milliseconds(2000));
+    EXPECT_EQ(sleeps.times(), Sleeps(10, milliseconds(1)));
 }
 
 TEST(ReceiveThreadWithoutDevice, leavesTheRingAsItIs) {
@@ -98,23 +100,39 @@ TEST_F(ReceiveThreadTest, forgetsTheHalfFrameOfAnEarlierRun) {
 }
 
 TEST_F(ReceiveThreadTest, dropsOneStrayBytePerTickOfTenMilliseconds) {
-    auto thread = startReceiveThread();
-    const auto start = steady_clock::now();
+    struct SleptApp : test::RecordingApp {
+        void CMD_CallBack(FrameView frame) override {
+            sleptBefore = sleeps.times();
+            RecordingApp::CMD_CallBack(frame);
+        }
+        test::SleepRecord sleeps;
+        Sleeps sleptBefore;
+    };
+    SleptApp slept;
     ASSERT_TRUE(link.receive(joined({{0x01, 0x02, 0x03}, kProgressFrame})));
-    ASSERT_TRUE(app.waitForFrames(1));
-    EXPECT_GE(steady_clock::now() - start, milliseconds(30));
+    auto thread = startReceiveThread();
+    ASSERT_TRUE(slept.waitForFrames(1));
     EXPECT_TRUE(link.detach());
     EXPECT_EQ(thread.get(), 170);
+    EXPECT_EQ(slept.sleptBefore, Sleeps(3, milliseconds(10)));
 }
 
-TEST_F(ReceiveThreadTest, getsThroughThirtyStrayBytesInWellUnderASecondEach) {
-    auto thread = startReceiveThread();
-    const auto start = steady_clock::now();
-    ASSERT_TRUE(link.receive(joined({Bytes(30, 0x01), kProgressFrame})));
-    ASSERT_TRUE(app.waitForFrames(1));
-    EXPECT_LT(steady_clock::now() - start, milliseconds(15000));
+TEST_F(ReceiveThreadTest, handsFramesOnItself) {
+    struct ThreadApp : test::RecordingApp {
+        void CMD_CallBack(FrameView frame) override {
+            callers.push_back(std::this_thread::get_id());
+            RecordingApp::CMD_CallBack(frame);
+        }
+        std::vector<std::thread::id> callers;
+    };
+    ThreadApp asked;
+    ASSERT_TRUE(link.receive(joined({kProgressFrame, kConnectFrame})));
+    std::thread receiveThread(ReceiveThread);
+    const std::thread::id receiver = receiveThread.get_id();
+    ASSERT_TRUE(asked.waitForFrames(2));
     EXPECT_TRUE(link.detach());
-    EXPECT_EQ(thread.get(), 170);
+    receiveThread.join();
+    EXPECT_EQ(asked.callers, (std::vector{receiver, receiver}));
 }
 
 TEST_F(ReceiveThreadTest, letsTheApplicationAnswerAFrameFromItsHandler) {
@@ -133,6 +151,13 @@ TEST_F(ReceiveThreadTest, letsTheApplicationAnswerAFrameFromItsHandler) {
     EXPECT_EQ(link.device->sentBytes(), (Bytes{0xAA, 0x55, 0x02, 0x00, 0xE1, 0x01, 0x21, 0x35}));
     EXPECT_TRUE(link.detach());
     EXPECT_EQ(thread.get(), 170);
+}
+
+TEST(DelayMs, asksForItsTime) {
+    const test::SleepRecord sleeps;
+    Delay_ms(1);
+    Delay_ms(10);
+    EXPECT_EQ(sleeps.times(), (Sleeps{milliseconds(1), milliseconds(10)}));
 }
 
 TEST(DelayMs, lastsAtLeastItsTime) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "Allocations.h"
 #include "UnpackerFixture.h"
 
 namespace kelvo {
@@ -26,6 +27,29 @@ TEST_F(Unpacker, deliversTheStartUpFrameOnce) {
     ASSERT_EQ(app.commands(), Commands{0xE0});
     EXPECT_EQ(firstBytes(app.frames()[0], 8), (Bytes{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25}));
     EXPECT_EQ(takeRing(), Bytes{});
+}
+
+TEST_F(Unpacker, takesNoMemory) {
+    struct CountingApp : AppClass {
+        CountingApp() { AppClassPoint = this; }
+        ~CountingApp() override { AppClassPoint = nullptr; }
+        void CMD_CallBack(FrameView) override { ++frames; }
+        void exitApp() override {}
+        int frames = 0;
+    };
+    CountingApp counting;
+    // Every state: stray bytes, a wrong second header byte, a LENGTH too great, a wrong CRC, a frame found inside.
+    arrive(joined({{0x01, 0xAA, 0xAA, 0x55, 0xFF, 0xFF, 0xAA, 0x55, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00},
+                   kConnectFrame,
+                   {0xAA, 0x55, 0x09, 0x00},
+                   kProgressFrame,
+                   kAcknowledgeFrame}));
+    const std::size_t before = test::allocations();
+    for (int tick = 0; tick < 20; ++tick) {
+        DUP_Unpack();
+    }
+    EXPECT_EQ(test::allocations(), before);
+    EXPECT_EQ(counting.frames, 3);
 }
 
 TEST_F(Unpacker, deliversNothingFromAnEmptyRing) {

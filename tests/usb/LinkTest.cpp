@@ -46,8 +46,11 @@ TEST(Link, isFoundAndLostTwentyTimesWithoutLosingADescriptor) {
         const std::size_t reports = link.counts().reports;
         ASSERT_TRUE(send(link, kConnect)) << n;
         ASSERT_TRUE(link.waitForReports(reports + 1)) << n;
+        auto device = link.device();
         pedal.unplug();
         ASSERT_TRUE(link.waitForRemoval(n)) << n;
+        EXPECT_FALSE(device->setReport(kNothing)) << n;
+        device.reset();
         pedal.plug();
         ASSERT_TRUE(link.waitForArrival(n + 1)) << n;
     }
