@@ -14,10 +14,10 @@
 namespace kelvo {
 namespace {
 
-/// What stands in `name` up to its NUL, and zeros behind it.
+/// What stands in `name` up to its NUL, at most all but its last byte, and zeros behind it.
 NameBuffer terminatedName(const CharName& name) {
     NameBuffer result{};
-    std::copy(name.begin(), std::find(name.begin(), name.end(), '\0'), result.begin());
+    std::copy(name.begin(), std::find(name.begin(), name.end() - 1, '\0'), result.begin());
     return result;
 }
 
@@ -69,18 +69,16 @@ void KelvoAppDelegate::importIR(const QUrl& url) {
 void KelvoAppDelegate::importAMP(const QUrl& url) {
     selectTransferRow(*ImportCabTableV_);
     AMPFile file;
-    if (!file.readModel(ampPath(url))) {
+    std::unique_lock lock(transferMutex_, std::defer_lock);
+    if (!file.OpenFile(ampPath(url), &lock)) {
         return;
     }
     const NameBuffer name = terminatedName(file.CharFileName);
-    {
-        const std::lock_guard lock(transferMutex_);
-        file.GetBuffer(AmpPiontBuff);
-        transfer_.SendAMPFileName = name;
-        transfer_.isInportAMP = true;
-        transfer_.AMPTick = 1;
-        sendAMPData();
-    }
+    transfer_.SendAMPFileName = name;
+    transfer_.isInportAMP = true;
+    transfer_.AMPTick = 1;
+    sendAMPData();
+    lock.unlock();
     const int row = ImportCabTableV_->selectedRow();
     storeLabel(AMPNameArr_, row, importLabel(row + kFirstAmpNumber, name));
     services_.sleep(0);
