@@ -15,10 +15,10 @@
 namespace kelvo {
 namespace {
 
-/// What stands in `name` up to its NUL, and zeros behind it.
+/// What stands in `name` up to its NUL, at most all but its last byte, and zeros behind it.
 NameBuffer terminatedName(const CharName& name) {
     NameBuffer result{};
-    std::copy(name.begin(), std::find(name.begin(), name.end(), '\0'), result.begin());
+    std::copy(name.begin(), std::find(name.begin(), name.end() - 1, '\0'), result.begin());
     return result;
 }
 
@@ -66,19 +66,17 @@ void KelvoAppDelegate::importIR(const QUrl& url) {
 void KelvoAppDelegate::importAMP(const QUrl& url) {
     selectTransferRow(*ImportCabTableV_);
     AMPFile file;
-    if (!file.readModel(ampPath(url))) {
+    std::unique_lock lock(transferMutex_, std::defer_lock);
+    if (!file.OpenFile(ampPath(url), &lock)) {
         return;
     }
     const NameBuffer name = terminatedName(file.CharFileName);
-    {
-        const std::lock_guard lock(transferMutex_);
-        file.GetBuffer(AmpPiontBuff);
-        transfer_.SendAMPFileName = name;
-        transfer_.isInportAMP = true;
-        transfer_.AMPTick = 1;
-        showTransfer(ampModel_, 0);
-        sendAMPData();
-    }
+    transfer_.SendAMPFileName = name;
+    transfer_.isInportAMP = true;
+    transfer_.AMPTick = 1;
+    showTransfer(ampModel_, 0);
+    sendAMPData();
+    lock.unlock();
     AMPNameArr_.setName(ImportCabTableV_->selectedRow(), QString::fromUtf8(name.data()));
     services_.sleep(0);
     ampModel_->reloadData();

@@ -7,7 +7,7 @@
 
 #include "ChosenFile.h"
 #include "Notes.h"
-#include "PrintableText.h"
+#include "Refusals.h"
 
 namespace kelvo {
 namespace {
@@ -22,58 +22,103 @@ QUrl chosenUrl(const QString& path) {
     return QUrl::fromLocalFile(absolute);
 }
 
-QByteArray sentName(const CharName& name) {
-    return {name.data(), std::find(name.begin(), name.begin() + kNameLength, '\0') - name.begin()};
+/// The bytes of a file that is there and not empty; else the report says why not.
+std::optional<FileContent> read(FileReport& report, const QString& path) {
+    ReadFailure failure;
+    auto file = readWholeFile(path, &failure);
+    if (!file) {
+        report.refusal = unreadable(path, failure);
+    } else if (file->size == 0) {
+        report.refusal = QStringLiteral("it is empty");
+        file.reset();
+    }
+    return file;
 }
 
-void checkWave(FileReport& report, const QUrl& url) {
-    RVIRFile file;
-    std::array<std::uint32_t, kIRPointCount> points{};
-    if (!file.OpenFilePath(irPath(url)) || !file.GetIRDataBuffer(points)) {
-        report.refusal = file.refusal;
-        return;
-    }
-    WaveFacts& facts = report.wave.emplace();
-    if (!file.isInteralIR) {
-        facts.format = {file.fmt_block.sampleRate, file.fmt_block.bitsPerSample, file.fmt_block.channels};
-    }
-    facts.framesInFile = file.isInteralIR ? file.framesUsed : file.data_block.heldFrames;
-    facts.framesUsed = file.framesUsed;
+void setName(FileReport& report, const QString& whole) {
+    CharName name;
+    storeName(whole, name);
+    report.name = name.data();
+    report.notes = nameNotes(report.name, whole.toUtf8());
+}
+
+void setPoints(WaveFacts& facts, IRPoints points) {
     std::ranges::transform(points, facts.levels.begin(), levelOf);
     for (const float level : facts.levels) {
         facts.peak = std::max(facts.peak, std::abs(level));
     }
-    report.name = sentName(file.CharFileNane);
-    report.notes = nameNotes(report.name, file.wholeName) + waveNotes(file, facts.peak == 0.0F);
 }
 
-/// Why the amp model at `meant`, which the utility looks for as `lookedFor`, is refused.
-QString refusalBehind(const QString& meant, const QString& lookedFor) {
-    AMPFile file;
-    // What is wrong with the file itself cannot be mended by another name.
-    if (!file.readModel(meant)) {
-        return file.refusal;
+void checkInternal(FileReport& report, ByteView file) {
+    std::array<std::uint32_t, kIRPointCount> points{};
+    WaveFacts& facts = report.wave.emplace();
+    facts.framesUsed = facts.framesInFile = unpackInternal(internalSamples(file), points);
+    setPoints(facts, points);
+    const std::string_view table = internalName(file);
+    const QByteArray whole(table.data(), std::ssize(table));
+    report.name = whole.left(kNameLength);
+    report.notes = nameNotes(report.name, whole) + internalNotes(facts);
+}
+
+void checkWave(FileReport& report, ByteView file, const QString& path) {
+    const WaveLayout wave = findWave(file);
+    const WAVE_FORMAT& format = wave.fmt_block.format;
+    std::array<std::uint32_t, kIRPointCount> points{};
+    const auto used =
+        wave.broken == WaveRule::None ? convertWave(wave.samples, format, wave.frames, points) : std::nullopt;
+    if (!used) {
+        report.refusal = waveRefusal(file, wave);
+        return;
     }
-    return QStringLiteral(
-               "it is looked for as \"%1\", since the escapes that a URL has for spaces, umlauts and the like stay in "
-               "an "
-               "amp model's path; rename or move it")
-        .arg(lookedFor);
+    WaveFacts& facts = report.wave.emplace();
+    const std::size_t frameSize = std::size_t{format.bitsPerSample} / 8 * format.channels;
+    facts.format = format;
+    facts.framesInFile = std::min<std::size_t>(wave.frames, wave.samples.size() / frameSize);
+    facts.framesUsed = *used;
+    setPoints(facts, points);
+    setName(report, irName(path));
+    report.notes += waveNotes(file, wave, facts);
+}
+
+void checkIR(FileReport& report, const QString& path) {
+    const auto file = read(report, path);
+    if (file && isInternalIR(*file)) {
+        checkInternal(report, *file);
+    } else if (file) {
+        checkWave(report, *file, path);
+    }
+}
+
+/// The words of a good amp model; else the report says why it is refused.
+std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
+    const auto file = read(report, path);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::array<std::uint32_t, kAmpWordCount> words{};
+    const AmpLayout amp = scanAmp(*file, words);
+    report.refusal = ampRefusal(*file, amp);
+    return report.refusal.isEmpty() ? std::optional(amp) : std::nullopt;
 }
 
 void checkAmp(FileReport& report, const QUrl& url) {
     const QString lookedFor = ampPath(url);
     const QString meant = irPath(url);
-    AMPFile file;
-    if (!file.readModel(lookedFor)) {
-        report.refusal = lookedFor == meant ? file.refusal : refusalBehind(meant, lookedFor);
-        return;
+    report.amp = readAmp(report, lookedFor);
+    // What is wrong with the file itself cannot be mended by another name.
+    if (!report.amp && lookedFor != meant && readAmp(report, meant)) {
+        report.refusal =
+            QStringLiteral(
+                "it is looked for as \"%1\", since the escapes that a URL has for spaces, umlauts and the like stay in "
+                "an amp model's path; rename or move it")
+                .arg(lookedFor);
     }
-    report.amp = {.words = file.wordsRead, .checksum = file.hasChecksum ? std::optional(file.checksum) : std::nullopt};
-    report.name = sentName(file.CharFileName);
-    report.notes = nameNotes(report.name, file.wholeName) + ampNotes(file);
-    if (lookedFor != meant) {
-        report.notes += QStringLiteral("it is not this file that is read, but \"%1\"").arg(lookedFor);
+    if (report.amp) {
+        setName(report, ampName(lookedFor));
+        report.notes += ampNotes(*report.amp);
+        if (lookedFor != meant) {
+            report.notes += QStringLiteral("it is not this file that is read, but \"%1\"").arg(lookedFor);
+        }
     }
 }
 
@@ -87,7 +132,7 @@ FileReport checkFile(const QString& path) {
     FileReport report{.path = path};
     const QUrl url = chosenUrl(path);
     if (hasFileType(url, kIRFileType)) {
-        checkWave(report, url);
+        checkIR(report, irPath(url));
     } else if (hasFileType(url, kAmpFileType)) {
         checkAmp(report, url);
     } else {

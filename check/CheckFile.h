@@ -5,9 +5,9 @@
 #include <QStringList>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 
+#include "AMPFile.h"
 #include "IRConversion.h"
 
 namespace kelvo {
@@ -15,26 +15,13 @@ namespace kelvo {
 /// The levels of the points that the pedal gets, as fractions of full scale: -1.0 to below 1.0.
 using PointLevels = std::array<float, kIRPointCount>;
 
-/// What the header of a wave file says.
-struct WaveFormat {
-    std::uint32_t sampleRate = 0;  ///< Hz
-    std::uint32_t bitsPerSample = 0;
-    std::uint32_t channels = 0;
-};
-
 /// What becomes of an impulse response that is accepted.
 struct WaveFacts {
-    std::optional<WaveFormat> format;  ///< none: the file has the pedal's own format
-    std::size_t framesInFile = 0;      ///< those that are there whole
+    std::optional<WAVE_FORMAT> format;  ///< none: the file has the pedal's own format
+    std::size_t framesInFile = 0;       ///< those that are there whole
     std::size_t framesUsed = 0;
     PointLevels levels{};
     float peak = 0.0F;  ///< the largest distance of a level from 0
-};
-
-/// What an amp model that is accepted consists of.
-struct AmpFacts {
-    std::size_t words = 0;                  ///< in the file, at most kAmpWordCount
-    std::optional<std::uint32_t> checksum;  ///< none: the file ends before it
 };
 
 /// What the utility makes of one file. Either `refusal`, `wave` or `amp` is there.
@@ -43,7 +30,7 @@ struct FileReport {
     QString refusal;                ///< why the file is refused: a clause that begins with "it" or "its"
     QByteArray name;                ///< the slot's name, in the bytes that the pedal gets
     std::optional<WaveFacts> wave;  ///< for a CAB slot
-    std::optional<AmpFacts> amp;    ///< for an AMP slot
+    std::optional<AmpLayout> amp;   ///< for an AMP slot
     QStringList notes;              ///< why what is accepted may not sound as its maker thinks: clauses, printable
 };
 

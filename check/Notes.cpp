@@ -2,6 +2,8 @@
 
 #include <QUtf8StringView>
 #include <algorithm>
+#include <bit>
+#include <cmath>
 #include <initializer_list>
 
 #include "PrintableText.h"
@@ -11,6 +13,8 @@ namespace {
 
 constexpr std::uint32_t kIntegerTag = 1;
 constexpr std::uint32_t kFloatTag = 3;
+constexpr std::uint32_t kHasSubFormat = 0xFFFE;
+constexpr std::size_t kSubFormatTag = 32;  // from the fmt chunk's id on
 
 struct Note {
     bool applies;
@@ -31,12 +35,31 @@ bool isPrintableAscii(char byte) {
     return byte >= ' ' && byte <= '~';
 }
 
-QString strayChunk(const char* id, std::size_t offset) {
-    return QStringLiteral(
-               "its first \"%1\", at byte %2, is used, though by the sizes of the chunks before it no chunk begins "
-               "there")
-        .arg(QLatin1StringView(id))
-        .arg(offset);
+/// Applies when the chunks' own sizes do not lead from the first chunk to one at `offset`: what was found there may be
+/// inside another chunk.
+Note strayChunk(ByteView file, const char* id, std::size_t offset) {
+    std::uint64_t begin = sizeof(RIFF_HEADER);
+    while (begin < offset) {
+        const std::uint32_t size = littleEndian(file, static_cast<std::size_t>(begin) + sizeof(FourChars), 4);
+        begin += sizeof(DATA_BLOCK) + std::uint64_t{size} + size % 2;
+    }
+    return {begin != offset,
+            QStringLiteral(
+                "its first \"%1\", at byte %2, is used, though by the sizes of the chunks before it no chunk begins "
+                "there")
+                .arg(QLatin1StringView(id))
+                .arg(offset)};
+}
+
+/// How many of the first `frames` frames hold a float beyond -1.0 to 1.0, or none, in their first channel. Such samples
+/// wrap when they are decoded.
+std::size_t countBeyondFullScale(ByteView samples, std::size_t stride, std::size_t frames) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < frames; ++i) {
+        // Written so that NaN counts.
+        count += std::abs(std::bit_cast<float>(littleEndian(samples, i * stride, 4))) <= 1.0F ? 0U : 1U;
+    }
+    return count;
 }
 
 QString otherFormatTag(std::uint32_t tag, std::uint32_t bitsPerSample) {
@@ -50,66 +73,68 @@ QString otherFormatTag(std::uint32_t tag, std::uint32_t bitsPerSample) {
 
 }  // namespace
 
-QStringList nameNotes(QByteArrayView sent, const QString& whole) {
-    const QByteArray wholeUtf8 = whole.toUtf8();
+QStringList nameNotes(QByteArrayView sent, const QByteArray& whole) {
     const bool isBroken = !QUtf8StringView(sent).isValidUtf8();
     return thoseThatApply({
-        {sent != wholeUtf8,
-         QStringLiteral("its name is cut%1; the whole one is \"%2\"")
-             .arg(isBroken ? QStringLiteral(" inside a character") : QString(), printableText(wholeUtf8))},
+        {sent != whole, QStringLiteral("its name is cut%1; the whole one is \"%2\"")
+                            .arg(isBroken ? QStringLiteral(" inside a character") : QString(), printableText(whole))},
         {!std::ranges::all_of(sent, isPrintableAscii),
          QStringLiteral("its name is not all printable ASCII; the pedal gets the bytes %1")
              .arg(QLatin1StringView(sent.toByteArray().toHex(' ')))},
     });
 }
 
-QStringList waveNotes(const RVIRFile& file, bool isSilent) {
-    const std::size_t missing = file.framesWanted - file.framesUsed;
-    if (file.isInteralIR) {
-        return thoseThatApply({
-            {missing > 0, QStringLiteral("%1 of its %2 points are missing and count as silence")
-                              .arg(missing)
-                              .arg(file.framesWanted)},
-            {isSilent, QStringLiteral("all its points are zero")},
-        });
-    }
-    const auto& format = file.fmt_block;
-    const auto& data = file.data_block;
+QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& facts) {
+    const WAVE_FORMAT& format = wave.fmt_block.format;
+    const std::size_t held = wave.samples.size();
     const bool isUsable = hasUsableChannel(format.channels);
-    const std::size_t beyond = file.framesBeyondFullScale();
+    const bool isFloat = format.bitsPerSample == kFloatBits;
+    const std::size_t wanted = findIRRate(format.sampleRate)->frameCap;
+    const std::size_t beyond =
+        isFloat ? countBeyondFullScale(wave.samples, std::size_t{4} * format.channels, facts.framesUsed) : 0;
+    const std::uint32_t tag = format.formatTag == kHasSubFormat
+                                  ? littleEndian(file.subspan(wave.fmtOffset), kSubFormatTag, 2)
+                                  : format.formatTag;
     return thoseThatApply({
         {!isUsable, QStringLiteral("its %1 channels give silence; only one channel, or the first of two, is used")
                         .arg(format.channels)},
-        {data.declaredSize > data.heldSize,
+        {wave.data_block.size > held,
          QStringLiteral("its \"data\" chunk, at byte %1, declares %2 bytes of samples, of which the file holds %3")
-             .arg(data.offset)
-             .arg(data.declaredSize)
-             .arg(data.heldSize)},
-        {isUsable && missing > 0,
+             .arg(wave.dataOffset)
+             .arg(wave.data_block.size)
+             .arg(held)},
+        {isUsable && facts.framesUsed < wanted,
          QStringLiteral("%1 of the %2 frames that are taken at %3 Hz are missing and count as silence")
-             .arg(missing)
-             .arg(file.framesWanted)
+             .arg(wanted - facts.framesUsed)
+             .arg(wanted)
              .arg(format.sampleRate)},
         {format.bitsPerSample == 8,
          QStringLiteral("its 8-bit samples are taken as they stand; their silence, 0x80, becomes negative full scale")},
         {beyond > 0, QStringLiteral("%1 of the %2 frames used are not within -1.0 to 1.0 and wrap to other levels")
                          .arg(beyond)
-                         .arg(file.framesUsed)},
-        {format.formatTag != (format.bitsPerSample == kFloatBits ? kFloatTag : kIntegerTag),
-         otherFormatTag(format.formatTag, format.bitsPerSample)},
-        {!file.chunkBeginsAt(format.offset), strayChunk("fmt ", format.offset)},
-        {!file.chunkBeginsAt(data.offset), strayChunk("data", data.offset)},
-        {isUsable && isSilent, QStringLiteral("all its points are zero")},
+                         .arg(facts.framesUsed)},
+        {tag != (isFloat ? kFloatTag : kIntegerTag), otherFormatTag(tag, format.bitsPerSample)},
+        strayChunk(file, "fmt ", wave.fmtOffset),
+        strayChunk(file, "data", wave.dataOffset),
+        {isUsable && facts.peak == 0.0F, QStringLiteral("all its points are zero")},
     });
 }
 
-QStringList ampNotes(const AMPFile& file) {
+QStringList internalNotes(const WaveFacts& facts) {
     return thoseThatApply({
-        {!file.hasChecksum,
-         QStringLiteral("it ends before its checksum and is accepted because its words add up to 0")},
-        {file.wordsRead < kAmpWordCount, QStringLiteral("%1 of the %2 words are missing and are sent as 0")
-                                             .arg(kAmpWordCount - file.wordsRead)
-                                             .arg(kAmpWordCount)},
+        {facts.framesUsed < kIRPointCount, QStringLiteral("%1 of its %2 points are missing and count as silence")
+                                               .arg(kIRPointCount - facts.framesUsed)
+                                               .arg(kIRPointCount)},
+        {facts.peak == 0.0F, QStringLiteral("all its points are zero")},
+    });
+}
+
+QStringList ampNotes(const AmpLayout& amp) {
+    return thoseThatApply({
+        {!amp.checksum, QStringLiteral("it ends before its checksum and is accepted because its words add up to 0")},
+        {amp.words < kAmpWordCount, QStringLiteral("%1 of the %2 words are missing and are sent as 0")
+                                        .arg(kAmpWordCount - amp.words)
+                                        .arg(kAmpWordCount)},
     });
 }
 

@@ -4,20 +4,21 @@
 #include <QString>
 #include <QStringList>
 
-#include "AMPFile.h"
-#include "RVIRFile.h"
+#include "CheckFile.h"
 
 namespace kelvo {
 
 // Why a file that is accepted may not become what its maker thinks: one printable clause for each reason. Any thread.
 
-/// `sent` is what the pedal gets of the name `whole`.
-[[nodiscard]] QStringList nameNotes(QByteArrayView sent, const QString& whole);
+/// `sent` is what the pedal gets of the name `whole`, in UTF-8.
+[[nodiscard]] QStringList nameNotes(QByteArrayView sent, const QByteArray& whole);
 
-/// `file` has just been converted; `isSilent`: all its points are zero.
-[[nodiscard]] QStringList waveNotes(const RVIRFile& file, bool isSilent);
+/// `facts` tell what became of the file.
+[[nodiscard]] QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& facts);
 
-/// `file` is open.
-[[nodiscard]] QStringList ampNotes(const AMPFile& file);
+/// The same for a file in the device's own format.
+[[nodiscard]] QStringList internalNotes(const WaveFacts& facts);
+
+[[nodiscard]] QStringList ampNotes(const AmpLayout& amp);
 
 }  // namespace kelvo

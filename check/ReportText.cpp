@@ -27,7 +27,7 @@ QString nameLine(const QByteArray& name) {
     return line("name:", quoted(name) + (isShownAsItIs ? QString() : QStringLiteral(", shown as ") + quoted(shown)));
 }
 
-QString formatLines(const WaveFormat& format) {
+QString formatLines(const WAVE_FORMAT& format) {
     const bool isFloat = format.bitsPerSample == kFloatBits;
     const char* const used = !hasUsableChannel(format.channels) ? ", none of which is used"
                              : format.channels > 1              ? ", the first is used"
@@ -58,7 +58,7 @@ QString waveLines(const QByteArray& name, const WaveFacts& wave) {
            line("peak:", peakText(wave.peak));
 }
 
-QString ampLines(const QByteArray& name, const AmpFacts& amp) {
+QString ampLines(const QByteArray& name, const AmpLayout& amp) {
     return line("kind:", QStringLiteral("amp model, for an AMP slot")) + nameLine(name) +
            line("words:", QStringLiteral("%1 of %2").arg(amp.words).arg(kAmpWordCount)) +
            line("checksum:", amp.checksum ? QStringLiteral("0x%1").arg(*amp.checksum, 8, 16, QLatin1Char('0'))

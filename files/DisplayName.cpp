@@ -5,7 +5,9 @@
 #include <algorithm>
 
 namespace kelvo {
+namespace {
 
+/// The last component of `path` up to its one `extension`, or, with several, each replaced by `joint`, to the last.
 QString displayName(const QString& path, const QString& extension, const QString& joint) {
     QStringList pieces = path.section(QLatin1Char('/'), -1).split(extension);
     if (pieces.size() < 3) {
@@ -13,6 +15,16 @@ QString displayName(const QString& path, const QString& extension, const QString
     }
     pieces.last().clear();
     return pieces.join(joint);
+}
+
+}  // namespace
+
+QString irName(const QString& path) {
+    return displayName(path, QStringLiteral(".wav"), QStringLiteral(".wav")).toUpper();
+}
+
+QString ampName(const QString& path) {
+    return displayName(path, QStringLiteral(".amp"), QStringLiteral(".apm"));
 }
 
 void storeName(const QString& name, CharName& destination) {

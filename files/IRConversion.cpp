@@ -6,8 +6,6 @@
 #include <cmath>
 #include <limits>
 
-#include "LittleEndian.h"
-
 // Intermediate results in a wider format would round differently.
 static_assert(FLT_EVAL_METHOD == 0 && std::numeric_limits<float>::is_iec559);
 
@@ -41,20 +39,20 @@ std::uint32_t decodeFloat(std::uint32_t bits) {
 /// One word for each frame of `stride` bytes, all of which `data` holds: its first `width` bytes, moved up by `shift`
 /// bits.
 template <std::size_t width, int shift>
-void decodeFrames(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out) {
+void decodeFrames(ByteView data, std::size_t stride, std::span<std::uint32_t> out) {
     for (std::size_t i = 0; i < out.size(); ++i) {
         out[i] = littleEndian(data.subspan(i * stride).first<width>()) << shift;
     }
 }
 
-void decodeFloats(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out) {
+void decodeFloats(ByteView data, std::size_t stride, std::span<std::uint32_t> out) {
     decodeFrames<4, 0>(data, stride, out);
     std::ranges::transform(out, out.begin(), decodeFloat);
 }
 
 struct SampleDecoder {
     std::uint32_t bitsPerSample;
-    void (*decode)(std::span<const std::uint8_t> data, std::size_t stride, std::span<std::uint32_t> out);
+    void (*decode)(ByteView data, std::size_t stride, std::span<std::uint32_t> out);
 };
 
 constexpr std::array<SampleDecoder, 4> kDecoders{{
@@ -81,8 +79,8 @@ bool hasUsableChannel(std::uint32_t channels) {
     return channels == 1 || channels == 2;
 }
 
-std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
-                                              std::uint32_t bitsPerSample, std::size_t maxFrames, IRPointBuffer& out) {
+std::optional<std::size_t> decodeFirstChannel(ByteView data, std::uint32_t channels, std::uint32_t bitsPerSample,
+                                              std::size_t maxFrames, IRPointBuffer& out) {
     const auto decoder = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
     if (decoder == kDecoders.end()) {
         return std::nullopt;
@@ -94,18 +92,6 @@ std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data
     const std::size_t frames = std::min({data.size() / stride, maxFrames, out.size()});
     decoder->decode(data, stride, std::span(out).first(frames));
     return frames;
-}
-
-std::size_t countBeyondFullScale(std::span<const std::uint8_t> data, std::uint32_t channels,
-                                 std::uint32_t bitsPerSample, std::size_t frames) {
-    const std::size_t stride = bitsPerSample / 8 * channels;
-    std::size_t count = 0;
-    for (std::size_t i = 0; bitsPerSample == kFloatBits && i < frames; ++i) {
-        const auto sample = std::bit_cast<float>(littleEndian(data, i * stride, 4));
-        // Written so that NaN counts.
-        count += std::abs(sample) <= 1.0F ? 0U : 1U;
-    }
-    return count;
 }
 
 float levelOf(std::uint32_t point) {
@@ -141,6 +127,37 @@ void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRP
         const std::int32_t v = truncateToInt32(in[k] * kFullScale);
         out[k] = (static_cast<std::uint32_t>(v) & 0xFFFFFFU) | (v < 0 ? 0x800000U : 0U);
     }
+}
+
+std::optional<std::size_t> convertWave(ByteView samples, const WAVE_FORMAT& format, std::size_t frames,
+                                       IRPoints points) {
+    const IRRate* rate = findIRRate(format.sampleRate);
+    IRPointBuffer decoded{};
+    const auto used = rate == nullptr ? std::nullopt
+                                      : decodeFirstChannel(samples, format.channels, format.bitsPerSample,
+                                                           std::min(frames, rate->frameCap), decoded);
+    if (!used) {
+        return std::nullopt;
+    }
+    if (rate->ratio == 0.0F) {
+        std::ranges::copy_n(decoded.begin(), kIRPointCount, points.begin());
+        return used;
+    }
+    const auto sampleRate = static_cast<std::int32_t>(rate->sampleRate);
+    std::array<float, kIRFrameCount> EnterBufferF{};
+    std::array<float, kIRPointCount> ResampOut{};
+    ICovertoF(decoded, sampleRate, EnterBufferF);
+    Resample(EnterBufferF, sampleRate, ResampOut);
+    FCovertoI(ResampOut, points);
+    return used;
+}
+
+std::size_t unpackInternal(ByteView samples, IRPoints points) {
+    constexpr std::size_t kSampleSize = 3;
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        points[k] = littleEndian(samples, k * kSampleSize, kSampleSize);
+    }
+    return std::min(samples.size() / kSampleSize, points.size());
 }
 
 }  // namespace kelvo

@@ -7,6 +7,8 @@
 #include <optional>
 #include <span>
 
+#include "IRLayout.h"
+
 namespace kelvo {
 
 /// Points of an impulse response in the device: 44100 Hz, 24-bit two's complement in bits 0 to 23.
@@ -20,6 +22,7 @@ inline constexpr std::size_t kIRFrameCount = 1120;
 inline constexpr std::uint32_t kFloatBits = 32;
 
 using IRPointBuffer = std::array<std::uint32_t, kIRFrameCount>;
+using IRPoints = std::span<std::uint32_t, kIRPointCount>;
 
 /// How a source rate becomes 44100 Hz.
 struct IRRate {
@@ -38,14 +41,9 @@ struct IRRate {
 /// the rest of `out` is left as it is. 8-bit samples are not re-biased from unsigned. Floats beyond -1.0 to 1.0 wrap,
 /// and positive ones then keep their bits 24 to 31. Returns how many frames were decoded, nothing for a width other
 /// than 8, 16, 24 (integers) and 32 (IEEE-754 singles). Without a usable channel no frame is decoded.
-[[nodiscard]] std::optional<std::size_t> decodeFirstChannel(std::span<const std::uint8_t> data, std::uint32_t channels,
+[[nodiscard]] std::optional<std::size_t> decodeFirstChannel(ByteView data, std::uint32_t channels,
                                                             std::uint32_t bitsPerSample, std::size_t maxFrames,
                                                             IRPointBuffer& out);
-
-/// How many of the first `frames` frames in `data` hold a float beyond -1.0 to 1.0, or none, in their first channel.
-/// Such samples wrap when they are decoded. 0 for samples that are integers.
-[[nodiscard]] std::size_t countBeyondFullScale(std::span<const std::uint8_t> data, std::uint32_t channels,
-                                               std::uint32_t bitsPerSample, std::size_t frames);
 
 /// The level of a point, or of a decoded sample, as a part of full scale: -1.0 to below 1.0. Bits 24 to 31 are ignored.
 [[nodiscard]] float levelOf(std::uint32_t point);
@@ -73,5 +71,15 @@ void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate,
 /// Floats to 24-bit integers; bits 24 to 31 are zero. An exact 1.0 or -1.0 in `in` is replaced there by the nearest
 /// value that fits the device; other values beyond that range wrap within 24 bits.
 void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRPointCount> out);
+
+/// The whole way from a wave file's samples, as they stand in the file up to its end, to the device's points; bits 24
+/// to 31 are zero (floats beyond -1.0 to 1.0 excepted, see decodeFirstChannel). Of `frames` declared frames those are
+/// used that are there whole; what then lacks is silence. Returns how many, or nothing, with `points` as they were, for
+/// a rate or a depth that is not supported.
+[[nodiscard]] std::optional<std::size_t> convertWave(ByteView samples, const WAVE_FORMAT& format, std::size_t frames,
+                                                     IRPoints points);
+
+/// The same for samples in the device's own format, where every byte counts; bytes that lack are zero.
+std::size_t unpackInternal(ByteView samples, IRPoints points);
 
 }  // namespace kelvo

@@ -7,6 +7,8 @@
 
 namespace kelvo {
 
+using ByteView = std::span<const std::uint8_t>;
+
 /// The unsigned little-endian number that these bytes, at most 4, are.
 template <std::size_t extent>
 [[nodiscard]] constexpr std::uint32_t littleEndian(std::span<const std::uint8_t, extent> bytes) {
@@ -19,8 +21,7 @@ template <std::size_t extent>
 
 /// The unsigned little-endian number of `width` bytes, at most 4, that stands at `offset`. Bytes past the end count as
 /// zero, so it is defined for every offset.
-[[nodiscard]] constexpr std::uint32_t littleEndian(std::span<const std::uint8_t> bytes, std::size_t offset,
-                                                   std::size_t width) {
+[[nodiscard]] constexpr std::uint32_t littleEndian(ByteView bytes, std::size_t offset, std::size_t width) {
     const auto rest = bytes.subspan(std::min(offset, bytes.size()));
     return littleEndian(rest.first(std::min(width, rest.size())));
 }

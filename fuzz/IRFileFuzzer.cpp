@@ -24,7 +24,7 @@ void checkAnyName(std::span<const std::uint8_t> bytes) {
     const QString path = QString::fromUtf8(QByteArray::fromStdString({bytes.begin(), bytes.end()}));
     kelvo::CharName name;
     name.fill('x');
-    kelvo::storeName(kelvo::displayName(path, ".wav", ".wav").toUpper(), name);
+    kelvo::storeName(kelvo::irName(path), name);
     const auto end = std::find(name.begin(), name.end(), '\0');
     check(end <= name.begin() + 10, "a slot's name has at most ten bytes");
     check(std::all_of(name.begin() + 11, name.end(), [](char letter) { return letter == 'x'; }),

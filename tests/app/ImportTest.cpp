@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "AppHarness.h"
+#include "IRLayout.h"
 #include "SampleFiles.h"
 #include "SlotTableView.h"
 
@@ -131,6 +132,15 @@ TEST_F(Import, ofALongName_sendsTenBytesAndShowsTheSame) {
     ASSERT_TRUE(app_.waitForChanges(1));
     EXPECT_EQ(name(5), "VINTAGE 4X");
     EXPECT_EQ(app_.cabLabel(5), "32.VINTAGE 4X");
+}
+
+TEST_F(Import, ofThePedalsOwnFormat_endsANameWithoutAnEndWhereTheLabelsRoomEnds) {
+    FileNameBuff[3] = "abcdefghijklmno";
+    app_.importIR(5, files_.write("own.wav", FileBytes{'T', 'a', 'v', 'i', 'k', 'I', 'R', 3}));
+    FileNameBuff = {};
+    ASSERT_TRUE(app_.waitForChanges(1));
+    EXPECT_EQ(name(5), "abcdefghij");
+    EXPECT_EQ(app_.cabLabel(5), "32.ABCDEFGHIJKLMNO    ");
 }
 
 TEST_F(Import, aSecondOneOverwritesTheFirst) {

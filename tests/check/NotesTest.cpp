@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <limits>
 
 #include "CheckFile.h"
 #include "Notes.h"
@@ -72,6 +73,35 @@ TEST_F(CheckNotes, ofFloatsThatWrap) {
               "2 of the 512 frames used are not within -1.0 to 1.0 and wrap to other levels");
 }
 
+TEST_F(CheckNotes, ofFloatsThatWrap_countThoseOfTheFirstChannelAmongTheFramesUsed) {
+    FileBytes data;
+    for (const float left : {1.0F, -1.0F, 1.0000001F, -2.0F, std::numeric_limits<float>::quiet_NaN(),
+                             std::numeric_limits<float>::infinity(), 0.5F}) {
+        append(data, std::bit_cast<std::uint32_t>(left), 4);
+        append(data, std::bit_cast<std::uint32_t>(9.0F), 4);
+    }
+    const std::string missing = " of the 512 frames that are taken at 44100 Hz are missing and count as silence\n";
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 32, .channels = 2, .data = data}.bytes()),
+              "505" + missing + "4 of the 7 frames used are not within -1.0 to 1.0 and wrap to other levels");
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 32, .channels = 2, .data = data, .declaredDataSize = 24}.bytes()),
+              "509" + missing + "1 of the 3 frames used are not within -1.0 to 1.0 and wrap to other levels");
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 32, .channels = 4, .data = data}.bytes()),
+              "its 4 channels give silence; only one channel, or the first of two, is used");
+    EXPECT_EQ(of(WaveFile{.bitsPerSample = 24, .data = FileBytes(1536, 0x7F)}.bytes()), "");
+}
+
+TEST_F(CheckNotes, ofAFormatTag_takeThatOfTheSubFormatWhereThereIsOne) {
+    FileBytes bytes = WaveFile{.data = sound()}.bytes();
+    bytes[20] = 0xFE;
+    bytes[21] = 0xFF;
+    bytes[44] = 0x34;  // 24 bytes behind the chunk's header
+    bytes[45] = 0x12;
+    EXPECT_EQ(of(bytes), "its format tag is 4660, but 16-bit samples are always taken as integers (tag 1)");
+    bytes[44] = 1;
+    bytes[45] = 0;
+    EXPECT_EQ(of(bytes), "");
+}
+
 TEST_F(CheckNotes, ofAFormatTagThatIsNotFollowed) {
     FileBytes bytes = WaveFile{.bitsPerSample = 32, .data = floats()}.bytes();
     bytes[20] = 1;
@@ -99,6 +129,22 @@ TEST_F(CheckNotes, ofChunksThatStandInsideAnother) {
         of(bytes),
         "its first \"fmt \", at byte 13, is used, though by the sizes of the chunks before it no chunk begins there\n"
         "its first \"data\", at byte 37, is used, though by the sizes of the chunks before it no chunk begins there");
+}
+
+TEST_F(CheckNotes, areNoneForChunksBehindOneOfOddLengthOrWithIdsInIt) {
+    FileBytes list;
+    append(list, "LIST");
+    append(list, 7, 4);
+    append(list, "some te");  // and a byte that makes the size even
+    list.push_back(0);
+    FileBytes bytes = WaveFile{.data = sound()}.bytes();
+    bytes.insert(bytes.begin() + 12, list.begin(), list.end());
+    EXPECT_EQ(of(bytes), "");
+    bytes[16] = 9;  // as if LIST went on into the format
+    EXPECT_EQ(
+        of(bytes),
+        "its first \"fmt \", at byte 28, is used, though by the sizes of the chunks before it no chunk begins there\n"
+        "its first \"data\", at byte 52, is used, though by the sizes of the chunks before it no chunk begins there");
 }
 
 TEST_F(CheckNotes, ofNothingButZeros) {
@@ -135,9 +181,9 @@ TEST_F(CheckNotes, ofANameThatIsCut) {
 TEST(NameNotes, tellWhenTheCutIsInsideACharacter) {
     EXPECT_EQ(nameNotes("\xC3\x9C"
                         "B\xC3",
-                        QString::fromUtf8("\xC3\x9C"
-                                          "B\xC3\x9C"
-                                          "B")),
+                        "\xC3\x9C"
+                        "B\xC3\x9C"
+                        "B"),
               (QStringList{QString::fromUtf8("its name is cut inside a character; the whole one is \"\xC3\x9C"
                                              "B\xC3\x9C"
                                              "B\""),

@@ -5,7 +5,7 @@
 namespace kelvo {
 namespace {
 
-FileReport wave(const WaveFormat& format, float peak) {
+FileReport wave(const WAVE_FORMAT& format, float peak) {
     FileReport report{.path = "a.wav", .name = "CAB"};
     report.wave = {.format = format, .framesInFile = 700, .framesUsed = 560, .peak = peak};
     return report;
@@ -23,7 +23,7 @@ TEST(ReportText, ofARefusalIsOneLine) {
 }
 
 TEST(ReportText, ofAWave) {
-    EXPECT_EQ(reportText(wave({48000, 16, 1}, 0.5F)).toStdString(),
+    EXPECT_EQ(reportText(wave({.channels = 1, .sampleRate = 48000, .bitsPerSample = 16}, 0.5F)).toStdString(),
               "a.wav: accepted\n"
               "  kind:     impulse response, for a CAB slot\n"
               "  name:     \"CAB\"\n"
@@ -60,16 +60,21 @@ TEST(ReportText, ofAnAmp) {
 }
 
 TEST(ReportText, tellsFloatsFromIntegersAndWhichChannelIsUsed) {
-    EXPECT_EQ(line(wave({44100, 32, 2}, 1), "depth:"), "  depth:    32-bit float");
-    EXPECT_EQ(line(wave({44100, 24, 2}, 1), "depth:"), "  depth:    24-bit integer");
-    EXPECT_EQ(line(wave({44100, 24, 2}, 1), "channels:"), "  channels: 2, the first is used");
-    EXPECT_EQ(line(wave({44100, 24, 6}, 1), "channels:"), "  channels: 6, none of which is used");
+    EXPECT_EQ(line(wave({.channels = 2, .sampleRate = 44100, .bitsPerSample = 32}, 1), "depth:"),
+              "  depth:    32-bit float");
+    EXPECT_EQ(line(wave({.channels = 2, .sampleRate = 44100, .bitsPerSample = 24}, 1), "depth:"),
+              "  depth:    24-bit integer");
+    EXPECT_EQ(line(wave({.channels = 2, .sampleRate = 44100, .bitsPerSample = 24}, 1), "channels:"),
+              "  channels: 2, the first is used");
+    EXPECT_EQ(line(wave({.channels = 6, .sampleRate = 44100, .bitsPerSample = 24}, 1), "channels:"),
+              "  channels: 6, none of which is used");
 }
 
 TEST(ReportText, givesThePeakInHundredthsOfADecibelAndNoMinusBeforeZero) {
-    EXPECT_EQ(line(wave({44100, 24, 1}, 0.0F), "peak:"), "  peak:     none");
-    EXPECT_EQ(line(wave({44100, 24, 1}, 0.99999988F), "peak:"), "  peak:     0.00 dBFS (1.000000 of full scale)");
-    EXPECT_EQ(line(wave({44100, 24, 1}, 0.00000011920929F), "peak:"),
+    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.0F), "peak:"), "  peak:     none");
+    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.99999988F), "peak:"),
+              "  peak:     0.00 dBFS (1.000000 of full scale)");
+    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.00000011920929F), "peak:"),
               "  peak:     -138.47 dBFS (0.000000 of full scale)");
 }
 

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <future>
+#include <mutex>
 #include <string>
 
 #include "AMPFile.h"
+#include "ReadHook.h"
 #include "SampleFiles.h"
 
 namespace kelvo {
@@ -36,7 +39,7 @@ TEST_F(AmpReader, startsClosedWithABlankName) {
     EXPECT_FALSE(file.IsFileOpenSuccess);
     EXPECT_EQ(file.FileSize, 0U);
     EXPECT_EQ(std::string(file.CharFileName.begin(), file.CharFileName.end()), "                    ");
-    EXPECT_EQ(file.ampSwBuffer, (std::array<std::uint32_t, 512>{}));
+    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer, (std::array<std::uint32_t, 512>{}));
 }
 
 TEST_F(AmpReader, takesAFileOf2055BytesWhoseChecksumMatches) {
@@ -133,8 +136,8 @@ TEST_F(AmpReader, sevenBytesAreAcceptedAndTheOtherWordsKeepTheirValues) {
     ASSERT_TRUE(open(twoWordModel()));
     EXPECT_TRUE(open({0, 0, 0, 0, '2', '.', '0'}));
     EXPECT_EQ(file.FileSize, 7U);
-    EXPECT_EQ(file.ampSwBuffer[0], 0U);
-    EXPECT_EQ(file.ampSwBuffer[1], 0x11111111U);
+    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer[0], 0U);
+    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer[1], 0x11111111U);
     EXPECT_EQ(AmpPiontBuff[0], 0U);
     EXPECT_EQ(AmpPiontBuff[1], 0x11111111U);
 }
@@ -188,7 +191,7 @@ TEST_F(AmpReader, refusedFileStillOverwritesTheObjectsWords) {
     FileBytes bytes = twoWordModel();
     bytes.back() = '1';
     EXPECT_FALSE(open(bytes));
-    EXPECT_EQ(file.ampSwBuffer[0], 0x04030201U);
+    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer[0], 0x04030201U);
     EXPECT_TRUE(ampPiontBuffIsUntouched());
 }
 
@@ -200,12 +203,70 @@ TEST_F(AmpReader, failureAfterASuccessClosesAndKeepsNameAndProcessWideWords) {
     EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
 }
 
-TEST_F(AmpReader, readModelLeavesTheProcessWideWords) {
-    EXPECT_TRUE(file.readModel(dir.write("Clean.amp", twoWordModel())));
-    EXPECT_TRUE(file.IsFileOpenSuccess);
-    EXPECT_STREQ(file.CharFileName.data(), "Clean");
-    EXPECT_EQ(file.ampSwBuffer[0], 0x04030201U);
-    EXPECT_TRUE(ampPiontBuffIsUntouched());
+TEST_F(AmpReader, readsWithoutTheGuardAndReturnsWithIt) {
+    const QString path = dir.write("Clean.amp", twoWordModel());
+    std::mutex mutex;
+    bool wasFree = false;
+    readHook = [&](int fd, void* buffer, std::size_t size) {
+        wasFree = std::async(std::launch::async, [&] { return std::unique_lock(mutex, std::try_to_lock).owns_lock(); })
+                      .get() &&
+                  ampPiontBuffIsUntouched();
+        return __real_read(fd, buffer, size);
+    };
+    std::unique_lock guard(mutex, std::defer_lock);
+    EXPECT_TRUE(file.OpenFile(path, &guard));
+    readHook = nullptr;
+    EXPECT_TRUE(wasFree);
+    EXPECT_TRUE(guard.owns_lock());
+    EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
+}
+
+TEST_F(AmpReader, aRefusedFileDoesNotTakeTheGuard) {
+    std::mutex mutex;
+    std::unique_lock guard(mutex, std::defer_lock);
+    EXPECT_FALSE(file.OpenFile(dir.path("missing.amp"), &guard));
+    EXPECT_FALSE(file.OpenFile(dir.write("a.amp", FileBytes{1}), &guard));
+    EXPECT_FALSE(guard.owns_lock());
+}
+
+TEST_F(AmpReader, keepsTheWholeFileWhileItIsOpen) {
+    ASSERT_TRUE(open(twoWordModel()));
+    ASSERT_EQ(file.pFileBuff.size, 2055U);
+    EXPECT_EQ(file.pFileBuff.bytes[2054], '0');
+    EXPECT_FALSE(open({'0'}));
+    EXPECT_EQ(file.pFileBuff.size, 0U);
+    EXPECT_EQ(file.FileSize, 1U);
+}
+
+TEST_F(AmpReader, anEmptyFileHasTheLengthNone) {
+    ASSERT_TRUE(open(twoWordModel()));
+    EXPECT_FALSE(open({}));
+    EXPECT_EQ(file.FileSize, 0U);
+    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer[0], 0x04030201U);
+}
+
+TEST(AmpLayout, tellsWhatTheFileHolds) {
+    std::array<std::uint32_t, 512> words{};
+    AmpLayout amp = scanAmp(ampFile(std::array<std::uint32_t, 2>{0x12345678, 1}), words);
+    EXPECT_EQ(amp.words, 512U);
+    EXPECT_EQ(amp.sum, 0x12345679U);
+    EXPECT_EQ(amp.checksum, 0x12345679U);
+    EXPECT_TRUE(amp.addsUp());
+    EXPECT_TRUE(amp.hasTrailer);
+    EXPECT_EQ(words[0], 0x12345678U);
+    words.fill(7);
+    amp = scanAmp(FileBytes{0, 0, 0, 0, '2', '.', '0'}, words);
+    EXPECT_EQ(amp.words, 1U);
+    EXPECT_EQ(amp.checksum, std::nullopt);
+    EXPECT_TRUE(amp.addsUp());
+    EXPECT_EQ(words[0], 0U);
+    EXPECT_EQ(words[1], 7U);
+    amp = scanAmp(FileBytes{1, 0, 0, 0, '2', '.', '1'}, words);
+    EXPECT_FALSE(amp.addsUp());
+    EXPECT_FALSE(amp.hasTrailer);
+    amp = scanAmp({}, words);
+    EXPECT_EQ(amp.words, 0U);
+    EXPECT_FALSE(amp.hasTrailer);
 }
 
 TEST_F(AmpReader, extensionIsNotChecked) {

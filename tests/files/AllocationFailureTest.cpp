@@ -58,8 +58,11 @@ protected:
 TEST_F(AllocationFailure, wholeFileIsRefused) {
     const QString path = dir.write("large", FileBytes(70001));
     failingSize = 70001;
-    EXPECT_FALSE(readWholeFile(path));
+    ReadFailure failure;
+    EXPECT_FALSE(readWholeFile(path, &failure));
     failingSize = 0;
+    EXPECT_EQ(failure.step, ReadFailure::Step::Memory);
+    EXPECT_EQ(failure.size, 70001U);
     EXPECT_TRUE(readWholeFile(path));
 }
 

@@ -87,10 +87,10 @@ INSTANTIATE_TEST_SUITE_P(Borders, AMPName,
                                          NameCase{"\U0001F3B8.amp", "\xF0\x9F"}));
 
 TEST(DisplayName, isTakenFromTheLastComponentOnly) {
-    EXPECT_EQ(displayName("//home/a.wav/b.wav.d/My IR.wav", ".wav", ".wav"), QString("My IR"));
-    EXPECT_EQ(displayName("cab.wav", ".wav", ".wav"), QString("cab"));
-    EXPECT_EQ(displayName("/a/b.wav/", ".wav", ".wav"), QString(""));
-    EXPECT_EQ(displayName("", ".wav", ".wav"), QString(""));
+    EXPECT_EQ(irName("//home/a.wav/b.wav.d/My IR.wav"), QString("MY IR"));
+    EXPECT_EQ(irName("cab.wav"), QString("CAB"));
+    EXPECT_EQ(irName("/a/b.wav/"), QString(""));
+    EXPECT_EQ(irName(""), QString(""));
 }
 
 TEST(DisplayName, writesOneNulAndLeavesWhatLiesBehindIt) {

@@ -68,7 +68,7 @@ TEST_F(WholeFile, leavesNoDescriptorOpen) {
     };
     const auto before = openDescriptors();
     EXPECT_TRUE(readWholeFile(dir.write("a", content)));
-    EXPECT_FALSE(readWholeFile(dir.write("empty", {})));
+    EXPECT_TRUE(readWholeFile(dir.write("empty", {})));
     EXPECT_FALSE(readWholeFile("/dev/zero"));
     EXPECT_EQ(openDescriptors(), before);
 }
@@ -81,8 +81,8 @@ TEST_F(WholeFile, refusesWhatIsNotThere) {
     EXPECT_FALSE(readWholeFile(QString(5000, 'a')));
 }
 
-TEST_F(WholeFile, refusesAnEmptyFile) {
-    EXPECT_FALSE(readWholeFile(dir.write("empty", {})));
+TEST_F(WholeFile, givesAnEmptyFile) {
+    EXPECT_EQ(bytesOf(readWholeFile(dir.write("empty", {}))), FileBytes());
 }
 
 TEST_F(WholeFile, refusesADirectoryUnread) {
@@ -208,6 +208,47 @@ TEST_F(WholeFile, doesNotReadWhatIsAppendedMeanwhile) {
         return __real_read(fd, buffer, size);
     };
     EXPECT_EQ(bytesOf(readWholeFile(path)), content);
+}
+
+TEST_F(WholeFile, ofAnUnfitOne_saysWhatCouldNotBeDone) {
+    using Step = ReadFailure::Step;
+    ReadFailure failure;
+    EXPECT_FALSE(readWholeFile(dir.path("missing"), &failure));
+    EXPECT_EQ(failure.step, Step::Open);
+    EXPECT_EQ(failure.error, ENOENT);
+    EXPECT_FALSE(readWholeFile(QString(QChar::Null), &failure));
+    EXPECT_EQ(failure.step, Step::Open);
+    EXPECT_EQ(failure.error, 0);
+    EXPECT_FALSE(readWholeFile(dir.path("."), &failure));
+    EXPECT_EQ(failure.step, Step::Type);
+    EXPECT_TRUE(S_ISDIR(failure.mode));
+    const QString path = dir.write("huge", content);
+    ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 0x100000000), 0);
+    EXPECT_FALSE(readWholeFile(path, &failure));
+    EXPECT_EQ(failure.step, Step::Length);
+    EXPECT_EQ(failure.size, 4294967296U);
+}
+
+TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
+    const QString path = dir.write("a", content);
+    readHook = [&](int fd, void* buffer, std::size_t size) {
+        EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
+        return __real_read(fd, buffer, size);
+    };
+    ReadFailure failure;
+    EXPECT_FALSE(readWholeFile(path, &failure));
+    EXPECT_EQ(failure.step, ReadFailure::Step::Read);
+    EXPECT_EQ(failure.error, 0);
+    EXPECT_EQ(failure.size, 8U);
+    EXPECT_EQ(failure.held, 5U);
+    readHook = [](int, void*, std::size_t) -> ssize_t {
+        errno = EIO;
+        return -1;
+    };
+    EXPECT_FALSE(readWholeFile(path, &failure));
+    EXPECT_EQ(failure.step, ReadFailure::Step::Read);
+    EXPECT_EQ(failure.error, EIO);
+    EXPECT_EQ(failure.held, 0U);
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ testing::AssertionResult readsAlike(const FileBytes& bytes, Tally& tally) {
 testing::AssertionResult readsAmpAlike(const FileBytes& bytes, Tally& tally) {
     const fuzz::MemoryFile source(bytes);
     AMPFile file;
-    auto words = file.ampSwBuffer;
+    auto words = file.ampSwBuffer.AmpIntBuffer;
     AmpPiontBuff.fill(kUntouched);
     const bool expected = fuzz::modelAmp(bytes, words);
     const bool accepted = file.OpenFile(source.path());

@@ -1,4 +1,4 @@
-// The words in which the readers refuse a file, each where it belongs.
+// The words in which a file is refused, each where it belongs.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -9,42 +9,28 @@
 #include <cerrno>
 #include <string>
 
-#include "AMPFile.h"
-#include "RVIRFile.h"
-#include "ReadHook.h"
+#include "CheckFile.h"
+#include "Refusals.h"
 #include "SampleFiles.h"
-#include "WholeFile.h"
 
 namespace kelvo {
 namespace {
 
 class Refusal : public testing::Test {
 protected:
-    void TearDown() override { readHook = nullptr; }
-
-    /// Why the file cannot be read whole; the readers of both kinds must say the same.
+    /// Why the file cannot be read whole, whatever its kind.
     static std::string ofFile(const QString& path) {
-        QString refusal = QStringLiteral("old");
-        EXPECT_EQ(readWholeFile(path, &refusal).has_value(), refusal.isEmpty());
-        RVIRFile wave;
-        EXPECT_FALSE(wave.OpenFilePath(path));
-        AMPFile amp;
-        EXPECT_FALSE(amp.readModel(path));
-        EXPECT_EQ(wave.refusal, refusal);
-        EXPECT_EQ(amp.refusal, refusal);
-        return refusal.toStdString();
+        ReadFailure failure;
+        EXPECT_FALSE(readWholeFile(path, &failure));
+        return unreadable(path, failure).toStdString();
     }
-    std::string ofWave(const FileBytes& bytes) const {
-        RVIRFile file;
-        std::array<std::uint32_t, kIRPointCount> points{};
-        EXPECT_FALSE(file.OpenFilePath(dir.write("a.wav", bytes)) && file.GetIRDataBuffer(points));
-        return file.refusal.toStdString();
+    std::string of(const QString& name, const FileBytes& bytes) const {
+        const FileReport report = checkFile(dir.write(name, bytes));
+        EXPECT_FALSE(report.wave || report.amp);
+        return report.refusal.toStdString();
     }
-    std::string ofAmp(const FileBytes& bytes) const {
-        AMPFile file;
-        EXPECT_FALSE(file.OpenFile(dir.write("a.amp", bytes)));
-        return file.refusal.toStdString();
-    }
+    std::string ofWave(const FileBytes& bytes) const { return of("a.wav", bytes); }
+    std::string ofAmp(const FileBytes& bytes) const { return of("a.amp", bytes); }
     QString sparse(off_t size) const {
         const QString path = dir.write("sparse", FileBytes(1));
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), size), 0);
@@ -81,27 +67,17 @@ TEST_F(Refusal, ofAFileThatTheUserMayNotRead) {
 }
 
 TEST_F(Refusal, ofALengthThatIsNone) {
-    EXPECT_EQ(ofFile(dir.write("empty", {})), "it is empty");
+    EXPECT_EQ(ofWave({}), "it is empty");
+    EXPECT_EQ(ofAmp({}), "it is empty");
     EXPECT_EQ(ofFile(sparse(0x100000000)), "it is 4294967296 bytes long; at most 4294967295 are allowed");
 }
 
-TEST_F(Refusal, ofAFileThatShrinksWhileItIsRead) {
-    const QString path = dir.write("a", FileBytes(8));
-    readHook = [&](int fd, void* buffer, std::size_t size) {
-        EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
-        return __real_read(fd, buffer, size);
-    };
-    QString refusal;
-    EXPECT_FALSE(readWholeFile(path, &refusal));
-    EXPECT_EQ(refusal.toStdString(), "it ended at byte 5 of 8 while it was read");
-}
-
-TEST_F(Refusal, ofAFileWhoseReadFails) {
-    readHook = [](int, void*, std::size_t) -> ssize_t {
-        errno = EIO;
-        return -1;
-    };
-    EXPECT_EQ(ofFile(dir.write("a", FileBytes(8))), "it cannot be read: Input/output error");
+TEST(UnreadableFile, isToldByItsStep) {
+    using Step = ReadFailure::Step;
+    EXPECT_EQ(unreadable("a", {.step = Step::Memory, .size = 70000}), "its 70000 bytes do not fit into the memory");
+    EXPECT_EQ(unreadable("a", {.step = Step::Read, .size = 8, .held = 5}), "it ended at byte 5 of 8 while it was read");
+    EXPECT_EQ(unreadable("a", {.step = Step::Read, .error = EIO, .size = 8, .held = 5}),
+              "it cannot be read: Input/output error");
 }
 
 TEST_F(Refusal, ofOtherContainers_saysWhatStandsThere) {
@@ -171,14 +147,8 @@ TEST_F(Refusal, ofAWrongTrailer_givesWhatStandsThere) {
 }
 
 TEST_F(Refusal, isEmptyOnceAFileIsAccepted) {
-    RVIRFile wave;
-    EXPECT_FALSE(wave.OpenFilePath(dir.path("missing")));
-    EXPECT_TRUE(wave.OpenFilePath(dir.write("a.wav", WaveFile{.data = FileBytes(4)}.bytes())));
-    EXPECT_EQ(wave.refusal, "");
-    AMPFile amp;
-    EXPECT_FALSE(amp.readModel(dir.path("missing")));
-    EXPECT_TRUE(amp.readModel(dir.write("a.amp", ampFile({}))));
-    EXPECT_EQ(amp.refusal, "");
+    EXPECT_EQ(checkFile(dir.write("a.wav", WaveFile{.data = FileBytes(4)}.bytes())).refusal, "");
+    EXPECT_EQ(checkFile(dir.write("a.amp", ampFile({}))).refusal, "");
 }
 
 }  // namespace
