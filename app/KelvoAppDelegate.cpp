@@ -13,13 +13,12 @@
 #include "CloseActionWindow.h"
 #include "CommandCodes.h"
 #include "DataUnpacking.h"
-#include "FirstPaint.h"
 #include "LoadDataWindowController.h"
 #include "MainQueue.h"
-#include "ModalRun.h"
 #include "NSLog.h"
 #include "RVHidClass.h"
 #include "SBProgressBar.h"
+#include "ServeEvents.h"
 #include "SlotTableView.h"
 #include "ui_MainWindow.h"
 
@@ -125,6 +124,8 @@ void KelvoAppDelegate::loadFromDevice() {
     QWidget& loadingWindow = openLoadWindow();
     center(loadingWindow);
     runModalForWindow(loadingWindow);
+    // The sleep that follows serves no events: without this the loading window would still stand there.
+    serveUntilActive(*window_);
     services_.sleep(1);
     NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
     cabModel_->reloadData();

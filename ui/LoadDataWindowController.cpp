@@ -1,8 +1,8 @@
 #include "LoadDataWindowController.h"
 
 #include "CloseActionWindow.h"
-#include "ModalRun.h"
 #include "SBProgressBar.h"
+#include "ServeEvents.h"
 #include "ui_LoadDataWindowController.h"
 
 namespace kelvo {

@@ -137,7 +137,7 @@ void SBProgressBar::resizeLayers() {
                                static_cast<Layer*>(&backgroundLayer())}) {
         layer->setFrame(bounds);
     }
-    borderLayer().setContents(frozenBorderImage(bounds.size(), false));
+    borderLayer().setContents(keptBorderImage(bounds.size()));
     stripesLayer().setBackground(stripesImage_);
     // One tile more than the bar needs, so that the stripes can move right by one tile and still cover it.
     const double tile = stripesImage_.size().width();
@@ -152,7 +152,7 @@ void SBProgressBar::resizeInnerLayers() {
     innerClipLayer().setCornerRadius(innerClipLayer().frame().height() / 2.0);
     innerShadowLayer().setFrame(inset(innerClipLayer().bounds(), -ring_.borderWidth));
     innerShadowLayer().setCornerRadius(innerShadowLayer().frame().height() / 2.0);
-    innerShadowLayer().setContents(frozenBorderImage(innerShadowLayer().frame().size(), true));
+    innerShadowLayer().setContents(keptInnerShadow(innerShadowLayer().frame().size()));
     shownRing_ = ring_;
 }
 
@@ -189,7 +189,7 @@ void SBProgressBar::setFloatValue(double value) {
     if (!(value >= 0.0 && value <= 1.0)) {
         throw InvalidValue();
     }
-    state_->floatValue.store(value);
+    state_->floatValue.store(std::abs(value));
     if (std::this_thread::get_id() == mainThread_) {
         showFloatValue();
     } else if (!state_->layoutQueued.exchange(true)) {
@@ -231,6 +231,7 @@ void SBProgressBar::setColorTintOpacity(double opacity) {
 }
 
 void SBProgressBar::reloadColorTint() {
+    const ActionlessTransaction transaction(scene());
     colorTintLayer().setBackground(colorTint_ ? Layer::Background(*colorTint_) : Layer::Background());
     colorTintLayer().setOpacity(static_cast<float>(colorTintOpacity_));
 }
@@ -245,7 +246,7 @@ void SBProgressBar::reloadBackground() {
 }
 
 void SBProgressBar::setBorderWidth(double width) {
-    if (!std::isfinite(width)) {
+    if (!std::isfinite(width) || width < 0.0) {
         return;
     }
     ring_.borderWidth = width;

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <atomic>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -63,7 +64,7 @@ public:
     ~SBProgressBar() override;
 
     /// The fraction shown, 0.0 to 1.0. Any thread.
-    double floatValue() const { return state_->floatValue.load(); }
+    double floatValue() const { return std::abs(state_->floatValue.load()); }
     /// Throws InvalidValue, and changes nothing, for a value below 0.0, above 1.0 or not a number. Any thread, as long
     /// as the bar lives: the value is stored at once; the layers follow at once on the main thread, and from another
     /// thread at the main thread's next turn.
@@ -86,7 +87,8 @@ public:
     /// Width of the border line and inset of the fill. Like border colour, shadow width and stripes image it is stored
     /// at once and shows from the next resizeLayers on.
     double borderWidth() const { return ring_.borderWidth; }
-    /// Pulls shadowWidth down with it. For these two widths and the duration, a value that is not finite is ignored.
+    /// Pulls shadowWidth down with it. A width below zero is ignored, as is, for these two widths and the duration, a
+    /// value that is not finite.
     void setBorderWidth(double width);
     const QColor& borderColor() const { return ring_.borderColor; }
     void setBorderColor(const QColor& color);
@@ -157,6 +159,7 @@ protected:
 private:
     // What a queued layout needs. It outlives the bar; `bar` is touched on the main thread only.
     struct SharedState {
+        // Negative, also at zero, while it is what an animation stored: a direct set to the same value tells itself.
         std::atomic<double> floatValue = 0.0;
         std::atomic<bool> layoutQueued = false;
         SBProgressBar* bar = nullptr;
@@ -165,8 +168,10 @@ private:
     static constexpr float kStripesOpacity = 0.04F;
 
     void setUp();
-    /// The border image with the widths and colour of this moment, for a layer to keep.
-    std::optional<LayerImage> frozenBorderImage(QSizeF size, bool innerShadow) const;
+    /// The border images as a layer keeps them, with the widths and colour of this moment. Of the second one only what
+    /// falls inside the ring: the ring itself would show through the soft edge of the fill's clip.
+    std::optional<LayerImage> keptBorderImage(QSizeF size) const;
+    std::optional<LayerImage> keptInnerShadow(QSizeF size) const;
     bool alphaIsFading() const;
     void showFloatValue();
     void animateFloatValue(double value);
@@ -189,7 +194,7 @@ private:
     QWidget* knownWindow_ = nullptr;
     int announcedPercent_ = 0;
     std::uint64_t layoutRevisions_ = 0;
-    // The value that the running animation of floatValue stored last.
+    // What the running animation of floatValue stored last.
     double animatedValue_ = 0.0;
 
     std::unique_ptr<Layer> rootLayer_;

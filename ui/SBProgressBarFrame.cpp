@@ -89,11 +89,11 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
     if (fillEnd_ < partEnd) {
         painter.drawImage(QPoint(fillEnd_, 0), trough_, QRect(fillEnd_, 0, partEnd - fillEnd_, size_.height()));
     }
-    if (left_) {
-        painter.drawImage(QPoint(0, 0), pixelsOf(*left_, cellColumn(0, stripesAt)));
+    if (fillEnd_ > 0) {
+        painter.drawImage(QPoint(rightX_, 0), pixelsOf(rightEnd_, cellColumn(rightX_, stripesAt)));
     }
-    if (right_) {
-        painter.drawImage(QPoint(rightX_, 0), pixelsOf(*right_, cellColumn(rightX_, stripesAt)));
+    if (rightX_ > 0) {
+        painter.drawImage(QPoint(0, 0), pixelsOf(leftEnd_, cellColumn(0, stripesAt)));
         const QRect middle(cellColumn(endWidth_, stripesAt), 0, rightX_ - endWidth_, size_.height());
         if (!middle.isEmpty()) {
             painter.drawImage(QPoint(endWidth_, 0), strip_, middle);
@@ -125,7 +125,7 @@ void SBProgressBarFrame::forget(const Look& look) {
     cellIsOpaque_ = isOpaque(cell_);
     strip_ = {};
     leftEnd_ = {};
-    rightEnds_.fill({});
+    keptRightEnds_.fill({});
     ++drawnParts_;
     trough_ = paintLayers(bar_.clipLayer(), {{0.0, 0.0}, size_, look.ratio}, {.omitted = &bar_.innerClipLayer()});
     layOut(bar_.innerClipLayer().frame());
@@ -133,45 +133,32 @@ void SBProgressBarFrame::forget(const Look& look) {
 
 void SBProgressBarFrame::layOut(const QRectF& inner) {
     inner_ = inner;
-    left_ = nullptr;
-    right_ = nullptr;
+    rightX_ = 0;
     fillEnd_ = 0;
     if (inner.isEmpty()) {
         return;
     }
     const double right = inner.right() * look_.ratio;
+    const int step = static_cast<int>(std::floor(right * kSteps));
+    const int column = step / kSteps;
+    fillEnd_ = std::clamp(column + 1, 1, size_.width());
     if (right < 2.0 * endWidth_) {
-        fillEnd_ = std::clamp(static_cast<int>(std::floor(right)) + 1, 1, size_.width());
-        exactEnd_ = makeEnd(0.0, fillEnd_);
-        left_ = &exactEnd_;
+        rightEnd_ = makeEnd(makeColumns(0.0, fillEnd_));
         return;
     }
-    if (leftEnd_.columns.isNull()) {
-        leftEnd_ = makeEnd(0.0, endWidth_);
+    if (leftEnd_.phases.empty()) {
+        leftEnd_ = makeEnd(makeColumns(0.0, endWidth_));
         makeStrip();
     }
-    left_ = &leftEnd_;
-    layOutRightEnd(right);
-}
-
-void SBProgressBarFrame::layOutRightEnd(double right) {
-    const int quarters = static_cast<int>(std::lround(right * 4.0));
-    const int column = quarters / 4;
-    if (column >= size_.width() - endWidth_) {
-        // Over the trough's own round end no two places look the same.
-        rightX_ = static_cast<int>(std::floor(right)) - endWidth_;
-        fillEnd_ = std::min(rightX_ + endWidth_ + 1, size_.width());
-        exactEnd_ = makeEnd(rightX_, fillEnd_ - rightX_);
-        right_ = &exactEnd_;
-        return;
-    }
     rightX_ = column - endWidth_;
-    fillEnd_ = column + 1;
-    right_ = &rightEnds_[static_cast<std::size_t>(quarters % 4)];
-    if (right_->columns.isNull()) {
-        // Painted where the fill ends now, but for less than a quarter of a pixel: the trough is even here.
-        *right_ = makeEnd(right - endWidth_ - (quarters % 4) / 4.0, endWidth_ + 1);
+    // Over the trough's own round end no two places look the same.
+    Columns alone;
+    Columns& columns =
+        column < size_.width() - endWidth_ ? keptRightEnds_[static_cast<std::size_t>(step % kSteps)] : alone;
+    if (columns.black.isNull()) {
+        columns = makeColumns(rightX_, fillEnd_ - rightX_);
     }
+    rightEnd_ = makeEnd(columns);
 }
 
 void SBProgressBarFrame::makeStrip() {
@@ -205,12 +192,10 @@ SBProgressBarFrame::Columns SBProgressBarFrame::makeColumns(double x, int width)
     return columns;
 }
 
-SBProgressBarFrame::End SBProgressBarFrame::makeEnd(double x, int width) {
+SBProgressBarFrame::End SBProgressBarFrame::makeEnd(const Columns& columns) const {
     // Bounds what a very wide stripe tile can take.
     constexpr int kMostPhases = 64;
-    End end{makeColumns(x, width), {}};
-    end.phases.resize(static_cast<std::size_t>(std::min(cell_.width(), kMostPhases)));
-    return end;
+    return {columns, std::vector<End::Phase>(static_cast<std::size_t>(std::min(cell_.width(), kMostPhases)))};
 }
 
 const QImage& SBProgressBarFrame::pixelsOf(End& end, int cellColumn) {

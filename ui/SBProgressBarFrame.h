@@ -16,9 +16,10 @@ namespace kelvo {
 /// kept in two forms, once under a stripe that is all black and once under one that is all white, and a frame only
 /// chooses between the two by the stripe pattern: in advance for the middle of the fill, which is then a plain copy
 /// from a long strip, and per frame for the two ends. What is right of the fill is a copy from the bare trough. Between
-/// two changes of the bar, frames draw no shape, no gradient and no clip.
+/// two changes of the bar, frames draw no shape, no gradient and no clip. Every piece comes from the layers' painter.
 ///
-/// The stripes move in whole device pixels; the fill's right end, where it is kept ready, in quarters of one.
+/// The stripes move in whole device pixels; the fill's right end is kept for whoever ends in
+/// the same 64th of one, which is as fine as the raster engine sees.
 class SBProgressBarFrame {
 public:
     explicit SBProgressBarFrame(SBProgressBar& bar) : bar_(bar) {}
@@ -33,6 +34,9 @@ public:
     int drawnParts() const { return drawnParts_; }
 
 private:
+    // Places within a pixel at which a right end is kept.
+    static constexpr int kSteps = 64;
+
     // All that the kept pieces depend on. The fill's width is not in it.
     struct Look {
         std::uint64_t revision = 0;
@@ -50,7 +54,6 @@ private:
         QImage black;
         QImage white;
         bool isOpaque = false;
-        bool isNull() const { return black.isNull(); }
     };
 
     // A round end of the fill, and what it looks like with the stripes at the places where they have been lately.
@@ -66,11 +69,10 @@ private:
     Look presentLook(double ratio);
     void forget(const Look& look);
     void layOut(const QRectF& inner);
-    void layOutRightEnd(double right);
     void makeStrip();
     QImage paintBar(double x, int width, const QColor& stripes);
     Columns makeColumns(double x, int width);
-    End makeEnd(double x, int width);
+    End makeEnd(const Columns& columns) const;
     const QImage& pixelsOf(End& end, int cellColumn);
     QImage compose(const Columns& columns, int cellColumn) const;
     int cellColumn(int x, int stripesAt) const;
@@ -86,15 +88,13 @@ private:
     QImage trough_;
     QImage strip_;
     End leftEnd_;
-    std::array<End, 4> rightEnds_;  // by quarters of a pixel
+    std::array<Columns, kSteps> keptRightEnds_;
 
     // The fill that the following are laid out for.
     QRectF inner_;
+    End rightEnd_;
+    int rightX_ = 0;   // where it begins; 0 if it is all of a fill too short to have a middle
     int fillEnd_ = 0;  // the first column that is only trough
-    End exactEnd_;     // an end that is good for this fill only
-    End* left_ = nullptr;
-    End* right_ = nullptr;  // null if the fill is too short to have a middle
-    int rightX_ = 0;
     int drawnParts_ = 0;
 };
 

@@ -3,31 +3,51 @@
 #include <algorithm>
 
 #include "SBProgressBar.h"
+#include "layers/LayerPainter.h"
 
 namespace kelvo {
 namespace {
+
+QColor shadowColor(const RingLook& look) {
+    constexpr float kShadowAlpha = 0.6F;
+    return QColor::fromRgbF(1.0F, 1.0F, 1.0F, kShadowAlpha * look.borderColor.alphaF());
+}
 
 void drawRing(QPainter& painter, QSizeF size, const RingLook& look, bool innerShadow) {
     const double line = look.borderWidth;
     if (!(line > 0.0)) {
         return;
     }
-    // Half of the whole height, though the line lies further in; a ring narrower than high is round like its layer's
-    // clip.
+    // In the line's middle half of the whole height, though it lies further in; a ring narrower than high is round like
+    // its layer's clip.
     const double radius = std::min(size.height(), size.width() - line) / 2.0;
-    QPainterPath middle;
-    middle.addRoundedRect({line / 2.0, line / 2.0, size.width() - line, size.height() - line}, radius, radius);
-    // As a filled outline: the raster engine draws thin lines by a quicker and coarser way.
-    QPainterPathStroker stroker;
-    stroker.setWidth(line);
-    stroker.setCurveThreshold(0.02);
-    const QPainterPath ring = stroker.createStroke(middle);
+    QPainterPath ring;
+    for (const double in : {0.0, line}) {
+        const double edgeRadius = radius + line / 2.0 - in;
+        ring.addRoundedRect(QRectF({0.0, 0.0}, size).adjusted(in, in, -in, -in), edgeRadius, edgeRadius);
+    }
+    ring = withFineCurves(ring);
     if (innerShadow) {
-        constexpr float kShadowAlpha = 0.6F;
-        const QColor shadow = QColor::fromRgbF(1.0F, 1.0F, 1.0F, kShadowAlpha * look.borderColor.alphaF());
-        painter.fillPath(ring.translated(0.0, look.shadowWidth), shadow);
+        painter.fillPath(ring.translated(0.0, look.shadowWidth), shadowColor(look));
     }
     painter.fillPath(ring, look.borderColor);
+}
+
+// What of the shadow falls inside the ring: between the fill's upper edge and the same edge further down.
+void drawInnerShadow(QPainter& painter, QSizeF size, const RingLook& look) {
+    const double line = look.borderWidth;
+    const QRectF inside = QRectF({0.0, 0.0}, size).adjusted(line, line, -line, -line);
+    const double diameter = std::min(inside.width(), inside.height());
+    const QRectF left(inside.topLeft(), QSizeF(diameter, diameter));
+    const QRectF right = left.translated(inside.width() - diameter, 0.0);
+    const QPointF down(0.0, look.shadowWidth);
+    QPainterPath shadow;
+    shadow.arcMoveTo(left, 180.0);
+    shadow.arcTo(left, 180.0, -90.0);
+    shadow.arcTo(right, 90.0, -90.0);
+    shadow.arcTo(right.translated(down), 0.0, 90.0);
+    shadow.arcTo(left.translated(down), 90.0, 90.0);
+    painter.fillPath(withFineCurves(shadow), shadowColor(look));
 }
 
 bool isEmpty(QSizeF size) {
@@ -41,6 +61,7 @@ LayerImage SBProgressBar::stripesImageWithSize(QSizeF size) {
                 const double w = size.width();
                 const double h = size.height();
                 painter.fillRect(QRectF(0.0, 0.0, w, h), Qt::white);
+                painter.setPen(Qt::NoPen);
                 painter.setBrush(Qt::black);
                 painter.drawPolygon(QPolygonF({{w, 0.0}, {w, h / 2.0}, {w / 2.0, h}, {0.0, h}}));
                 painter.drawPolygon(QPolygonF({{0.0, 0.0}, {w / 2.0, 0.0}, {0.0, h / 2.0}}));
@@ -55,12 +76,18 @@ std::optional<LayerImage> SBProgressBar::borderImageForSize_withInnerShadow(QSiz
                       [this, size, innerShadow](QPainter& painter) { drawRing(painter, size, ring_, innerShadow); });
 }
 
-std::optional<LayerImage> SBProgressBar::frozenBorderImage(QSizeF size, bool innerShadow) const {
+std::optional<LayerImage> SBProgressBar::keptBorderImage(QSizeF size) const {
     if (isEmpty(size)) {
         return std::nullopt;
     }
-    return LayerImage(
-        size, [look = ring_, size, innerShadow](QPainter& painter) { drawRing(painter, size, look, innerShadow); });
+    return LayerImage(size, [look = ring_, size](QPainter& painter) { drawRing(painter, size, look, false); });
+}
+
+std::optional<LayerImage> SBProgressBar::keptInnerShadow(QSizeF size) const {
+    if (isEmpty(size)) {
+        return std::nullopt;
+    }
+    return LayerImage(size, [look = ring_, size](QPainter& painter) { drawInnerShadow(painter, size, look); });
 }
 
 }  // namespace kelvo

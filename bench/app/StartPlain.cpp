@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "FirstPaint.h"
 #include "ProcessFigures.h"
+#include "ServeEvents.h"
 
 int main(int argc, char** argv) {
     const std::int64_t begun = argc > 1 ? std::atoll(argv[1]) : 0;

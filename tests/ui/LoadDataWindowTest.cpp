@@ -14,8 +14,8 @@
 
 #include "LoadDataWindowController.h"
 #include "MainQueue.h"
-#include "ModalRun.h"
 #include "SBProgressBar.h"
+#include "ServeEvents.h"
 
 namespace kelvo::test {
 namespace {
@@ -193,15 +193,6 @@ TEST(LoadDataPlaceholder, hasNoWindowNoBarAndNoTimer) {
     EXPECT_EQ(placeholder.progressBar(), nullptr);
     EXPECT_EQ(placeholder.loadDataLabel(), nullptr);
     EXPECT_EQ(placeholder.timer(), nullptr);
-}
-
-TEST(ModalRun, withoutOneStopDoesNothing) {
-    stopModal();
-    QWidget window;
-    QTimer::singleShot(0, [] { stopModal(); });
-    runModalForWindow(window);
-    EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(window.windowModality(), Qt::ApplicationModal);
 }
 
 TEST(MainQueue, runsWorkOfAllThreadsOnTheMainThreadInOrder) {

@@ -130,7 +130,9 @@ TEST(SBProgressBarGeometry, borderImage_isARingOfTheBorderWidth) {
     EXPECT_EQ(image.pixel(30, 18), 0x00000000U);
     EXPECT_EQ(image.pixel(30, 19), 0xff4a4a4aU);
     EXPECT_EQ(image.pixel(0, 0), 0x00000000U);
-    EXPECT_NEAR(qAlpha(image.pixel(0, 10)), 245, 5);  // the round end begins to turn away
+    // The outer edge turns by an ellipse of 10.5 by 10, since the line's middle turns by one of 10 by 9.5.
+    EXPECT_NEAR(qAlpha(image.pixel(0, 10)), 251, 1);
+    EXPECT_NEAR(qAlpha(image.pixel(6, 0)), 61, 2);
     EXPECT_NEAR(qAlpha(image.pixel(2, 10)), 0, 1);
 }
 
@@ -178,6 +180,19 @@ TEST(SBProgressBarGeometry, stripesImage_hasACornerAndABandRisingToTheRight) {
     }
     // An edge pixel that the diagonal halves.
     EXPECT_NEAR(qRed(drawn(SBProgressBar::stripesImageWithSize({20, 20})).pixel(4, 5)), 127, 3);
+}
+
+TEST(SBProgressBarGeometry, stripesImage_isTheSameWhateverPenItsPainterHolds) {
+    QImage image(30, 20, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.setPen(QPen(Qt::red, 5.0));
+    SBProgressBar::stripesImageWithSize({30, 20}).draw(painter);
+    painter.end();
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x < 30; ++x) {
+            ASSERT_EQ(qRed(image.pixel(x, y)), qBlue(image.pixel(x, y))) << x << ',' << y;
+        }
+    }
 }
 
 TEST(SBProgressBarGeometry, stripesImageWithoutSize_isEmptyAndHidesTheStripes) {

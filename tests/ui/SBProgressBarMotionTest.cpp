@@ -303,6 +303,29 @@ TEST_F(BarMotion, directValueDuringAnAnimatedOne_stays) {
     EXPECT_EQ(bar.innerClipLayer().frame().width(), 148.5);
 }
 
+TEST_F(BarMotion, directValueThatTheAnimationHasJustStored_staysToo) {
+    bar.animator().setFloatValue(1.0);
+    bar.setFloatValue(0.0);
+    stage.step(0.1);
+    EXPECT_EQ(bar.floatValue(), 0.0);
+    EXPECT_EQ(bar.rootLayer().animation("floatValue"), nullptr);
+    bar.animator().setFloatValue(1.0);
+    stage.step(0.125);
+    const double half = bar.floatValue();
+    EXPECT_NEAR(half, 0.5, 1e-6);
+    bar.setFloatValue(half);
+    stage.step(0.1);
+    EXPECT_EQ(bar.floatValue(), half);
+}
+
+TEST_F(BarMotion, showOfABarWhoseStripesRun_startsThemAnew) {
+    bar.hide();
+    stage.step(0.1);
+    EXPECT_NEAR(stripesX(), -20.0, 1e-6);
+    bar.setHidden(false);
+    EXPECT_NEAR(stripesX(), -30.0, 1e-6);
+}
+
 TEST_F(BarMotion, animator_refusesWhatTheBarRefuses) {
     EXPECT_THROW(bar.animator().setFloatValue(1.01), InvalidValue);
     EXPECT_THROW(bar.animator().setFloatValue(-0.01), InvalidValue);

@@ -126,6 +126,38 @@ TEST(SBProgressBarPixels, fill_endsWhereTheValueSaysInARoundEnd) {
     expectGrey(image, 98, 18, 105);
 }
 
+// Fill 0.86875 and trough 0.47125, by the share of the column left of the end, less 1.4 for the end's roundness.
+TEST(SBProgressBarPixels, fillThatEndsWithinAColumn_mixesThereWithTheTroughAlone) {
+    constexpr struct {
+        double share;
+        int grey;
+    } kColumns[] = {{0.25, 144}, {0.5, 169}, {0.75, 195}};
+    for (const auto& column : kColumns) {
+        BarStage stage(200, 20);
+        stage.bar.setAnimates(false);
+        stage.step(0.25);
+        stage.bar.setFloatValue((99.0 + column.share) / 198.0);
+        const QImage image = stage.shot();
+        expectGrey(image, 99, 10, 221);
+        expectGrey(image, 100, 10, column.grey);
+        expectGrey(image, 101, 10, 120);
+    }
+}
+
+TEST(SBProgressBarPixels, fillsRoundEnd_isNowhereDarkerThanTheTrough) {
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        BarStage stage(200, 20);
+        const QImage trough = stage.shot(ratio);
+        stage.bar.setFloatValue(0.5);
+        const QImage image = stage.shot(ratio);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = static_cast<int>(20 * ratio); x < image.width(); ++x) {
+                ASSERT_GE(qRed(image.pixel(x, y)), qRed(trough.pixel(x, y)) - 1) << ratio << ": " << x << ',' << y;
+            }
+        }
+    }
+}
+
 TEST(SBProgressBarPixels, zero_showsTheBareTrough) {
     BarStage stage(200, 20);
     const QImage empty = stage.shot();

@@ -131,6 +131,15 @@ TEST(SBProgressBar, borderThinnerThanTheShadow_pullsTheShadowDown) {
     EXPECT_TRUE(log.empty());
 }
 
+TEST(SBProgressBar, borderNarrowerThanNothing_isRefused) {
+    SBProgressBar bar;
+    bar.setBorderWidth(-3.0);
+    EXPECT_EQ(bar.borderWidth(), 1.0);
+    EXPECT_EQ(bar.shadowWidth(), 1.0);
+    bar.setBorderWidth(0.0);
+    EXPECT_EQ(bar.borderWidth(), 0.0);
+}
+
 TEST(SBProgressBar, widthsAndDurationThatAreNotFinite_areIgnored) {
     SBProgressBar bar;
     for (const double bad : {kNotANumber, std::numeric_limits<double>::infinity()}) {
@@ -157,6 +166,13 @@ TEST(SBProgressBar, tint_goesToItsLayer) {
 
     bar.setColorTint(std::nullopt);
     EXPECT_TRUE(std::holds_alternative<std::monostate>(bar.colorTintLayer().background()));
+}
+
+TEST(SBProgressBar, tintOpacity_jumpsAsItsColourDoes) {
+    BarStage stage(200, 20);
+    stage.bar.setColorTintOpacity(0.7);
+    EXPECT_EQ(stage.bar.colorTintLayer().shownOpacity(), 0.7F);
+    EXPECT_EQ(stage.bar.colorTintLayer().animation("opacity"), nullptr);
 }
 
 TEST(SBProgressBar, backgroundColors_goToTheirLayerAtOnce) {

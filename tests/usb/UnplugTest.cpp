@@ -5,8 +5,8 @@
 
 #include "CRC.h"
 #include "CableApp.h"
-#include "ModalRun.h"
 #include "RVHidClass.h"
+#include "ServeEvents.h"
 
 namespace kelvo::test {
 namespace {

@@ -100,14 +100,23 @@ QImage paintLayers(const Layer& layer, const LayerArea& area, const LayerVariati
     return image;
 }
 
+QPainterPath withFineCurves(const QPainterPath& path) {
+    constexpr double kScale = 64.0;
+    QPainterPath lines;
+    for (const QPolygonF& polygon : path.toSubpathPolygons(QTransform::fromScale(kScale, kScale))) {
+        lines.addPolygon(polygon);
+    }
+    return QTransform::fromScale(1.0 / kScale, 1.0 / kScale).map(lines);
+}
+
 QPainterPath roundedRect(const QRectF& rect, double radius) {
     QPainterPath path;
     const double used = std::min({radius, rect.width() / 2.0, rect.height() / 2.0});
     if (used > 0.0) {
         path.addRoundedRect(rect, used, used);
-    } else {
-        path.addRect(rect);
+        return withFineCurves(path);
     }
+    path.addRect(rect);
     return path;
 }
 

@@ -36,6 +36,9 @@ struct LayerVariation {
 /// premultiplied image, transparent where there is nothing.
 QImage paintLayers(const Layer& layer, const LayerArea& area, const LayerVariation& variation = {});
 
+/// The path with short lines for its curves, which the raster engine draws up to an eighth of a pixel too flat.
+QPainterPath withFineCurves(const QPainterPath& path);
+
 /// The rectangle with round corners of at most half the shorter side.
 QPainterPath roundedRect(const QRectF& rect, double radius);
 

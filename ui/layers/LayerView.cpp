@@ -94,17 +94,11 @@ void LayerView::showEvent(QShowEvent*) {
     if (QWindow* const handle = window()->windowHandle()) {
         handle->installEventFilter(this);
     }
-    schedule();
-}
-
-void LayerView::hideEvent(QHideEvent*) {
-    schedule();
 }
 
 bool LayerView::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::Expose) {
         update(animatedRect());
-        schedule();
     }
     return QWidget::eventFilter(object, event);
 }
@@ -114,6 +108,8 @@ bool LayerView::isOnScreen() const {
     return isVisible() && handle && handle->isExposed() && !window()->isMinimized() && !visibleRegion().isEmpty();
 }
 
+// Called for each change, each frame and each painting. A view that leaves the screen asks for one frame more, and the
+// painting of one that comes back begins anew.
 void LayerView::schedule() {
     int wanted = frameInterval();
     if (wanted == 0) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QImage>
@@ -54,6 +55,7 @@ protected:
         window.show();
         QCoreApplication::processEvents();
     }
+    int timers() { return static_cast<int>(QAbstractEventDispatcher::instance()->registeredTimers(&view).size()); }
     // Serves events until `done`; a generous limit keeps a failure from hanging.
     static void serveUntil(const std::function<bool()>& done) {
         QEventLoop loop;
@@ -140,6 +142,28 @@ TEST_F(LayerViewTest, shownAgain_movesOnByItself) {
     view.show();
     serveUntil([&] { return view.frames >= before + 3; });
     EXPECT_GE(view.frames, before + 3);
+}
+
+TEST_F(LayerViewTest, restored_movesOnByItself) {
+    moveForEver();
+    show();
+    window.setWindowState(Qt::WindowMinimized);
+    QCoreApplication::processEvents();
+    view.advance();
+    EXPECT_EQ(timers(), 0);
+    const int before = view.frames;
+    window.setWindowState(Qt::WindowNoState);
+    serveUntil([&] { return view.frames >= before + 3; });
+    EXPECT_GE(view.frames, before + 3);
+}
+
+TEST_F(LayerViewTest, leavingTheScreen_hasNoTimerAfterOneFrameMore) {
+    moveForEver();
+    show();
+    EXPECT_EQ(timers(), 1);
+    view.hide();
+    view.advance();
+    EXPECT_EQ(timers(), 0);
 }
 
 TEST_F(LayerViewTest, hidden_stillEndsWhatEnds) {

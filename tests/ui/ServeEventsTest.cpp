@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include "ServeEvents.h"
+
+namespace kelvo {
+namespace {
+
+class PaintedWindow : public QWidget {
+public:
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent*) override { ++paints; }
+};
+
+TEST(ServeEvents, modalRun_lastsUntilItIsStopped) {
+    stopModal();
+    QWidget window;
+    QTimer::singleShot(0, [] { stopModal(); });
+    runModalForWindow(window);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.windowModality(), Qt::ApplicationModal);
+}
+
+TEST(ServeEvents, stopOfAModalRunWithinAnother_endsTheInnerOneOnly) {
+    QWidget outer;
+    QWidget inner;
+    QStringList ended;
+    QTimer::singleShot(0, [&] {
+        QTimer::singleShot(0, [] { stopModal(); });
+        runModalForWindow(inner);
+        ended << "inner";
+        stopModal();
+    });
+    runModalForWindow(outer);
+    ended << "outer";
+    EXPECT_EQ(ended, (QStringList{"inner", "outer"}));
+}
+
+TEST(ServeEvents, windowShownUntilPainted_hasBeenPainted) {
+    PaintedWindow window;
+    showUntilPainted(window);
+    EXPECT_GT(window.paints, 0);
+}
+
+void showWithFocus(QWidget& window) {
+    window.show();
+    QCoreApplication::processEvents();
+    QApplication::setActiveWindow(&window);
+}
+
+TEST(ServeEvents, windowServedUntilActive_isActive) {
+    QWidget window;
+    QWidget above;
+    showWithFocus(window);
+    showWithFocus(above);
+    QTimer::singleShot(0, &window, [&] { QApplication::setActiveWindow(&window); });
+    serveUntilActive(window);
+    EXPECT_TRUE(window.isActiveWindow());
+}
+
+TEST(ServeEvents, windowThatIsActive_isNotWaitedFor) {
+    QWidget window;
+    showWithFocus(window);
+    bool served = false;
+    QTimer::singleShot(0, &window, [&served] { served = true; });
+    serveUntilActive(window);
+    EXPECT_FALSE(served);
+}
+
+TEST(ServeEvents, windowThatNeverBecomesActive_isGivenUpAfterAFifthOfASecond) {
+    QWidget window;
+    QWidget above;
+    showWithFocus(window);
+    showWithFocus(above);
+    QElapsedTimer waited;
+    waited.start();
+    serveUntilActive(window);
+    EXPECT_FALSE(window.isActiveWindow());
+    EXPECT_GE(waited.elapsed(), 190);  // a coarse timer may come so much early
+}
+
+}  // namespace
+}  // namespace kelvo
