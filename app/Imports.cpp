@@ -6,7 +6,6 @@
 #include "AMPFile.h"
 #include "CRC.h"
 #include "ChosenFile.h"
-#include "CloseActionWindow.h"
 #include "KelvoAppDelegate.h"
 #include "MainQueue.h"
 #include "RVIRFile.h"

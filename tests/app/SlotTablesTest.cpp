@@ -47,7 +47,7 @@ TEST_F(SlotTables, areToldApartByTheirTags) {
 
 TEST_F(SlotTables, ofAnotherTag_haveTenEmptyCells) {
     app_.start();
-    SlotTableModel other(controller_, 3);
+    SlotTableModel other(controller_, 3, 4);
     other.reloadData();
     EXPECT_EQ(cells(other), QStringList(10, QString()));
     EXPECT_EQ(controller_.numberOfRowsInTableView(3), 10);
