@@ -59,6 +59,13 @@ TEST_F(DeviceCommands, cabNames_endAtTheirFirstNulAndLoseBitSeven) {
     EXPECT_EQ(labels[9], "36.");
 }
 
+TEST_F(DeviceCommands, cabNames_endAtAByteThatIsZeroWithoutItsBitSeven) {
+    receive(0x85,
+            "ab\x80"
+            "cd");
+    EXPECT_EQ(controller_.IRNameArr()[0], "27.AB");
+}
+
 TEST_F(DeviceCommands, ampNames_keepAllTenBytes) {
     receive(0xE3, std::string(90, '\0') + "Clean     ");
     EXPECT_EQ(controller_.AMPNameArr()[9], "65.CLEAN     ");
