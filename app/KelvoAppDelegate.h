@@ -80,7 +80,9 @@ private:
     std::unique_ptr<SlotTableModel> attachTable(SlotTableView& table);
     void connectActions();
     void showMainWindow();
+    void setNotice(const QString& notice);
     void loadFromDevice();
+    void takeOrders();
     QWidget& openLoadWindow();
     void OpenHidDeviceThread();
     void OpenReceiveThread();

@@ -11,6 +11,7 @@ namespace kelvo {
 namespace {
 
 constexpr QLatin1StringView kFigures("0123456789");
+const QString kWidestNumber = QStringLiteral("00.");
 /// How much of its ink what is subdued keeps, on a plain and on a selected row, and of its colour a selection without
 /// focus.
 constexpr float kSubdued = 0.6F;
@@ -43,11 +44,16 @@ int numberWidth(const QFontMetrics& metrics, const QString& number) {
     });
 }
 
+/// From a label's left edge to its name: one place for all names, though a cleared slot's number has no dot.
+int nameOffset(const QFontMetrics& metrics, const QString& number) {
+    return std::max(numberWidth(metrics, number), numberWidth(metrics, kWidestNumber)) + metrics.averageCharWidth();
+}
+
 }  // namespace
 
 int SlotDelegate::labelWidth(const QFontMetrics& metrics, const QString& label) {
     const SlotLabel pieces = splitLabel(label);
-    return numberWidth(metrics, pieces.number) + metrics.horizontalAdvance(pieces.name) + 2 * kLabelMargin;
+    return nameOffset(metrics, pieces.number) + metrics.horizontalAdvance(pieces.name) + 2 * kLabelMargin;
 }
 
 void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -70,17 +76,19 @@ void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
                                     : mixed(ink, palette.color(QPalette::Base), kSubdued);
     const QFontMetrics& metrics = item.fontMetrics;
     const int right = item.rect.right() - kLabelMargin;
-    int x = item.rect.left() + kLabelMargin;
+    const int left = item.rect.left() + kLabelMargin;
+    const int name = left + nameOffset(metrics, label.number);
     const int baseline = item.rect.top() + (item.rect.height() - metrics.height()) / 2 + metrics.ascent();
     painter->save();
     painter->setFont(item.font);
     painter->setPen(subdued);
+    int x = left;
     for (const QChar character : label.number) {
         painter->drawText(x, baseline, character);
         x += numberAdvance(metrics, character);
     }
     painter->setPen(label.isEmpty ? subdued : ink);
-    painter->drawText(x, baseline, metrics.elidedText(label.name, Qt::ElideRight, right - x));
+    painter->drawText(name, baseline, metrics.elidedText(label.name, Qt::ElideRight, right - name));
     painter->restore();
 }
 

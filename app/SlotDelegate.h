@@ -4,8 +4,9 @@
 
 namespace kelvo {
 
-/// Draws a slot's label: figures all of one width, so that the numbers line up; the number of every slot and all of an
-/// empty one subdued; the selection of a table without the keyboard's focus paler than that of one with it.
+/// Draws a slot's label: figures all of one width, so that the numbers line up, and the names in a column of their own;
+/// the number of every slot and all of an empty one subdued; the selection of a table without the keyboard's focus
+/// paler than that of one with it.
 class SlotDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;

@@ -27,6 +27,10 @@ const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
 SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
     setItemDelegate(new SlotDelegate(this));
+    // The toolkit draws a plain box in whole device pixels; of a styled frame the rows hide two sides at a scale
+    // of 1.5.
+    setFrameStyle(QFrame::Box | QFrame::Plain);
+    setForegroundRole(QPalette::Mid);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -40,7 +44,7 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->hide();
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+    fitRowsToFont();
 }
 
 int SlotTableView::tag() const {
@@ -59,16 +63,18 @@ void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& actio
     auto* const shortcut = new QShortcut(key, this);
     shortcut->setContext(Qt::WidgetShortcut);
     shortcut->setAutoRepeat(false);
-    connect(shortcut, &QShortcut::activated, this, [this, action] {
-        selectCurrentRow();
-        action();
-    });
+    connect(shortcut, &QShortcut::activated, this, action);
 }
 
 void SlotTableView::setDropAction(const QString& fileType, std::function<void(const QUrl&)> action) {
     dropFileType_ = fileType;
     dropAction_ = std::move(action);
     setAcceptDrops(true);
+}
+
+void SlotTableView::setNotice(const QString& notice) {
+    notice_ = notice;
+    viewport()->update();
 }
 
 QSize SlotTableView::minimumSizeHint() const {
@@ -80,20 +86,27 @@ QSize SlotTableView::sizeHint() const {
     return minimumSizeHint().expandedTo({kUsualWidth * fontMetrics().averageCharWidth(), 0});
 }
 
-void SlotTableView::focusInEvent(QFocusEvent* event) {
-    QTableView::focusInEvent(event);
-    const Qt::FocusReason reason = event->reason();
-    const bool byKeyboard =
-        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
-    if (byKeyboard) {
-        selectCurrentRow();
+void SlotTableView::fitRowsToFont() {
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+    updateGeometry();
+}
+
+void SlotTableView::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        fitRowsToFont();
     }
 }
 
-void SlotTableView::selectCurrentRow() {
-    if (currentIndex().isValid()) {
-        selectRow(currentIndex().row());
-    }
+QModelIndex SlotTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    // Without Control these two go to the first and the last column, and there is one only.
+    const bool isHomeOrEnd = action == MoveHome || action == MoveEnd;
+    return QTableView::moveCursor(action, isHomeOrEnd ? modifiers | Qt::ControlModifier : modifiers);
+}
+
+QItemSelectionModel::SelectionFlags SlotTableView::selectionCommand(const QModelIndex& index, const QEvent*) const {
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                           : QItemSelectionModel::NoUpdate;
 }
 
 bool SlotTableView::isWelcome(const QDropEvent& event) const {
@@ -143,8 +156,12 @@ void SlotTableView::markDropRow(int row) {
 
 void SlotTableView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const int middleRow = model()->rowCount() / 2;
+    painter.drawText(QRect(0, rowViewportPosition(middleRow), viewport()->width(), rowHeight(middleRow)),
+                     Qt::AlignCenter, notice_);
     if (dropRow_ >= 0) {
-        QPainter painter(viewport());
         painter.setPen(QPen(palette().color(QPalette::Highlight), kRowMarkWidth));
         const int inset = kRowMarkWidth / 2;
         painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rowHeight(dropRow_))

@@ -63,7 +63,32 @@ TEST_F(SlotDrawing, figuresAreOfOneWidth) {
     for (int number = 11; number < 100; ++number) {
         EXPECT_EQ(width(QString::number(number) + '.'), width("00."));
     }
-    EXPECT_LT(width("30EMPTY"), width("30.EMPTY"));
+}
+
+TEST_F(SlotDrawing, numberAndNameStandApart) {
+    // The same pixels in both: where nothing is drawn a blank column of the ground.
+    const QImage image = draw("27.MMMM");
+    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
+    const int gap = table_.fontMetrics().averageCharWidth();
+    EXPECT_EQ(darkest(image.copy(name - gap, 0, gap, kHeight)), 255);
+    EXPECT_LT(darkest(image.copy(name - 2 * gap, 0, gap, kHeight)), 160);
+    EXPECT_LT(darkest(image.copy(name, 0, gap, kHeight)), 40);
+}
+
+TEST_F(SlotDrawing, aClearedSlotsWordStandsWhereNamesDo) {
+    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
+    const auto firstInk = [&](const QString& label) {
+        const QImage image = draw(label);
+        int x = name;
+        while (x < kWidth && darkest(image.copy(x, 0, 1, kHeight)) > 200) {
+            ++x;
+        }
+        return x;
+    };
+    EXPECT_LT(firstInk("30EMPTY"), kWidth);
+    EXPECT_EQ(firstInk("30EMPTY"), firstInk("30.EMPTY"));
+    const QRect numbers(0, 0, name, kHeight);
+    EXPECT_EQ(draw("30EMPTY").copy(numbers), draw("30").copy(numbers));
 }
 
 TEST_F(SlotDrawing, anEmptySlotIsPalerThanAFilledOne) {
