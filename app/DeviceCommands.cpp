@@ -1,7 +1,5 @@
 // The controller's answers to what the device says.
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string>
 
@@ -29,28 +27,22 @@ char ampCharacter(std::uint8_t byte) {
     return byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : ' ';
 }
 
-QString numbered(int number, const std::string& name) {
-    return QStringLiteral("%1.").arg(number) + QString::fromLatin1(name).toUpper();
-}
-
 }  // namespace
 
 void KelvoAppDelegate::CMD_CallBack(FrameView frame) {
-    struct Handler {
-        std::uint8_t command;
-        void (KelvoAppDelegate::*handle)(FrameView frame);
-    };
-    static constexpr std::array<Handler, 5> kHandlers{{
-        {CMD_CAB_NAMES, &KelvoAppDelegate::receiveCabNames},
-        {CMD_AMP_NAMES, &KelvoAppDelegate::receiveAmpNames},
-        {CMD_PRESET_PARA, &KelvoAppDelegate::receivePresetPara},
-        {CMD_IR_DATA, &KelvoAppDelegate::receiveIRAcknowledgement},
-        {CMD_AMP_DATA, &KelvoAppDelegate::receiveAMPAcknowledgement},
-    }};
-    for (const Handler& handler : kHandlers) {
-        if (handler.command == frame[kCommandOffset]) {
-            (this->*handler.handle)(frame);
-        }
+    switch (frame[kCommandOffset]) {
+        case CMD_CAB_NAMES:
+            return receiveCabNames(frame);
+        case CMD_AMP_NAMES:
+            return receiveAmpNames(frame);
+        case CMD_PRESET_PARA:
+            return receivePresetPara(frame);
+        case CMD_IR_DATA:
+            return receiveIRAcknowledgement(frame);
+        case CMD_AMP_DATA:
+            return receiveAMPAcknowledgement(frame);
+        default:
+            return;
     }
 }
 
@@ -61,7 +53,7 @@ void KelvoAppDelegate::receiveCabNames(FrameView frame) {
             name += static_cast<char>(byte & 0x7F);
         }
         // The name ends at its first NUL.
-        storeLabel(IRNameArr_, slot, numbered(slot + kFirstCabNumber, name.c_str()));
+        IRNameArr_.setName(slot, QString::fromLatin1(name.c_str()));
     }
 }
 
@@ -72,7 +64,7 @@ void KelvoAppDelegate::receiveAmpNames(FrameView frame) {
             name += ampCharacter(byte);
             NSLog(name);
         }
-        storeLabel(AMPNameArr_, slot, numbered(slot + kFirstAmpNumber, name));
+        AMPNameArr_.setName(slot, QString::fromLatin1(name));
     }
 }
 
@@ -92,26 +84,32 @@ void KelvoAppDelegate::receivePresetPara(FrameView frame) {
 }
 
 void KelvoAppDelegate::receiveIRAcknowledgement(FrameView frame) {
-    const std::uint8_t phase = frame[kDataOffset];
     const std::lock_guard lock(transferMutex_);
-    if (phase >= 1 && phase < kIRTransfer.namePhase) {
-        transfer_.IRTick = static_cast<std::uint8_t>(phase + 1);
+    if (goesOn(kIRTransfer, frame[kDataOffset], transfer_.IRTick, cabModel_)) {
         sendIRData();
-    } else if (phase == kIRTransfer.namePhase) {
-        transfer_.IRTick = 0;
     }
 }
 
 void KelvoAppDelegate::receiveAMPAcknowledgement(FrameView frame) {
-    const std::uint8_t phase = frame[kDataOffset];
     const std::lock_guard lock(transferMutex_);
-    if (phase >= 1 && phase < kAMPTransfer.namePhase) {
-        transfer_.AMPTick = static_cast<std::uint8_t>(phase + 1);
+    if (goesOn(kAMPTransfer, frame[kDataOffset], transfer_.AMPTick, ampModel_)) {
         sendAMPData();
-    } else if (phase == kAMPTransfer.namePhase) {
-        // It is the IR's phase that ends here; the AMP's stays at its last packet.
-        transfer_.IRTick = 0;
     }
+}
+
+bool KelvoAppDelegate::goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick,
+                              const std::shared_ptr<SlotTableModel>& model) {
+    if (phase < 1 || phase > kind.namePhase) {
+        return false;
+    }
+    showTransfer(model, phase);
+    if (phase == kind.namePhase) {
+        // Of either kind: it is the IR's phase that ends here, and the AMP's stays at its last packet.
+        transfer_.IRTick = 0;
+        return false;
+    }
+    tick = static_cast<std::uint8_t>(phase + 1);
+    return true;
 }
 
 }  // namespace kelvo

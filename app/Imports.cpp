@@ -8,6 +8,7 @@
 #include "ChosenFile.h"
 #include "CloseActionWindow.h"
 #include "KelvoAppDelegate.h"
+#include "MainQueue.h"
 #include "RVIRFile.h"
 #include "SlotTableView.h"
 
@@ -21,24 +22,20 @@ NameBuffer terminatedName(const CharName& name) {
     return result;
 }
 
-QString importLabel(int number, const NameBuffer& name) {
-    return (QStringLiteral("%1.").arg(number) + QString::fromUtf8(name.data())).toUpper();
-}
-
 }  // namespace
 
 void KelvoAppDelegate::importIrButtonClick() {
-    services_.beginOpenPanel(*window_, kIRFileType, [this](int response, const QUrl& url) {
-        if (response == kModalResponseOK) {
-            importIR(url);
-        }
-    });
+    chooseFile(kIRFileType, &KelvoAppDelegate::importIR);
 }
 
 void KelvoAppDelegate::importAMPButtonClick() {
-    services_.beginOpenPanel(*window_, kAmpFileType, [this](int response, const QUrl& url) {
+    chooseFile(kAmpFileType, &KelvoAppDelegate::importAMP);
+}
+
+void KelvoAppDelegate::chooseFile(const QString& fileType, void (KelvoAppDelegate::*import)(const QUrl& url)) {
+    services_.beginOpenPanel(*window_, fileType, [this, import](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
-            importAMP(url);
+            (this->*import)(url);
         }
     });
 }
@@ -58,10 +55,10 @@ void KelvoAppDelegate::importIR(const QUrl& url) {
         transfer_.SendIRFileName = name;
         transfer_.isInportIR = true;
         transfer_.IRTick = 1;
+        showTransfer(cabModel_, 0);
         sendIRData();
     }
-    const int row = ImportIRTableV_->selectedRow();
-    storeLabel(IRNameArr_, row, importLabel(row + kFirstCabNumber, name));
+    IRNameArr_.setName(ImportIRTableV_->selectedRow(), QString::fromUtf8(name.data()));
     services_.sleep(0);
     cabModel_->reloadData();
 }
@@ -79,10 +76,10 @@ void KelvoAppDelegate::importAMP(const QUrl& url) {
         transfer_.SendAMPFileName = name;
         transfer_.isInportAMP = true;
         transfer_.AMPTick = 1;
+        showTransfer(ampModel_, 0);
         sendAMPData();
     }
-    const int row = ImportCabTableV_->selectedRow();
-    storeLabel(AMPNameArr_, row, importLabel(row + kFirstAmpNumber, name));
+    AMPNameArr_.setName(ImportCabTableV_->selectedRow(), QString::fromUtf8(name.data()));
     services_.sleep(0);
     ampModel_->reloadData();
 }
@@ -91,6 +88,14 @@ void KelvoAppDelegate::selectTransferRow(const SlotTableView& table) {
     const int row = table.selectedRow();
     const std::lock_guard lock(transferMutex_);
     transfer_.selectRow = row;
+}
+
+void KelvoAppDelegate::showTransfer(const std::shared_ptr<SlotTableModel>& model, int acknowledged) const {
+    dispatchMain([table = std::weak_ptr(model), row = static_cast<int>(transfer_.selectRow), acknowledged] {
+        if (const auto shown = table.lock()) {
+            shown->showTransfer(row, acknowledged);
+        }
+    });
 }
 
 void KelvoAppDelegate::sendIRData() {

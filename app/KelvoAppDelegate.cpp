@@ -27,10 +27,6 @@
 namespace kelvo {
 namespace {
 
-QStringList emptyLabels() {
-    return QStringList(kTableRows, QString());
-}
-
 void center(QWidget& window) {
     const QRect available = window.screen()->availableGeometry();
     window.move(available.center() - QRect(QPoint(), window.size()).center());
@@ -41,8 +37,6 @@ void center(QWidget& window) {
 KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     : manager_(manager),
       services_(std::move(services)),
-      IRNameArr_(emptyLabels()),
-      AMPNameArr_(emptyLabels()),
       window_(std::make_unique<CloseActionWindow>()),
       loadWindow_(std::make_unique<LoadDataWindowController>()) {
     Ui::MainWindow interface;
@@ -52,9 +46,10 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     addAMP_ = interface.addAMP;
     ImportIRTableV_ = interface.ImportIRTableV;
     ImportCabTableV_ = interface.ImportCabTableV;
-    cabModel_ = attachTable(*ImportIRTableV_);
-    ampModel_ = attachTable(*ImportCabTableV_);
+    cabModel_ = attachTable(*ImportIRTableV_, kIRTransfer);
+    ampModel_ = attachTable(*ImportCabTableV_, kAMPTransfer);
     connectActions();
+    window_->setEnabled(false);
 }
 
 KelvoAppDelegate::~KelvoAppDelegate() {
@@ -89,8 +84,8 @@ void KelvoAppDelegate::connectActions() {
     ImportCabTableV_->setDropAction(kAmpFileType, [this](const QUrl& url) { importAMP(url); });
 }
 
-std::unique_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table) {
-    auto model = std::make_unique<SlotTableModel>(*this, table.tag());
+std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table, const TransferKind& kind) {
+    auto model = std::make_shared<SlotTableModel>(*this, table.tag(), kind.namePhase);
     table.setModel(model.get());
     QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, window_.get(),
                      [this, tag = table.tag()] { tableViewSelectionDidChange(tag); });
@@ -150,13 +145,9 @@ void KelvoAppDelegate::takeOrders() {
     setNotice({});
     // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones.
     QCoreApplication::processEvents();
-    for (QWidget* const control : std::initializer_list<QWidget*>{addIR_, deleteIR_, addAMP_}) {
-        control->setEnabled(true);
-    }
-    for (SlotTableView* const table : {ImportIRTableV_, ImportCabTableV_}) {
-        table->setEnabled(true);
-        table->selectRow(0);
-    }
+    window_->setEnabled(true);
+    ImportIRTableV_->selectRow(0);
+    ImportCabTableV_->selectRow(0);
     ImportIRTableV_->setFocus();
 }
 
@@ -198,16 +189,6 @@ void KelvoAppDelegate::showNoDeviceAlert(const QString& button) {
 
 QWidget& KelvoAppDelegate::window() const {
     return *window_;
-}
-
-QStringList KelvoAppDelegate::IRNameArr() const {
-    const std::lock_guard lock(namesMutex_);
-    return IRNameArr_;
-}
-
-QStringList KelvoAppDelegate::AMPNameArr() const {
-    const std::lock_guard lock(namesMutex_);
-    return AMPNameArr_;
 }
 
 TransferState KelvoAppDelegate::transferState() const {

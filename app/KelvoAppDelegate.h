@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QStringList>
 #include <QUrl>
 #include <atomic>
 #include <memory>
@@ -10,6 +9,7 @@
 #include "AppClassPoint.h"
 #include "AppServices.h"
 #include "HidManager.h"
+#include "SlotBank.h"
 #include "SlotTableModel.h"
 #include "TransferPackets.h"
 #include "TransferState.h"
@@ -22,8 +22,6 @@ class CloseActionWindow;
 class LoadDataWindowController;
 class SlotTableView;
 
-/// Rows of each table, slots of each kind in the device.
-inline constexpr int kTableRows = 10;
 /// The number of the first CAB and of the first AMP row in the labels.
 inline constexpr int kFirstCabNumber = 27;
 inline constexpr int kFirstAmpNumber = 56;
@@ -43,7 +41,7 @@ public:
     KelvoAppDelegate& operator=(const KelvoAppDelegate&) = delete;
 
     /// The start-up sequence. Blocks for two seconds, then until the device has reported all its data, then for one
-    /// second more; events are served while the loading window runs.
+    /// second more; events are served while the loading window runs. Then the main window is enabled.
     void applicationDidFinishLaunching();
 
     /// Ends the process at once with status 0.
@@ -71,13 +69,13 @@ public:
     const LoadDataWindowController& loadWindow() const { return *loadWindow_; }
 
     std::uint8_t PRESET_PARAValue() const { return PRESET_PARAValue_; }
-    /// Copies of the labels and of the transfer's state as they are now. Any thread.
-    QStringList IRNameArr() const;
-    QStringList AMPNameArr() const;
+    /// Copies as they are now. Any thread.
+    QStringList IRNameArr() const { return IRNameArr_.labels(); }
+    QStringList AMPNameArr() const { return AMPNameArr_.labels(); }
     TransferState transferState() const;
 
 private:
-    std::unique_ptr<SlotTableModel> attachTable(SlotTableView& table);
+    std::shared_ptr<SlotTableModel> attachTable(SlotTableView& table, const TransferKind& kind);
     void connectActions();
     void showMainWindow();
     void setNotice(const QString& notice);
@@ -94,14 +92,18 @@ private:
     void receiveIRAcknowledgement(FrameView frame);
     void receiveAMPAcknowledgement(FrameView frame);
 
+    void chooseFile(const QString& fileType, void (KelvoAppDelegate::*import)(const QUrl& url));
     void importIR(const QUrl& url);
     void importAMP(const QUrl& url);
-    // The caller of these two holds transferMutex_.
-    void sendIRData();
-    void sendAMPData();
     void selectTransferRow(const SlotTableView& table);
     void sendDeletion();
-    void storeLabel(QStringList& labels, int row, const QString& label);
+
+    // The caller of these holds transferMutex_, so that a row hears of packets in the order of the wire.
+    void sendIRData();
+    void sendAMPData();
+    bool goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick,
+                const std::shared_ptr<SlotTableModel>& model);
+    void showTransfer(const std::shared_ptr<SlotTableModel>& model, int acknowledged) const;
 
     HidManager& manager_;
     AppServices services_;
@@ -109,9 +111,8 @@ private:
     mutable std::mutex transferMutex_;
     TransferState transfer_;
 
-    mutable std::mutex namesMutex_;
-    QStringList IRNameArr_;
-    QStringList AMPNameArr_;
+    SlotBank IRNameArr_{kFirstCabNumber};
+    SlotBank AMPNameArr_{kFirstAmpNumber};
 
     std::atomic<std::uint8_t> PRESET_PARAValue_ = 0;
 
@@ -121,8 +122,9 @@ private:
     QPushButton* addAMP_ = nullptr;
     SlotTableView* ImportIRTableV_ = nullptr;
     SlotTableView* ImportCabTableV_ = nullptr;
-    std::unique_ptr<SlotTableModel> cabModel_;
-    std::unique_ptr<SlotTableModel> ampModel_;
+    // Shared, so that news on its way to the main thread can tell whether the model is still there.
+    std::shared_ptr<SlotTableModel> cabModel_;
+    std::shared_ptr<SlotTableModel> ampModel_;
 
     // Guards the pointer against the receive thread, and the progress that came before there was a bar to show it.
     std::mutex loadWindowMutex_;

@@ -1,11 +1,13 @@
 #include "SlotTableModel.h"
 
+#include <utility>
+
 #include "SlotLabel.h"
 
 namespace kelvo {
 
-SlotTableModel::SlotTableModel(SlotTableDataSource& source, int tag, QObject* parent)
-    : QAbstractTableModel(parent), source_(source), tag_(tag) {
+SlotTableModel::SlotTableModel(SlotTableDataSource& source, int tag, int packets)
+    : source_(source), tag_(tag), packets_(packets) {
     rows_.resize(source_.numberOfRowsInTableView(tag_));
 }
 
@@ -14,6 +16,25 @@ void SlotTableModel::reloadData() {
         rows_[row] = source_.tableView_objectValueForTableColumn_row(tag_, 0, row);
     }
     emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+void SlotTableModel::showTransfer(int row, int acknowledged) {
+    if (acknowledged == 0) {
+        tellTransfer(std::exchange(transferRow_, row));
+    } else if (row != transferRow_ || acknowledged != acknowledged_ + 1) {
+        return;
+    }
+    acknowledged_ = acknowledged;
+    tellTransfer(row);
+    if (acknowledged_ == packets_) {
+        transferRow_ = -1;
+    }
+}
+
+void SlotTableModel::tellTransfer(int row) {
+    if (const QModelIndex cell = index(row, 0); cell.isValid()) {
+        emit dataChanged(cell, cell, {kTransferRole, Qt::AccessibleDescriptionRole});
+    }
 }
 
 int SlotTableModel::rowCount(const QModelIndex& parent) const {
@@ -28,11 +49,16 @@ QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) {
         return {};
     }
+    const bool travels = index.row() == transferRow_;
     switch (role) {
         case Qt::DisplayRole:
             return rows_.at(index.row());
         case Qt::AccessibleTextRole:
             return spokenLabel(rows_.at(index.row()));
+        case Qt::AccessibleDescriptionRole:
+            return travels ? QStringLiteral("%1 % sent").arg(100 * acknowledged_ / packets_) : QVariant();
+        case kTransferRole:
+            return travels ? static_cast<double>(acknowledged_) / packets_ : QVariant();
         default:
             return {};
     }

@@ -17,13 +17,23 @@ public:
     virtual void tableViewSelectionDidChange(int tag) = 0;
 };
 
-/// One slot table's rows as the data source last told them: a repaint never shows what no reload has fetched.
+/// One slot table's rows as the data source last told them: a repaint never shows what no reload has fetched. And the
+/// transfer into one of them, as far as the device has acknowledged it.
 class SlotTableModel : public QAbstractTableModel {
 public:
-    SlotTableModel(SlotTableDataSource& source, int tag, QObject* parent = nullptr);
+    /// The share of a row's transfer that is acknowledged, a double from 0 to 1; no value without a transfer. The 1 is
+    /// there during one dataChanged only. A transfer that stops half-way keeps its share until the next one begins.
+    static constexpr int kTransferRole = Qt::UserRole;
+
+    /// `packets` make one transfer.
+    SlotTableModel(SlotTableDataSource& source, int tag, int packets = 1);
 
     /// Asks the data source for every row again. The selection stays.
     void reloadData();
+
+    /// So many packets of the transfer into `row` are acknowledged; with 0 it begins, and ends any other. What comes
+    /// out of turn, or for another row than it began with, is no progress: the slot will not hold that file.
+    void showTransfer(int row, int acknowledged);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -32,9 +42,14 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    void tellTransfer(int row);
+
     SlotTableDataSource& source_;
     int tag_;
+    int packets_;
     QStringList rows_;
+    int transferRow_ = -1;
+    int acknowledged_ = 0;
 };
 
 }  // namespace kelvo

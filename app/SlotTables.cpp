@@ -21,12 +21,11 @@ int KelvoAppDelegate::numberOfRowsInTableView(int) const {
 }
 
 QString KelvoAppDelegate::tableView_objectValueForTableColumn_row(int tag, int, int row) const {
-    const std::lock_guard lock(namesMutex_);
     switch (tag) {
         case kCabTag:
-            return IRNameArr_.value(row);
+            return IRNameArr().value(row);
         case kAmpTag:
-            return AMPNameArr_.value(row);
+            return AMPNameArr().value(row);
         default:
             return {};
     }
@@ -38,14 +37,6 @@ bool KelvoAppDelegate::tableView_shouldEditTableColumn_row(int, int, int) const 
 
 void KelvoAppDelegate::tableViewSelectionDidChange(int) {
     // The selection is read when an action needs it.
-}
-
-void KelvoAppDelegate::storeLabel(QStringList& labels, int row, const QString& label) {
-    const std::lock_guard lock(namesMutex_);
-    // Without a selection the row is -1: there is no such label, and the caller goes on.
-    if (row >= 0 && row < labels.size()) {
-        labels[row] = label;
-    }
 }
 
 void KelvoAppDelegate::deleteCAB() {
@@ -68,7 +59,7 @@ void KelvoAppDelegate::sendDeletion() {
     layOutHeader(bbb, CMD_DELETE_CAB);
     bbb[kDataOffset] = static_cast<std::uint8_t>(row & 0xFF);
     SendUartCmd(bbb.data());
-    storeLabel(IRNameArr_, row, QStringLiteral("%1EMPTY").arg(row + kFirstCabNumber));
+    IRNameArr_.setEmpty(row);
     cabModel_->reloadData();
 }
 

@@ -240,6 +240,21 @@ TEST(MainWindow, itsCloseButtonEndsTheProcessAtOnceWithoutAQuestion) {
     EXPECT_THAT(app.services.alerts, IsEmpty());
 }
 
+TEST(MainWindow, canBeUsedAsSoonAsTheNamesAreShown) {
+    RunningApp app;
+    app.whileLoading = [&] { EXPECT_FALSE(app.controller.ImportIRTableV().isEnabled()); };
+    app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
+        EXPECT_FALSE(app.controller.addIR().isEnabled());
+        found(seconds);
+    };
+    app.start();
+    EXPECT_TRUE(app.controller.ImportIRTableV().isEnabled());
+    EXPECT_TRUE(app.controller.ImportCabTableV().isEnabled());
+    EXPECT_TRUE(app.controller.addIR().isEnabled());
+    EXPECT_TRUE(app.controller.deleteIR().isEnabled());
+    EXPECT_TRUE(app.controller.addAMP().isEnabled());
+}
+
 TEST(MainWindow, theLoadingWindowsCloseButtonEndsTheProcess) {
     RunningApp app({.silentFromPhase = 0});
     app.whileLoading = [&] {
