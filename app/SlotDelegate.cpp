@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "SlotLabel.h"
+#include "SlotTableModel.h"
 
 namespace kelvo {
 namespace {
@@ -17,6 +18,8 @@ const QString kWidestNumber = QStringLiteral("00.");
 constexpr float kSubdued = 0.6F;
 constexpr float kSubduedSelected = 0.8F;
 constexpr float kPale = 0.3F;
+/// The opacity of what a line still has to grow.
+constexpr double kTrough = 0.25;
 
 /// `share` of one colour and the rest of the other.
 QColor mixed(const QColor& one, const QColor& other, float share) {
@@ -62,7 +65,9 @@ void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     const SlotLabel label = splitLabel(index.data().toString());
     item.text.clear();
     QPalette& palette = item.palette;
-    if (item.widget != nullptr && !item.widget->hasFocus()) {
+    const QColor strong = palette.color(QPalette::Highlight);
+    const bool isPale = item.widget != nullptr && !item.widget->hasFocus();
+    if (isPale) {
         palette.setColor(QPalette::Highlight,
                          mixed(palette.color(QPalette::Highlight), palette.color(QPalette::Base), kPale));
         palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
@@ -90,6 +95,29 @@ void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     painter->setPen(label.isEmpty ? subdued : ink);
     painter->drawText(name, baseline, metrics.elidedText(label.name, Qt::ElideRight, right - name));
     painter->restore();
+    paintTransfer(*painter, item.rect, index, selected && !isPale ? ink : strong);
+}
+
+void SlotDelegate::setFinished(int row, double opacity) {
+    finishedRow_ = row;
+    finishedOpacity_ = opacity;
+}
+
+void SlotDelegate::paintTransfer(QPainter& painter, const QRect& row, const QModelIndex& index,
+                                 const QColor& ink) const {
+    const QVariant share = index.data(SlotTableModel::kTransferRole);
+    const QRect line(row.left(), row.bottom() + 1 - kLineHeight, row.width(), kLineHeight);
+    painter.save();
+    if (share.isValid()) {
+        painter.setOpacity(kTrough);
+        painter.fillRect(line, ink);
+        painter.setOpacity(1);
+        painter.fillRect(QRectF(line.left(), line.top(), share.toDouble() * line.width(), line.height()), ink);
+    } else if (index.row() == finishedRow_) {
+        painter.setOpacity(finishedOpacity_);
+        painter.fillRect(line, ink);
+    }
+    painter.restore();
 }
 
 }  // namespace kelvo

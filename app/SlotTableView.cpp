@@ -12,21 +12,30 @@
 
 #include "ChosenFile.h"
 #include "SlotDelegate.h"
+#include "SlotTableModel.h"
 
 namespace kelvo {
 namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kRowMarkWidth = 2;
+constexpr int kFadeMilliseconds = 550;
 /// In characters: enough for two buttons below the table, so that both tables are of one width.
 constexpr int kUsualWidth = 36;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
+/// The course of a change that comes at once, when the time is over.
+QEasingCurve atItsEnd() {
+    QEasingCurve curve;
+    curve.setCustomType([](double progress) { return progress < 1 ? 0.0 : 1.0; });
+    return curve;
+}
+
 }  // namespace
 
-SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
-    setItemDelegate(new SlotDelegate(this));
+SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(new SlotDelegate(this)) {
+    setItemDelegate(delegate_);
     // The toolkit draws a plain box in whole device pixels; of a styled frame the rows hide two sides at a scale
     // of 1.5.
     setFrameStyle(QFrame::Box | QFrame::Plain);
@@ -45,6 +54,9 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fitRowsToFont();
+    fading_.setStartValue(1.0);
+    fading_.setEndValue(0.0);
+    fading_.setDuration(kFadeMilliseconds);
 }
 
 int SlotTableView::tag() const {
@@ -84,6 +96,27 @@ QSize SlotTableView::minimumSizeHint() const {
 
 QSize SlotTableView::sizeHint() const {
     return minimumSizeHint().expandedTo({kUsualWidth * fontMetrics().averageCharWidth(), 0});
+}
+
+void SlotTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) {
+    QTableView::dataChanged(topLeft, bottomRight, roles);
+    if (roles.contains(SlotTableModel::kTransferRole) && topLeft.data(SlotTableModel::kTransferRole) == 1.0) {
+        fadeLine(topLeft.row());
+    }
+}
+
+void SlotTableView::fadeLine(int row) {
+    fading_.stop();
+    fading_.disconnect(this);
+    connect(&fading_, &QVariantAnimation::valueChanged, this, [this, row](const QVariant& opacity) {
+        delegate_->setFinished(row, opacity.toDouble());
+        viewport()->update();
+    });
+    const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    fading_.setEasingCurve(isAnimated ? QEasingCurve(QEasingCurve::InQuad) : atItsEnd());
+    // The animation tells changes only, and this is where it is already.
+    delegate_->setFinished(row, 1.0);
+    fading_.start();
 }
 
 void SlotTableView::fitRowsToFont() {

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QTableView>
+#include <QVariantAnimation>
 #include <functional>
 
 class QUrl;
 
 namespace kelvo {
+
+class SlotDelegate;
 
 /// A table of slots, of the size that shows all its rows. Its data source tells tables apart by the dynamic property
 /// "tag", set in the interface file. The user can move the selection, not take it away; Home and End move it to the
@@ -32,6 +35,10 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    /// A transfer that has just been finished leaves a full line in its row that fades away within 0.6 s, or stands and
+    /// is gone then where the desktop wants no animations.
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles = {}) override;
+
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
@@ -46,8 +53,11 @@ protected:
 private:
     bool isWelcome(const QDropEvent& event) const;
     void markDropRow(int row);
+    void fadeLine(int row);
     void fitRowsToFont();
 
+    SlotDelegate* delegate_;
+    QVariantAnimation fading_;
     QString dropFileType_;
     std::function<void(const QUrl&)> dropAction_;
     QString notice_;
