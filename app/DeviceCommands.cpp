@@ -21,10 +21,13 @@ std::span<const std::uint8_t> nameField(FrameView frame, int slot) {
     return frame.subspan(kDataOffset + kFieldSize * static_cast<std::size_t>(slot), kFieldSize);
 }
 
-/// A character of an AMP name. The device pads names with bytes of its own choice: whatever is not printable ASCII is
-/// shown as a space.
-char ampCharacter(std::uint8_t byte) {
-    return byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : ' ';
+/// A character of an AMP name. What the device means by bytes beyond ASCII is not known; a name of them must not look
+/// like an empty slot.
+QChar ampCharacter(std::uint8_t byte) {
+    if (byte == 0) {
+        return QLatin1Char(' ');
+    }
+    return byte < 0x80 ? QChar(byte) : QChar(0x00B7);
 }
 
 }  // namespace
@@ -59,12 +62,12 @@ void KelvoAppDelegate::receiveCabNames(FrameView frame) {
 
 void KelvoAppDelegate::receiveAmpNames(FrameView frame) {
     for (int slot = 0; slot < kTableRows; ++slot) {
-        std::string name;
+        QString name;
         for (const std::uint8_t byte : nameField(frame, slot)) {
             name += ampCharacter(byte);
-            NSLog(name);
+            NSLog(name.toStdString());
         }
-        AMPNameArr_.setName(slot, QString::fromLatin1(name));
+        AMPNameArr_.setName(slot, name);
     }
 }
 

@@ -6,7 +6,6 @@
 #include "AMPFile.h"
 #include "CRC.h"
 #include "ChosenFile.h"
-#include "CloseActionWindow.h"
 #include "KelvoAppDelegate.h"
 #include "MainQueue.h"
 #include "RVIRFile.h"
@@ -15,10 +14,10 @@
 namespace kelvo {
 namespace {
 
-/// What stands in `name` up to its NUL, and zeros behind it.
+/// What stands in `name` up to its NUL, or all but its last byte, and zeros behind it.
 NameBuffer terminatedName(const CharName& name) {
     NameBuffer result{};
-    std::copy(name.begin(), std::find(name.begin(), name.end(), '\0'), result.begin());
+    std::copy(name.begin(), std::find(name.begin(), name.end() - 1, '\0'), result.begin());
     return result;
 }
 

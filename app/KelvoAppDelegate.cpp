@@ -11,7 +11,6 @@
 
 #include "CRC.h"
 #include "ChosenFile.h"
-#include "CloseActionWindow.h"
 #include "CommandCodes.h"
 #include "DataUnpacking.h"
 #include "FirstPaint.h"
@@ -37,15 +36,16 @@ void center(QWidget& window) {
 KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     : manager_(manager),
       services_(std::move(services)),
-      window_(std::make_unique<CloseActionWindow>()),
+      interface_(std::make_unique<CloseActionWindow>()),
+      window_(interface_.get()),
       loadWindow_(std::make_unique<LoadDataWindowController>()) {
-    Ui::MainWindow interface;
-    interface.setupUi(window_.get());
-    addIR_ = interface.addIR;
-    deleteIR_ = interface.deleteIR;
-    addAMP_ = interface.addAMP;
-    ImportIRTableV_ = interface.ImportIRTableV;
-    ImportCabTableV_ = interface.ImportCabTableV;
+    Ui::MainWindow outlets;
+    outlets.setupUi(window_);
+    addIR_ = outlets.addIR;
+    deleteIR_ = outlets.deleteIR;
+    addAMP_ = outlets.addAMP;
+    ImportIRTableV_ = outlets.ImportIRTableV;
+    ImportCabTableV_ = outlets.ImportCabTableV;
     cabModel_ = attachTable(*ImportIRTableV_, kIRTransfer);
     ampModel_ = attachTable(*ImportCabTableV_, kAMPTransfer);
     connectActions();
@@ -68,7 +68,7 @@ void KelvoAppDelegate::connectActions() {
                                       SlotTableView& table, std::initializer_list<Qt::Key> keys,
                                       void (KelvoAppDelegate::*act)()) {
         button.setIcon(QIcon::fromTheme(icon, button.style()->standardIcon(standIn)));
-        QObject::connect(&button, &QPushButton::clicked, window_.get(), [this, act] { (this->*act)(); });
+        QObject::connect(&button, &QPushButton::clicked, window_, [this, act] { (this->*act)(); });
         for (const Qt::Key key : keys) {
             table.setKeyAction(key, [this, act] { (this->*act)(); });
         }
@@ -87,7 +87,7 @@ void KelvoAppDelegate::connectActions() {
 std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table, const TransferKind& kind) {
     auto model = std::make_shared<SlotTableModel>(*this, table.tag(), kind.namePhase);
     table.setModel(model.get());
-    QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, window_.get(),
+    QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, window_,
                      [this, tag = table.tag()] { tableViewSelectionDidChange(tag); });
     return model;
 }
@@ -187,8 +187,9 @@ void KelvoAppDelegate::showNoDeviceAlert(const QString& button) {
     services_.beginSheetModal(*window_, alert, [this](int) { exit(); });
 }
 
-QWidget& KelvoAppDelegate::window() const {
-    return *window_;
+void KelvoAppDelegate::setLoadWindow(std::unique_ptr<LoadDataWindowController> loadWindow) {
+    const std::lock_guard lock(loadWindowMutex_);
+    loadWindow_ = std::move(loadWindow);
 }
 
 TransferState KelvoAppDelegate::transferState() const {

@@ -8,6 +8,7 @@
 
 #include "AppClassPoint.h"
 #include "AppServices.h"
+#include "CloseActionWindow.h"
 #include "HidManager.h"
 #include "SlotBank.h"
 #include "SlotTableModel.h"
@@ -18,7 +19,6 @@ class QPushButton;
 
 namespace kelvo {
 
-class CloseActionWindow;
 class LoadDataWindowController;
 class SlotTableView;
 
@@ -59,19 +59,36 @@ public:
     bool tableView_shouldEditTableColumn_row(int tag, int column, int row) const override;
     void tableViewSelectionDidChange(int tag) override;
 
-    QWidget& window() const;
+    // Plain get and set. What is set of the interface must outlive the controller; nothing is connected to it.
+    CloseActionWindow& window() const { return *window_; }
+    void setWindow(CloseActionWindow& window) { window_ = &window; }
     QPushButton& addIR() const { return *addIR_; }
+    void setAddIR(QPushButton& button) { addIR_ = &button; }
     QPushButton& deleteIR() const { return *deleteIR_; }
+    void setDeleteIR(QPushButton& button) { deleteIR_ = &button; }
     QPushButton& addAMP() const { return *addAMP_; }
+    void setAddAMP(QPushButton& button) { addAMP_ = &button; }
     SlotTableView& ImportIRTableV() const { return *ImportIRTableV_; }
+    void setImportIRTableV(SlotTableView& table) { ImportIRTableV_ = &table; }
     /// The AMP table, in spite of its name.
     SlotTableView& ImportCabTableV() const { return *ImportCabTableV_; }
+    void setImportCabTableV(SlotTableView& table) { ImportCabTableV_ = &table; }
     const LoadDataWindowController& loadWindow() const { return *loadWindow_; }
+    void setLoadWindow(std::unique_ptr<LoadDataWindowController> loadWindow);
 
+    // The same on any thread; the lists are copied as they are now.
     std::uint8_t PRESET_PARAValue() const { return PRESET_PARAValue_; }
-    /// Copies as they are now. Any thread.
+    void setPRESET_PARAValue(std::uint8_t value) { PRESET_PARAValue_ = value; }
+    std::uint8_t IRNameValue() const { return IRNameValue_; }
+    void setIRNameValue(std::uint8_t value) { IRNameValue_ = value; }
+    std::uint8_t AMPNameValue() const { return AMPNameValue_; }
+    void setAMPNameValue(std::uint8_t value) { AMPNameValue_ = value; }
     QStringList IRNameArr() const { return IRNameArr_.labels(); }
+    void setIRNameArr(const QStringList& labels) { IRNameArr_.setLabels(labels); }
     QStringList AMPNameArr() const { return AMPNameArr_.labels(); }
+    void setAMPNameArr(const QStringList& labels) { AMPNameArr_.setLabels(labels); }
+
+    /// A copy as it is now. Any thread.
     TransferState transferState() const;
 
 private:
@@ -115,8 +132,11 @@ private:
     SlotBank AMPNameArr_{kFirstAmpNumber};
 
     std::atomic<std::uint8_t> PRESET_PARAValue_ = 0;
+    std::atomic<std::uint8_t> IRNameValue_ = 0;  // nobody uses these two
+    std::atomic<std::uint8_t> AMPNameValue_ = 0;
 
-    std::unique_ptr<CloseActionWindow> window_;
+    std::unique_ptr<CloseActionWindow> interface_;
+    CloseActionWindow* window_;
     QPushButton* addIR_ = nullptr;
     QPushButton* deleteIR_ = nullptr;
     QPushButton* addAMP_ = nullptr;

@@ -26,7 +26,7 @@ public:
     static constexpr int kTransferRole = Qt::UserRole;
 
     /// `packets` make one transfer.
-    SlotTableModel(SlotTableDataSource& source, int tag, int packets = 1);
+    SlotTableModel(SlotTableDataSource& source, int tag, int packets);
 
     /// Asks the data source for every row again. The selection stays.
     void reloadData();

@@ -1,7 +1,6 @@
 // The controller as data source of the slot tables, and the deletion of a CAB slot.
 
 #include "CRC.h"
-#include "CloseActionWindow.h"
 #include "CommandCodes.h"
 #include "KelvoAppDelegate.h"
 #include "NSLog.h"

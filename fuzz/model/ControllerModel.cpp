@@ -33,11 +33,13 @@ void ControllerModel::frame(const std::array<std::uint8_t, 1024>& buffer) {
             return;
         case 0xE3:
             for (std::size_t slot = 0; slot < 10; ++slot) {
-                std::string name(10, ' ');
+                std::string name;
                 for (std::size_t i = 0; i < 10; ++i) {
                     const std::uint8_t byte = buffer[5 + 10 * slot + i];
-                    if (byte > 0x1F && byte < 0x7F) {
-                        name[i] = static_cast<char>(byte);
+                    if (byte > 0x7F) {
+                        name += "\xC2\xB7";
+                    } else {
+                        name += byte == 0 ? ' ' : static_cast<char>(byte);
                     }
                 }
                 ampLabels[slot] = numbered(56 + slot, name);

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "AppServices.h"
@@ -21,6 +22,7 @@ public:
     struct ShownAlert {
         Alert alert;
         AppServices::AlertCompletion answer;
+        std::thread::id thread = std::this_thread::get_id();
     };
 
     /// The functions refer to this object.

@@ -59,15 +59,26 @@ TEST_F(DeviceCommands, cabNames_endAtTheirFirstNulAndLoseBitSeven) {
     EXPECT_EQ(labels[9], "36.");
 }
 
+TEST_F(DeviceCommands, cabNames_endAtAByteThatIsZeroWithoutItsBitSeven) {
+    receive(0x85,
+            "ab\x80"
+            "cd");
+    EXPECT_EQ(controller_.IRNameArr()[0], "27.AB");
+}
+
 TEST_F(DeviceCommands, ampNames_keepAllTenBytes) {
     receive(0xE3, std::string(90, '\0') + "Clean     ");
     EXPECT_EQ(controller_.AMPNameArr()[9], "65.CLEAN     ");
     EXPECT_EQ(controller_.AMPNameArr().size(), 10);
 }
 
-TEST_F(DeviceCommands, ampNames_showWhatIsNotPrintableAsciiAsASpace) {
-    receive(0xE3, std::string("a\0b\x80\xFF\x1F\x7F~ z", 10));
-    EXPECT_EQ(controller_.AMPNameArr()[0], "56.A B    ~ Z");
+TEST_F(DeviceCommands, ampNames_keepControlBytesAndHaveASpaceForZeroAndADotBeyondAscii) {
+    std::vector<std::string> lines;
+    const LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
+    receive(0xE3, std::string("a\0b\x80\xFF\x01\x1F\x7F~z", 10));
+    EXPECT_EQ(controller_.AMPNameArr()[0], QString::fromUtf8("56.A B\u00B7\u00B7\x01\x1F\x7F~Z"));
+    ASSERT_GE(lines.size(), 10U);
+    EXPECT_EQ(lines[9], "a b\u00B7\u00B7\x01\x1F\x7F~z");
 }
 
 TEST_F(DeviceCommands, ampNames_logThePartialNameOncePerByte) {

@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "AppHarness.h"
+#include "RVIRFile.h"
 #include "SampleFiles.h"
+#include "ScriptedLink.h"
 #include "SlotTableView.h"
+#include "WatchedDevice.h"
 
 namespace kelvo::test {
 namespace {
@@ -63,6 +66,15 @@ TEST_F(Import, anAmp_isSentInFivePacketsAndItsPhaseStaysFive) {
     EXPECT_THAT(app_.services.openPanels, ElementsAre("amp"));
     EXPECT_THAT(app_.services.sleeps, ElementsAre(2, 1, 0));
     EXPECT_EQ(app_.controller.transferState().AMPTick, 5);
+    EXPECT_TRUE(app_.controller.transferState().isInportAMP);
+}
+
+TEST_F(Import, twiceOfAKind_staysAnImportOfThatKind) {
+    app_.importIR(0, wave("one.wav"));
+    app_.importAMP(0, amp("one.amp"));
+    app_.importIR(1, wave("two.wav"));
+    app_.importAMP(1, amp("two.amp"));
+    EXPECT_TRUE(app_.controller.transferState().isInportIR);
     EXPECT_TRUE(app_.controller.transferState().isInportAMP);
 }
 
@@ -142,6 +154,56 @@ TEST_F(Import, aSecondOneOverwritesTheFirst) {
     ASSERT_TRUE(app_.waitForChanges(2));
     EXPECT_EQ(name(0), "TWO");
     EXPECT_EQ(app_.cabLabel(0), "27.TWO");
+}
+
+TEST_F(Import, ofAnInternalIR_showsItsWholeNameAndSendsTenBytesOfIt) {
+    FileNameBuff[4] = "GREENBACK 4X12A";
+    FileBytes bytes(2048);
+    std::ranges::copy(std::string_view("TavikIR\x04"), bytes.begin());
+    app_.importIR(6, files_.write("x.wav", bytes));
+    FileNameBuff = {};
+    // What follows the fifteen bytes are the spaces of a name that was never set.
+    EXPECT_EQ(app_.cabLabel(6).trimmed(), "33.GREENBACK 4X12A");
+    ASSERT_TRUE(app_.waitForChanges(1));
+    EXPECT_EQ(name(6), "GREENBACK ");
+}
+
+/// The controller on a device that notes the labels at each report.
+class WatchedImport : public testing::Test {
+protected:
+    WatchedImport() {
+        link_.manager.attach(device_);
+        EXPECT_TRUE(link_.manager.settle());
+        controller_.ImportIRTableV().selectRow(0);
+        controller_.ImportCabTableV().selectRow(0);
+    }
+    void choose(const QString& path) { services_.choice = QUrl::fromLocalFile(path); }
+
+    SampleDir files_;
+    ScriptedLink link_;
+    ScriptedServices services_;
+    KelvoAppDelegate controller_{link_.manager, services_.functions()};
+    std::vector<QString> cabLabels_;
+    std::vector<QString> ampLabels_;
+    const std::shared_ptr<WatchedDevice> device_ = std::make_shared<WatchedDevice>([this] {
+        cabLabels_.push_back(controller_.IRNameArr().first());
+        ampLabels_.push_back(controller_.AMPNameArr().first());
+    });
+};
+
+TEST_F(WatchedImport, ofAnIR_sendsThePacketBeforeItChangesTheLabel) {
+    choose(files_.write("a.wav", WaveFile{.data = FileBytes(8, 1)}.bytes()));
+    controller_.importIrButtonClick();
+    EXPECT_EQ(cabLabels_, std::vector<QString>(9, ""));
+    EXPECT_EQ(controller_.IRNameArr().first(), "27.A");
+}
+
+TEST_F(WatchedImport, ofAnAmp_sendsThePacketBeforeItChangesTheLabel) {
+    const std::array<std::uint32_t, 1> words{7};
+    choose(files_.write("b.amp", ampFile(words)));
+    controller_.importAMPButtonClick();
+    EXPECT_EQ(ampLabels_, std::vector<QString>(9, ""));
+    EXPECT_EQ(controller_.AMPNameArr().first(), "56.B");
 }
 
 class SlowImport : public testing::Test {

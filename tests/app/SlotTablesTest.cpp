@@ -7,6 +7,7 @@
 #include "AppHarness.h"
 #include "Driver.h"
 #include "NSLog.h"
+#include "SampleFiles.h"
 #include "SlotTableView.h"
 
 namespace kelvo::test {
@@ -47,7 +48,7 @@ TEST_F(SlotTables, areToldApartByTheirTags) {
 
 TEST_F(SlotTables, ofAnotherTag_haveTenEmptyCells) {
     app_.start();
-    SlotTableModel other(controller_, 3);
+    SlotTableModel other(controller_, 3, 4);
     other.reloadData();
     EXPECT_EQ(cells(other), QStringList(10, QString()));
     EXPECT_EQ(controller_.numberOfRowsInTableView(3), 10);
@@ -133,6 +134,26 @@ TEST_F(Deletion, ofRowThree_sendsSlotThreeAndShows30EmptyAtOnce) {
     EXPECT_EQ(reports[8][16], 0xB5);
     EXPECT_EQ(reports[8][17], 0xF5);
     EXPECT_THAT(std::vector<int>(reports[8].begin() + 18, reports[8].end()), Each(0));
+}
+
+TEST_F(Deletion, duringATransfer_neitherTakesItsBytesNorItsSlot) {
+    const SampleDir files;
+    app_.pedal.setFaults({.silentFromPhase = 1});
+    app_.importIR(3, files.write("a.wav", WaveFile{.data = FileBytes(1024, 0x55)}.bytes()));
+    const std::array<std::uint32_t, 1> words{0x01020304};
+    app_.importAMP(3, files.write("b.amp", ampFile(words)));
+    clickRow(controller_.ImportIRTableV(), 7);
+    click(controller_.deleteIR());
+    app_.services.alerts[0].answer(1000);
+    EXPECT_EQ(controller_.transferState().selectRow, 3);
+    const auto reports = reportsAfterConnect();
+    ASSERT_EQ(reports.size(), 27U);
+    EXPECT_EQ(reports[18][6], 7);
+    EXPECT_THAT(std::vector<int>(reports[18].begin() + 7, reports[18].end()), Each(0));
+    for (std::size_t i = 19; i < 26; ++i) {
+        EXPECT_THAT(std::vector<int>(reports[i].begin() + 1, reports[i].end()), Each(0));
+    }
+    EXPECT_THAT(std::vector<int>(reports[26].begin() + 1, reports[26].begin() + 16), Each(0));
 }
 
 TEST_F(Deletion, cancelled_logsTwoAndSendsNothing) {

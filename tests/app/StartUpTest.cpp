@@ -279,6 +279,7 @@ TEST(Unplug, whileThePedalIsIdle_showsTheExitAlertOnTheMainThreadAndEndsWithStat
     app.start();
     app.manager.unplug();
     ASSERT_TRUE(serveUntil([&] { return !app.services.alerts.empty(); }));
+    EXPECT_EQ(app.services.alerts[0].thread, std::this_thread::get_id());
     EXPECT_EQ(app.services.alerts[0].alert.messageText, kNoDevice);
     EXPECT_EQ(app.services.alerts[0].alert.buttons, QStringList{"Exit"});
     EXPECT_EQ(app.services.alerts[0].alert.style, AlertStyle::Critical);

@@ -1,0 +1,126 @@
+// What happens before what while the utility starts, and where its windows stand.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QScreen>
+#include <QTimer>
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <mutex>
+
+#include "AppHarness.h"
+#include "LoadDataWindowController.h"
+#include "NSLog.h"
+#include "SBProgressBar.h"
+#include "WatchedDevice.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+
+std::ptrdiff_t threads() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+TEST(StartOrder, theQueryGoesOutBeforeTheReceiveThreadExists) {
+    std::vector<std::ptrdiff_t> counts;
+    const auto device = std::make_shared<WatchedDevice>([&] { counts.push_back(threads()); });
+    ScriptedHidManager manager;
+    ScriptedServices services;
+    KelvoAppDelegate controller(manager, services.functions());
+    services.onSleep = [&](unsigned seconds) {
+        if (seconds == 2) {
+            manager.attach(device);
+            EXPECT_TRUE(manager.settle());
+            QTimer::singleShot(0, [&] { controller.loadWindow().progressBar()->setFloatValue(1.0); });
+        }
+        counts.push_back(threads());
+    };
+    controller.applicationDidFinishLaunching();
+    ASSERT_EQ(counts.size(), 3U);
+    EXPECT_EQ(counts[1], counts[0]);
+    EXPECT_EQ(counts[2], counts[0] + 1);
+}
+
+TEST(StartOrder, theControllerIsTheApplicationBeforeItsWindowIsShown) {
+    class ShowFilter : public QObject {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Show) {
+                atShow.push_back(AppClassPoint);
+            }
+            return false;
+        }
+        std::vector<AppClass*> atShow;
+    };
+    RunningApp app;
+    ShowFilter filter;
+    app.controller.window().installEventFilter(&filter);
+    app.start();
+    EXPECT_THAT(filter.atShow, ElementsAre(&app.controller));
+}
+
+TEST(StartOrder, allCabLabelsAreLoggedInOneLineAfterTheLastSecond) {
+    std::vector<std::string> events;
+    std::mutex mutex;
+    const auto note = [&](std::string event) {
+        const std::lock_guard lock(mutex);
+        events.push_back(std::move(event));
+    };
+    const LogListener listener([&](std::string_view line) {
+        if (line.starts_with("27.")) {
+            note(std::string(line));
+        }
+    });
+    RunningApp app;
+    app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
+        found(seconds);
+        note("sleep " + std::to_string(seconds));
+    };
+    app.start();
+    EXPECT_THAT(events, ElementsAre("sleep 2", "sleep 1",
+                                    "27.OPEN 1X12, 28.CLOSED2X12, 29.VINTAGE412, 30.MODERN 412, 31.TWEED 1X8, 32., "
+                                    "33.BASS 4X10, 34., 35.ACOUSTIC, 36."));
+}
+
+void expectCentred(const QWidget& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    const QRect place = window.geometry();
+    // The frame, of which nothing is known before the window is shown, may move it by its width.
+    EXPECT_LE(std::abs((place.left() - screen.left()) - (screen.right() - place.right())), 8);
+    EXPECT_LE(std::abs((place.top() - screen.top()) - (screen.bottom() - place.bottom())), 8);
+}
+
+TEST(StartOrder, bothWindowsStandInTheMiddleOfTheScreen) {
+    RunningApp app;
+    bool loaded = false;
+    app.whileLoading = [&] {
+        expectCentred(*app.controller.loadWindow().window());
+        loaded = true;
+    };
+    app.start();
+    EXPECT_TRUE(loaded);
+    expectCentred(app.controller.window());
+}
+
+TEST(StartOrder, anyAnswerToTheAlertOfAFailedStartEndsTheProcess) {
+    RunningApp app;
+    app.controller.applicationDidFinishLaunching();
+    ASSERT_EQ(app.services.alerts.size(), 1U);
+    app.services.alerts[0].answer(1001);
+    EXPECT_THAT(app.services.exits, ElementsAre(0));
+    app.services.alerts[0].answer(0);
+    EXPECT_THAT(app.services.exits, ElementsAre(0, 0));
+}
+
+TEST(DesktopServices, sleepForWholeSeconds) {
+    const auto begin = std::chrono::steady_clock::now();
+    desktopServices().sleep(1);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+}
+
+}  // namespace
+}  // namespace kelvo::test
