@@ -1,5 +1,6 @@
 #include "KelvoAppDelegate.h"
 
+#include <QCoreApplication>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QPushButton>
@@ -96,8 +97,10 @@ void KelvoAppDelegate::applicationDidFinishLaunching() {
     hidThread_ = std::thread([this] { OpenHidDeviceThread(); });
     services_.sleep(2);
     if (isOpenDevice) {
+        setNotice(QObject::tr("Reading the slot names…"));
         loadFromDevice();
     } else {
+        setNotice({});
         showNoDeviceAlert(QStringLiteral("exit"));
     }
 }
@@ -106,10 +109,16 @@ void KelvoAppDelegate::showMainWindow() {
     window_->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                             Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     window_->setCloseAction([this] { exit(); });
+    setNotice(QObject::tr("Looking for the KR310…"));
     window_->adjustSize();
     center(*window_);
     // The sleep that follows serves no events: without this the user would look at an empty frame.
     showUntilPainted(*window_);
+}
+
+void KelvoAppDelegate::setNotice(const QString& notice) {
+    ImportIRTableV_->setNotice(notice);
+    ImportCabTableV_->setNotice(notice);
 }
 
 void KelvoAppDelegate::loadFromDevice() {
@@ -130,7 +139,17 @@ void KelvoAppDelegate::loadFromDevice() {
     NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
     cabModel_->reloadData();
     ampModel_->reloadData();
+    takeOrders();
+}
+
+void KelvoAppDelegate::takeOrders() {
+    setNotice({});
+    // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones.
+    QCoreApplication::processEvents();
     window_->setEnabled(true);
+    ImportIRTableV_->selectRow(0);
+    ImportCabTableV_->selectRow(0);
+    ImportIRTableV_->setFocus();
 }
 
 QWidget& KelvoAppDelegate::openLoadWindow() {

@@ -95,7 +95,9 @@ private:
     std::shared_ptr<SlotTableModel> attachTable(SlotTableView& table, const TransferKind& kind);
     void connectActions();
     void showMainWindow();
+    void setNotice(const QString& notice);
     void loadFromDevice();
+    void takeOrders();
     QWidget& openLoadWindow();
     void OpenHidDeviceThread();
     void OpenReceiveThread();

@@ -21,7 +21,9 @@ SlotLabel splitLabel(const QString& label) {
     const bool hasDot = digits < label.size() && label.at(digits) == QLatin1Char('.');
     const QString name = label.mid(digits + (hasDot ? 1 : 0));
     const bool isCleared = !hasDot && name == QLatin1String("EMPTY");
-    return {label.left(label.size() - name.size()), printable(name), isCleared || name.trimmed().isEmpty()};
+    // The pedal pads names with plain spaces; any other character means that the slot holds something.
+    const bool isBlank = name.count(QLatin1Char(' ')) == name.size();
+    return {label.left(label.size() - name.size()), printable(name), isCleared || isBlank};
 }
 
 QString spokenLabel(const QString& label) {
@@ -35,7 +37,8 @@ QString spokenLabel(const QString& label) {
 QString printable(const QString& text) {
     QString result;
     for (const char32_t character : text.toUcs4()) {
-        result += QStringView(QChar::fromUcs4(isShown(character) ? character : kMiddleDot));
+        const bool isSeen = isShown(character) && (character == U' ' || !QChar::isSpace(character));
+        result += QStringView(QChar::fromUcs4(isSeen ? character : kMiddleDot));
     }
     return result;
 }

@@ -8,12 +8,13 @@ namespace kelvo {
 struct SlotLabel {
     QString number;  ///< leading digits and a dot behind them, if there is one
     QString name;    ///< in printable characters
-    bool isEmpty;    ///< nothing is known to be in the slot: no name, or the label of a slot that was cleared
+    bool isEmpty;    ///< nothing is known to be in the slot: a name of spaces or none, or the label of a cleared slot
 };
 [[nodiscard]] SlotLabel splitLabel(const QString& label);
 
-/// `text` with a middle dot in place of each character that is not shown (see isShown); names from the pedal and from
-/// strangers' files may hold any.
+/// `text` with a middle dot in place of each character that is not shown (see isShown) and of each space but the plain
+/// one, so that a name which holds something never looks empty; names from the pedal and from strangers' files may hold
+/// any.
 [[nodiscard]] QString printable(const QString& text);
 
 /// A label as a screen reader should say it: number and name, or number and "empty"; nothing for no label.

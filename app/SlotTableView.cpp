@@ -12,21 +12,34 @@
 
 #include "ChosenFile.h"
 #include "SlotDelegate.h"
+#include "SlotTableModel.h"
 
 namespace kelvo {
 namespace {
 
 constexpr int kRowPadding = 10;
 constexpr int kRowMarkWidth = 2;
+constexpr int kFadeMilliseconds = 550;
 /// In characters: enough for two buttons below the table, so that both tables are of one width.
 constexpr int kUsualWidth = 36;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
+/// The course of a change that comes at once, when the time is over.
+QEasingCurve atItsEnd() {
+    QEasingCurve curve;
+    curve.setCustomType([](double progress) { return progress < 1 ? 0.0 : 1.0; });
+    return curve;
+}
+
 }  // namespace
 
-SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
-    setItemDelegate(new SlotDelegate(this));
+SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(new SlotDelegate(this)) {
+    setItemDelegate(delegate_);
+    // The toolkit draws a plain box in whole device pixels; of a styled frame the rows hide two sides at a scale
+    // of 1.5.
+    setFrameStyle(QFrame::Box | QFrame::Plain);
+    setForegroundRole(QPalette::Mid);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -40,7 +53,10 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->hide();
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+    fitRowsToFont();
+    fading_.setStartValue(1.0);
+    fading_.setEndValue(0.0);
+    fading_.setDuration(kFadeMilliseconds);
 }
 
 int SlotTableView::tag() const {
@@ -59,16 +75,18 @@ void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& actio
     auto* const shortcut = new QShortcut(key, this);
     shortcut->setContext(Qt::WidgetShortcut);
     shortcut->setAutoRepeat(false);
-    connect(shortcut, &QShortcut::activated, this, [this, action] {
-        selectCurrentRow();
-        action();
-    });
+    connect(shortcut, &QShortcut::activated, this, action);
 }
 
 void SlotTableView::setDropAction(const QString& fileType, std::function<void(const QUrl&)> action) {
     dropFileType_ = fileType;
     dropAction_ = std::move(action);
     setAcceptDrops(true);
+}
+
+void SlotTableView::setNotice(const QString& notice) {
+    notice_ = notice;
+    viewport()->update();
 }
 
 QSize SlotTableView::minimumSizeHint() const {
@@ -80,20 +98,48 @@ QSize SlotTableView::sizeHint() const {
     return minimumSizeHint().expandedTo({kUsualWidth * fontMetrics().averageCharWidth(), 0});
 }
 
-void SlotTableView::focusInEvent(QFocusEvent* event) {
-    QTableView::focusInEvent(event);
-    const Qt::FocusReason reason = event->reason();
-    const bool byKeyboard =
-        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
-    if (byKeyboard) {
-        selectCurrentRow();
+void SlotTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) {
+    QTableView::dataChanged(topLeft, bottomRight, roles);
+    if (roles.contains(SlotTableModel::kTransferRole) && topLeft.data(SlotTableModel::kTransferRole) == 1.0) {
+        fadeLine(topLeft.row());
     }
 }
 
-void SlotTableView::selectCurrentRow() {
-    if (currentIndex().isValid()) {
-        selectRow(currentIndex().row());
+void SlotTableView::fadeLine(int row) {
+    fading_.stop();
+    fading_.disconnect(this);
+    connect(&fading_, &QVariantAnimation::valueChanged, this, [this, row](const QVariant& opacity) {
+        delegate_->setFinished(row, opacity.toDouble());
+        viewport()->update();
+    });
+    const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    fading_.setEasingCurve(isAnimated ? QEasingCurve(QEasingCurve::InQuad) : atItsEnd());
+    // The animation tells changes only, and this is where it is already.
+    delegate_->setFinished(row, 1.0);
+    fading_.start();
+}
+
+void SlotTableView::fitRowsToFont() {
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+    updateGeometry();
+}
+
+void SlotTableView::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        fitRowsToFont();
     }
+}
+
+QModelIndex SlotTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    // Without Control these two go to the first and the last column, and there is one only.
+    const bool isHomeOrEnd = action == MoveHome || action == MoveEnd;
+    return QTableView::moveCursor(action, isHomeOrEnd ? modifiers | Qt::ControlModifier : modifiers);
+}
+
+QItemSelectionModel::SelectionFlags SlotTableView::selectionCommand(const QModelIndex& index, const QEvent*) const {
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                           : QItemSelectionModel::NoUpdate;
 }
 
 bool SlotTableView::isWelcome(const QDropEvent& event) const {
@@ -143,8 +189,12 @@ void SlotTableView::markDropRow(int row) {
 
 void SlotTableView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const int middleRow = model()->rowCount() / 2;
+    painter.drawText(QRect(0, rowViewportPosition(middleRow), viewport()->width(), rowHeight(middleRow)),
+                     Qt::AlignCenter, notice_);
     if (dropRow_ >= 0) {
-        QPainter painter(viewport());
         painter.setPen(QPen(palette().color(QPalette::Highlight), kRowMarkWidth));
         const int inset = kRowMarkWidth / 2;
         painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rowHeight(dropRow_))

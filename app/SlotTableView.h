@@ -1,14 +1,18 @@
 #pragma once
 
 #include <QTableView>
+#include <QVariantAnimation>
 #include <functional>
 
 class QUrl;
 
 namespace kelvo {
 
-/// A table of slots that is high enough to show all its rows without scrolling. Its data source tells tables apart by
-/// the dynamic property "tag", set in the interface file. Whoever reaches it by the keyboard finds a row selected.
+class SlotDelegate;
+
+/// A table of slots, of the size that shows all its rows. Its data source tells tables apart by the dynamic property
+/// "tag", set in the interface file. The user can move the selection, not take it away; Home and End move it to the
+/// first and the last slot.
 class SlotTableView : public QTableView {
 public:
     explicit SlotTableView(QWidget* parent = nullptr);
@@ -18,18 +22,28 @@ public:
     /// The selected row, -1 for none.
     int selectedRow() const;
 
-    /// Runs when the user presses `key` here. Without a selection the row of the focus frame is selected first.
+    /// Runs when the user presses `key` here.
     void setKeyAction(Qt::Key key, const std::function<void()>& action);
 
     /// Runs after a local file of this type has been dropped on a row and the row has been selected; anything else is
     /// no drop, and nothing is while a modal window is open.
     void setDropAction(const QString& fileType, std::function<void(const QUrl&)> action);
 
+    /// What is being waited for, drawn subdued in the middle of the rows while there are no labels; empty for nothing.
+    void setNotice(const QString& notice);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    /// A transfer that has just been finished leaves a full line in its row that fades away within 0.6 s, or stands and
+    /// is gone then where the desktop wants no animations.
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles = {}) override;
+
 protected:
-    void focusInEvent(QFocusEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event = nullptr) const override;
+    void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
@@ -39,10 +53,14 @@ protected:
 private:
     bool isWelcome(const QDropEvent& event) const;
     void markDropRow(int row);
-    void selectCurrentRow();
+    void fadeLine(int row);
+    void fitRowsToFont();
 
+    SlotDelegate* delegate_;
+    QVariantAnimation fading_;
     QString dropFileType_;
     std::function<void(const QUrl&)> dropAction_;
+    QString notice_;
     int dropRow_ = -1;  // under a file that is being dragged
 };
 

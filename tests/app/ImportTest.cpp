@@ -90,6 +90,7 @@ TEST_F(Import, aCancelledChooser_changesNothing) {
 TEST_F(Import, withoutASelectedCabRow_goesToSlot255AndChangesNoLabel) {
     const QStringList before = app_.controller.IRNameArr();
     app_.services.choice = QUrl::fromLocalFile(wave("x.wav"));
+    app_.controller.ImportIRTableV().clearSelection();
     app_.controller.importIrButtonClick();
     ASSERT_TRUE(app_.manager.waitFor([](const auto& activity) { return activity.outputReports.size() == 29; }));
     EXPECT_TRUE(serveUntil([&] { return app_.controller.transferState().IRTick == 0; }));
@@ -102,6 +103,7 @@ TEST_F(Import, withoutASelectedCabRow_goesToSlot255AndChangesNoLabel) {
 TEST_F(Import, withoutASelectedAmpRow_goesToSlot255AndChangesNoLabel) {
     const QStringList before = app_.controller.AMPNameArr();
     app_.services.choice = QUrl::fromLocalFile(amp("x.amp"));
+    app_.controller.ImportCabTableV().clearSelection();
     app_.controller.importAMPButtonClick();
     ASSERT_TRUE(app_.manager.waitFor([](const auto& activity) { return activity.outputReports.size() == 38; }));
     EXPECT_THAT(packets(), testing::Contains(testing::ElementsAre(0xE2, 0xFF, 5)));

@@ -1,16 +1,21 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
-#include <QStringListModel>
+#include <QStandardItemModel>
 #include <QTableView>
 #include <algorithm>
+#include <vector>
 
 #include "SlotDelegate.h"
+#include "SlotTableModel.h"
 
 namespace kelvo {
 namespace {
+
+using testing::ElementsAre;
 
 constexpr int kWidth = 200;
 constexpr int kHeight = 24;
@@ -21,7 +26,9 @@ protected:
     QImage draw(const QString& label, QStyle::State state = QStyle::State_Enabled | QStyle::State_Active,
                 const QPalette& palette = QPalette(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray,
                                                    Qt::black, Qt::white)) {
-        QStringListModel model(QStringList{label});
+        QStandardItemModel model(1, 1);
+        model.setData(model.index(0, 0), label);
+        model.setData(model.index(0, 0), share_, SlotTableModel::kTransferRole);
         QImage image(kWidth, kHeight, QImage::Format_RGB32);
         image.fill(palette.color(QPalette::Base));
         QStyleOptionViewItem option;
@@ -34,7 +41,7 @@ protected:
         option.font = table_.font();
         option.fontMetrics = table_.fontMetrics();
         QPainter painter(&image);
-        SlotDelegate().paint(&painter, option, model.index(0));
+        delegate_.paint(&painter, option, model.index(0, 0));
         return image;
     }
     static int darkest(const QImage& image) {
@@ -48,6 +55,8 @@ protected:
     }
 
     QTableView table_;
+    SlotDelegate delegate_;
+    QVariant share_;
 };
 
 TEST_F(SlotDrawing, namesStandAtOnePlaceWhateverTheNumber) {
@@ -63,7 +72,32 @@ TEST_F(SlotDrawing, figuresAreOfOneWidth) {
     for (int number = 11; number < 100; ++number) {
         EXPECT_EQ(width(QString::number(number) + '.'), width("00."));
     }
-    EXPECT_LT(width("30EMPTY"), width("30.EMPTY"));
+}
+
+TEST_F(SlotDrawing, numberAndNameStandApart) {
+    // The same pixels in both: where nothing is drawn a blank column of the ground.
+    const QImage image = draw("27.MMMM");
+    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
+    const int gap = table_.fontMetrics().averageCharWidth();
+    EXPECT_EQ(darkest(image.copy(name - gap, 0, gap, kHeight)), 255);
+    EXPECT_LT(darkest(image.copy(name - 2 * gap, 0, gap, kHeight)), 160);
+    EXPECT_LT(darkest(image.copy(name, 0, gap, kHeight)), 40);
+}
+
+TEST_F(SlotDrawing, aClearedSlotsWordStandsWhereNamesDo) {
+    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
+    const auto firstInk = [&](const QString& label) {
+        const QImage image = draw(label);
+        int x = name;
+        while (x < kWidth && darkest(image.copy(x, 0, 1, kHeight)) > 200) {
+            ++x;
+        }
+        return x;
+    };
+    EXPECT_LT(firstInk("30EMPTY"), kWidth);
+    EXPECT_EQ(firstInk("30EMPTY"), firstInk("30.EMPTY"));
+    const QRect numbers(0, 0, name, kHeight);
+    EXPECT_EQ(draw("30EMPTY").copy(numbers), draw("30").copy(numbers));
 }
 
 TEST_F(SlotDrawing, anEmptySlotIsPalerThanAFilledOne) {
@@ -100,6 +134,65 @@ TEST_F(SlotDrawing, theSelectionIsPalerWithoutTheFocus) {
     QApplication::processEvents();
     ASSERT_TRUE(table_.hasFocus());
     EXPECT_EQ(draw("27.A", selected, palette).pixelColor(kWidth - 3, kHeight / 2), QColor(0, 0, 200));
+}
+
+class LineDrawing : public SlotDrawing {
+protected:
+    LineDrawing() { palette_.setColor(QPalette::Highlight, QColor(0, 0, 200)); }
+
+    /// The colours of the row's last lines but two, from there down, at x.
+    std::vector<QColor> foot(int x, QStyle::State more = {}) {
+        const QImage image = draw("27.A", QStyle::State_Enabled | QStyle::State_Active | more, palette_);
+        return {image.pixelColor(x, kHeight - 3), image.pixelColor(x, kHeight - 2), image.pixelColor(x, kHeight - 1)};
+    }
+    const QColor ground_ = Qt::white;
+    const QColor strong_{0, 0, 200};
+    const QColor trough_{191, 191, 241};  // a quarter of the strong one on the ground
+    QPalette palette_{Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white};
+};
+
+TEST_F(LineDrawing, isNotThereWithoutATransfer) {
+    EXPECT_THAT(foot(0), ElementsAre(ground_, ground_, ground_));
+}
+
+TEST_F(LineDrawing, isTwoPixelsHighAndStrongAsFarAsTheTransferIs) {
+    share_ = 0.25;
+    EXPECT_THAT(foot(0), ElementsAre(ground_, strong_, strong_));
+    EXPECT_THAT(foot(49), ElementsAre(ground_, strong_, strong_));
+    EXPECT_THAT(foot(50), ElementsAre(ground_, trough_, trough_));
+    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_));
+    share_ = 0.8;
+    EXPECT_THAT(foot(159), ElementsAre(ground_, strong_, strong_));
+    EXPECT_THAT(foot(160), ElementsAre(ground_, trough_, trough_));
+}
+
+TEST_F(LineDrawing, showsATransferThatNothingAcknowledges) {
+    share_ = 0.0;
+    EXPECT_THAT(foot(0), ElementsAre(ground_, trough_, trough_));
+}
+
+TEST_F(LineDrawing, isSeenOnASelectedRowWithAndWithoutTheFocus) {
+    share_ = 0.5;
+    const QColor pale(179, 179, 239);
+    EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(pale, strong_, strong_));
+    table_.show();
+    table_.activateWindow();
+    table_.setFocus();
+    QApplication::processEvents();
+    ASSERT_TRUE(table_.hasFocus());
+    EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(strong_, QColor(Qt::white), QColor(Qt::white)));
+    EXPECT_THAT(foot(100, QStyle::State_Selected), ElementsAre(strong_, QColor(64, 64, 214), QColor(64, 64, 214)));
+}
+
+TEST_F(LineDrawing, ofAFinishedTransferIsFullAndAsOpaqueAsItIsTold) {
+    delegate_.setFinished(0, 1.0);
+    EXPECT_THAT(foot(199), ElementsAre(ground_, strong_, strong_));
+    delegate_.setFinished(0, 0.25);
+    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_));
+    delegate_.setFinished(0, 0.0);
+    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_));
+    delegate_.setFinished(1, 1.0);
+    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_));
 }
 
 TEST_F(SlotDrawing, isLegibleOnADarkGround) {

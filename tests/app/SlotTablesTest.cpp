@@ -179,6 +179,7 @@ TEST_F(Deletion, withAnyOtherAnswer_doesNothing) {
 
 TEST_F(Deletion, withoutASelectedRow_sendsSlot255AndChangesNoLabel) {
     const QStringList before = controller_.IRNameArr();
+    controller_.ImportIRTableV().clearSelection();
     click(controller_.deleteIR());
     app_.services.alerts[0].answer(1000);
     ASSERT_EQ(reportsAfterConnect().size(), 9U);

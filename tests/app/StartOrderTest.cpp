@@ -12,7 +12,7 @@
 
 #include "AppHarness.h"
 #include "LoadDataWindowController.h"
-#include "NSLog.h"
+#include "LogListener.h"
 #include "SBProgressBar.h"
 #include "WatchedDevice.h"
 

@@ -4,9 +4,12 @@
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <algorithm>
 
 #include "AppHarness.h"
+#include "Driver.h"
 #include "LoadDataWindowController.h"
 #include "LogListener.h"
 #include "NSApplicationMain.h"
@@ -148,6 +151,62 @@ TEST(StartUp, progress199BeforeAnyName_showsEmptyRows) {
         EXPECT_EQ(cell(app.controller.ImportIRTableV(), row), "");
         EXPECT_EQ(cell(app.controller.ImportCabTableV(), row), "");
     }
+}
+
+bool isUsable(const KelvoAppDelegate& controller) {
+    const QList<const QWidget*> controls{&controller.addIR(), &controller.deleteIR(), &controller.addAMP(),
+                                         &controller.ImportIRTableV(), &controller.ImportCabTableV()};
+    const auto enabled = std::ranges::count_if(controls, [](const QWidget* control) { return control->isEnabled(); });
+    EXPECT_TRUE(enabled == 0 || enabled == 5);
+    return enabled == 5;
+}
+
+TEST(StartUp, buttonsAndTablesAreDisabledUntilTheNamesAreThere) {
+    RunningApp app;
+    std::vector<bool> usable;
+    app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
+        found(seconds);
+        usable.push_back(isUsable(app.controller));
+    };
+    app.whileLoading = [&] { usable.push_back(isUsable(app.controller)); };
+    app.start();
+    EXPECT_THAT(usable, ElementsAre(false, false, false));
+    EXPECT_TRUE(isUsable(app.controller));
+}
+
+TEST(StartUp, withoutAPedal_nothingBecomesUsable) {
+    RunningApp app;
+    app.controller.applicationDidFinishLaunching();
+    EXPECT_FALSE(isUsable(app.controller));
+}
+
+TEST(StartUp, thenTheFirstRowOfEachTableIsSelectedAndTheCabTableHasTheFocus) {
+    RunningApp app;
+    app.start();
+    EXPECT_EQ(app.controller.ImportIRTableV().selectedRow(), 0);
+    EXPECT_EQ(app.controller.ImportCabTableV().selectedRow(), 0);
+    EXPECT_EQ(app.controller.window().focusWidget(), &app.controller.ImportIRTableV());
+    click(app.controller.addAMP());
+    EXPECT_EQ(app.controller.ImportCabTableV().selectedRow(), 0);
+}
+
+TEST(StartUp, aClickDuringTheLastSecondIsLostAsItsButtonWasDead) {
+    RunningApp app;
+    app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
+        found(seconds);
+        if (seconds == 1) {
+            for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+                QCoreApplication::postEvent(&app.controller.deleteIR(),
+                                            new QMouseEvent(type, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton,
+                                                            Qt::LeftButton, Qt::NoModifier));
+            }
+        }
+    };
+    app.start();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(app.services.alerts, IsEmpty());
+    click(app.controller.deleteIR());
+    EXPECT_EQ(app.services.alerts.size(), 1U);
 }
 
 TEST(StartUp, logsTheCabLabels) {

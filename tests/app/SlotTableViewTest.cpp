@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include <QAnimationDriver>
+#include <QProxyStyle>
+#include <QPushButton>
+#include <QTest>
+
+#include "AppHarness.h"
+#include "Driver.h"
+#include "SampleFiles.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+namespace {
+
+class FilledTable : public testing::Test {
+protected:
+    void SetUp() override {
+        app_.start();
+        window_.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+        cab_.setFocus();
+    }
+
+    RunningApp app_;
+    QWidget& window_ = app_.controller.window();
+    SlotTableView& cab_ = app_.controller.ImportIRTableV();
+    SlotTableView& amp_ = app_.controller.ImportCabTableV();
+};
+
+TEST_F(FilledTable, homeAndEndGoToTheFirstAndTheLastSlot) {
+    clickRow(cab_, 4);
+    QTest::keyClick(&cab_, Qt::Key_End);
+    EXPECT_EQ(cab_.selectedRow(), 9);
+    QTest::keyClick(&cab_, Qt::Key_Home);
+    EXPECT_EQ(cab_.selectedRow(), 0);
+    QTest::keyClick(&cab_, Qt::Key_PageDown);
+    EXPECT_EQ(cab_.selectedRow(), 9);
+}
+
+TEST_F(FilledTable, aClickBesideTheRowsLeavesTheSelection) {
+    clickRow(cab_, 4);
+    // All rows are in sight, so there is room beside them only in a window that somebody forced to be larger.
+    cab_.setMinimumHeight(cab_.height() + 100);
+    ASSERT_TRUE(serveUntil(
+        [this] { return cab_.viewport()->height() > cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 50; }));
+    QTest::mouseClick(cab_.viewport(), Qt::LeftButton, {}, {20, cab_.viewport()->height() - 10});
+    EXPECT_EQ(cab_.selectedRow(), 4);
+}
+
+TEST_F(FilledTable, controlDoesNotTakeTheSelectionAway) {
+    clickRow(cab_, 4);
+    const QPoint sameRow = cab_.visualRect(cab_.model()->index(4, 0)).center();
+    QTest::mouseClick(cab_.viewport(), Qt::LeftButton, Qt::ControlModifier, sameRow);
+    EXPECT_EQ(cab_.selectedRow(), 4);
+    QTest::keyClick(&cab_, Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(cab_.selectedRow(), 4);
+    QTest::keyClick(&cab_, Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(cab_.selectedRow(), 5);
+}
+
+TEST_F(FilledTable, theWindowHasTheOneSizeOfItsContent) {
+    EXPECT_EQ(window_.minimumSize(), window_.size());
+    EXPECT_EQ(window_.maximumSize(), window_.size());
+    EXPECT_EQ(cab_.viewport()->height(), cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 1);
+    window_.resize(900, 700);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(cab_.viewport()->height(), cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 1);
+}
+
+TEST_F(FilledTable, aLargerFontMakesRowsAndWindowLarger) {
+    const QSize before = window_.size();
+    QFont font = window_.font();
+    font.setPixelSize(2 * QFontInfo(font).pixelSize());
+    window_.setFont(font);
+    ASSERT_TRUE(serveUntil([&] { return window_.height() > before.height() * 3 / 2; }));
+    EXPECT_EQ(cab_.rowHeight(0), cab_.fontMetrics().height() + 10);
+    EXPECT_EQ(cab_.viewport()->height(), cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 1);
+    EXPECT_EQ(window_.minimumSize(), window_.size());
+    EXPECT_EQ(window_.maximumSize(), window_.size());
+}
+
+/// The animations' time, which the test lets go by.
+class HandClock : public QAnimationDriver {
+public:
+    HandClock() {
+        install();
+        start();
+    }
+    ~HandClock() override { uninstall(); }
+
+    void goBy(int milliseconds) {
+        now_ += milliseconds;
+        advance();
+    }
+    qint64 elapsed() const override { return now_; }
+
+private:
+    qint64 now_ = 0;
+};
+
+/// The desktop's wish for no animations.
+class StillStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* more) const override {
+        return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, option, widget, more);
+    }
+};
+
+class FinishedTransfer : public FilledTable {
+protected:
+    void SetUp() override {
+        FilledTable::SetUp();
+        before_ = foot(kRow);
+        QObject::connect(cab_.model(), &QAbstractItemModel::dataChanged, &context_, [this](const QModelIndex& cell) {
+            isFull_ = isFull_ || cell.data(SlotTableModel::kTransferRole) == 1.0;
+        });
+    }
+    void import() {
+        app_.importIR(kRow, files_.write(QStringLiteral("a.wav"), WaveFile{.data = {0, 1, 0, 2}}.bytes()));
+        cab_.selectRow(0);
+        ASSERT_TRUE(serveUntil([this] { return isFull_; }));
+    }
+    /// How blue the end of a row's line is; the row's ground is white or a light grey.
+    int foot(int row) const {
+        const QRect rect = cab_.visualRect(cab_.model()->index(row, 0));
+        const QColor pixel = cab_.viewport()->grab().toImage().pixelColor(rect.right() - 2, rect.bottom());
+        return pixel.blue() - pixel.red();
+    }
+
+    static constexpr int kRow = 6;
+    HandClock clock_;
+    SampleDir files_;
+    QObject context_;
+    bool isFull_ = false;
+    int before_ = 0;
+};
+
+TEST_F(FinishedTransfer, leavesAFullLineThatFadesWithinSixTenths) {
+    import();
+    const int full = foot(kRow);
+    EXPECT_GT(full, before_ + 100);
+    clock_.goBy(400);
+    EXPECT_LT(foot(kRow), full - 40);
+    EXPECT_GT(foot(kRow), before_ + 10);
+    clock_.goBy(200);
+    EXPECT_EQ(foot(kRow), before_);
+    EXPECT_EQ(foot(kRow + 1), foot(kRow - 1));
+}
+
+TEST_F(FinishedTransfer, standsAndIsGoneWhereTheDesktopWantsNoAnimations) {
+    StillStyle still;
+    cab_.setStyle(&still);
+    import();
+    const int full = foot(kRow);
+    EXPECT_GT(full, before_ + 100);
+    clock_.goBy(400);
+    EXPECT_EQ(foot(kRow), full);
+    clock_.goBy(200);
+    EXPECT_EQ(foot(kRow), before_);
+    cab_.setStyle(nullptr);
+}
+
+TEST_F(FinishedTransfer, leavesTheRowToTheNextOne) {
+    import();
+    isFull_ = false;
+    import();
+    EXPECT_GT(foot(kRow), before_ + 100);
+    clock_.goBy(600);
+    EXPECT_EQ(foot(kRow), before_);
+}
+
+}  // namespace
+}  // namespace kelvo::test
