@@ -70,13 +70,13 @@ private:
             case 9:
                 return bar().setBackgroundColors(std::vector<QColor>(input_.below(4), QColor(input_.byte(), 0, 0)));
             case 10:
-                bar().resize(input_.byte(), static_cast<int>(input_.below(64)));
+                bar().resize(static_cast<int>(input_.below(100)), static_cast<int>(input_.below(30)));
                 return bar().resizeLayers();
             case 11:
                 return bar().setStripesImage(kelvo::SBProgressBar::stripesImageWithSize(
                     {static_cast<double>(input_.below(40)), static_cast<double>(input_.below(40))}));
             case 12:
-                stage_.shot(0.5 + static_cast<double>(input_.below(5)) / 2);
+                stage_.shot(0.5 + static_cast<double>(input_.below(4)) / 2);
                 return;
             case 13:
                 bar().setVisible(input_.below(2) == 0);
@@ -113,7 +113,8 @@ private:
     }
 
     FuzzInput input_;
-    kelvo::BarStage stage_{200, 20};
+    /// Small: what a frame costs grows with its pixels, what can go wrong in it does not.
+    kelvo::BarStage stage_{60, 12};
 };
 
 class LayerRun {

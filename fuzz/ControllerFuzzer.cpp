@@ -1,5 +1,5 @@
 // Frames from a hostile device into the running controller, between what its user does. The controller is started
-// once, with both worker threads; every input then begins with the same labels.
+// once, with both worker threads; every input then begins with the same labels and phases.
 
 #include <condition_variable>
 #include <mutex>
@@ -58,6 +58,8 @@ Session& session() {
             }
         };
         made->controller.applicationDidFinishLaunching();
+        // Painted when the fuzzer wants it, and not whenever events are served.
+        made->controller.window().hide();
         return made;
     }();
     return *running;
@@ -66,19 +68,13 @@ Session& session() {
 class Run {
 public:
     explicit Run(FuzzInput input) : input_(input) {
-        for (const std::uint8_t command : {0x85, 0xE3, 0xA5}) {
-            tell(command);
-        }
-        // Whatever the last input left: phases as after one finished transfer of each kind.
-        user_.importAMP(0, 0);
-        user_.importIR(0, 0);
+        user_.beginAnew();
+        checkState();
         while (!input_.empty()) {
             step();
         }
         QCoreApplication::processEvents();
-        user_.checkState();
-        session_.services.sleeps.clear();
-        session_.services.openPanels.clear();
+        checkState();
     }
 
 private:
@@ -91,8 +87,8 @@ private:
             case 2:
                 return user_.deleteCab(input_.below(11), input_.below(2) == 0);
             case 3:
-                QCoreApplication::processEvents();
-                return;
+                return paintRow(input_.below(2) == 0 ? session_.controller.ImportIRTableV()
+                                                     : session_.controller.ImportCabTableV());
             case 4: {
                 constexpr std::uint8_t kKnown[] = {0x85, 0xE3, 0xA5, 0xE1, 0xE2, 0xE4, 0xE0, 0x00};
                 buffer_[5] = input_.byte();
@@ -106,10 +102,16 @@ private:
             }
         }
     }
+    void paintRow(const QTableView& table) {
+        table.viewport()->grab(table.visualRect(table.model()->index(static_cast<int>(input_.below(10)), 0)));
+    }
     void tell(std::uint8_t command) {
         buffer_[4] = command;
         session_.controller.CMD_CallBack(buffer_);
         model_.frame(buffer_);
+        checkState();
+    }
+    void checkState() const {
         user_.checkState();
         const double shown = session_.controller.loadWindow().progressBar()->floatValue();
         check(shown == model_.shownProgress, "the bar shows the last progress that is one");
@@ -117,18 +119,7 @@ private:
 
     FuzzInput input_;
     Session& session_ = session();
-    kelvo::fuzz::ControllerModel model_ = [this] {
-        kelvo::fuzz::ControllerModel model;
-        model.irTick = session_.controller.transferState().IRTick;
-        model.ampTick = session_.controller.transferState().AMPTick;
-        model.progress = session_.controller.PRESET_PARAValue();
-        model.shownProgress = session_.controller.loadWindow().progressBar()->floatValue();
-        for (int row = 0; row < 10; ++row) {
-            model.cabLabels[static_cast<std::size_t>(row)] = session_.controller.IRNameArr().at(row).toStdString();
-            model.ampLabels[static_cast<std::size_t>(row)] = session_.controller.AMPNameArr().at(row).toStdString();
-        }
-        return model;
-    }();
+    kelvo::fuzz::ControllerModel model_;
     kelvo::fuzz::User user_{session_.controller, session_.services, model_};
     std::array<std::uint8_t, 1024> buffer_{};
 };

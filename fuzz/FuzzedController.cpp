@@ -52,6 +52,21 @@ int User::select(QTableView& table, std::size_t row) {
     return static_cast<int>(row);
 }
 
+void User::beginAnew() {
+    services_.sleeps.clear();
+    services_.exits.clear();
+    services_.alerts.clear();
+    services_.openPanels.clear();
+    std::array<std::uint8_t, 1024> frame{};
+    for (const std::uint8_t command : {0x85, 0xE3, 0xA5}) {
+        frame[4] = command;
+        controller_.CMD_CallBack(frame);
+        model_.frame(frame);
+    }
+    importAMP(0, 0);
+    importIR(0, 0);
+}
+
 void User::importIR(std::size_t row, std::size_t file) {
     const Files::Choice& choice = files().irs.at(file);
     model_.choose(select(controller_.ImportIRTableV(), row));
@@ -87,8 +102,10 @@ void User::checkState() const {
     const QStringList amp = controller_.AMPNameArr();
     for (std::size_t row = 0; row < 10; ++row) {
         const auto index = static_cast<qsizetype>(row);
-        check(cab.at(index) == QString::fromStdString(model_.cabLabels[row]), "a CAB label is the model's");
-        check(amp.at(index) == QString::fromStdString(model_.ampLabels[row]), "an AMP label is the model's");
+        check(QAnyStringView::equal(cab.at(index), QUtf8StringView(model_.cabLabels[row])),
+              "a CAB label is the model's");
+        check(QAnyStringView::equal(amp.at(index), QUtf8StringView(model_.ampLabels[row])),
+              "an AMP label is the model's");
     }
     const TransferState state = controller_.transferState();
     check(state.IRTick == model_.irTick && state.AMPTick == model_.ampTick, "the phases are the model's");

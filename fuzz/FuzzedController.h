@@ -37,6 +37,10 @@ public:
     User(KelvoAppDelegate& controller, test::ScriptedServices& services, ControllerModel& model)
         : controller_(controller), services_(services), model_(model) {}
 
+    /// Ends whatever an earlier input left: labels and progress as from a device that is all zeros, and the first
+    /// packet of one import of each kind as the last that was sent.
+    void beginAnew();
+
     /// Row 10 stands for none.
     void importIR(std::size_t row, std::size_t file);
     void importAMP(std::size_t row, std::size_t file);

@@ -5,7 +5,6 @@
 #include <deque>
 #include <set>
 
-#include "AMPFile.h"
 #include "CircleBuffer.h"
 #include "DataUnpacking.h"
 #include "DirectLink.h"
@@ -21,15 +20,30 @@ using kelvo::test::Bytes;
 
 namespace {
 
+/// The controller of this process, which never ends: its windows take longer to make than an input to run.
+struct Session {
+    std::function<void()> play;
+    kelvo::fuzz::DirectManager manager{[this] { play(); }};
+    kelvo::test::ScriptedServices services;
+    kelvo::KelvoAppDelegate controller{manager, services.functions()};
+};
+
+Session& session() {
+    static Session* const made = new Session;
+    return *made;
+}
+
 class Run {
 public:
     explicit Run(FuzzInput input) : input_(input) {
         kelvo::ClearRx_buffer();
         kelvo::DUP_init();
-        kelvo::AmpPiontBuff.fill(0);
-        kelvo::AppClassPoint = &controller_;
+        kelvo::AppClassPoint = &session_.controller;
+        user_.beginAnew();
+        model_.takeSent();
         manager_.device =
             std::make_shared<kelvo::fuzz::DirectDevice>([this](const auto& report) { return take(report); });
+        session_.play = [this] { play(); };
         kelvo::OpenHidDevice(manager_);
         check(!kelvo::isOpenDevice, "no device is open when the link has ended");
         QCoreApplication::processEvents();
@@ -48,7 +62,7 @@ private:
     };
 
     void play() {
-        receive(kelvo::fuzz::inReports(kelvo::fuzz::longestFrame()));
+        receive(kelvo::fuzz::longestFrame());
         tick();
         while (!input_.empty()) {
             step();
@@ -167,8 +181,8 @@ private:
         check(checked_ == attempts_.size(), "nothing is sent that the model does not send");
     }
     void checkSlots() const {
+        static const kelvo::Kr310Memory before = kelvo::Kr310Memory::factory();
         const kelvo::Kr310Memory now = pedal_.memory();
-        const kelvo::Kr310Memory before = kelvo::Kr310Memory::factory();
         for (std::size_t i = 0; i < 10; ++i) {
             const bool same = now.cab[i].words == before.cab[i].words && now.amp[i].words == before.amp[i].words &&
                               now.cab[i].name == before.cab[i].name && now.amp[i].name == before.amp[i].name;
@@ -178,12 +192,12 @@ private:
 
     FuzzInput input_;
     kelvo::VirtualKr310 pedal_;
-    kelvo::fuzz::DirectManager manager_{[this] { play(); }};
-    kelvo::test::ScriptedServices services_;
-    kelvo::KelvoAppDelegate controller_{manager_, services_.functions()};
+    Session& session_ = session();
+    kelvo::fuzz::DirectManager& manager_ = session_.manager;
+    kelvo::test::ScriptedServices& services_ = session_.services;
     kelvo::fuzz::ControllerModel model_;
     kelvo::fuzz::UnpackerModel unpacker_;
-    kelvo::fuzz::User user_{controller_, services_, model_};
+    kelvo::fuzz::User user_{session_.controller, services_, model_};
     std::deque<Bytes> answers_;
     std::vector<Attempt> attempts_;
     std::size_t checked_ = 0;

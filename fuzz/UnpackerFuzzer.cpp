@@ -40,7 +40,9 @@ public:
 
 private:
     void play() {
-        send(kelvo::fuzz::longestFrame());
+        for (const Bytes& bytes : kelvo::fuzz::longestFrame()) {
+            report(bytes);
+        }
         tick(1);
         while (!input_.empty()) {
             step();

@@ -15,7 +15,7 @@ inline test::Bytes soundFrame(std::span<const std::uint8_t> body) {
     test::Bytes frame{0xAA, 0x55, static_cast<std::uint8_t>(body.size() & 0xFF),
                       static_cast<std::uint8_t>(body.size() >> 8)};
     frame.insert(frame.end(), body.begin(), body.end());
-    const unsigned crc = test::bitwiseCrc(frame.begin() + 2, frame.end());
+    const unsigned crc = test::plainCrc(frame.begin() + 2, frame.end());
     frame.push_back(static_cast<std::uint8_t>(crc >> 8));
     frame.push_back(static_cast<std::uint8_t>(crc & 0xFF));
     return frame;
@@ -35,8 +35,9 @@ inline std::vector<test::Bytes> inReports(std::span<const std::uint8_t> bytes) {
 }
 
 /// Fills the unpacker's whole buffer, so that what an earlier input left there is gone.
-inline test::Bytes longestFrame() {
-    return soundFrame(test::Bytes(1018));
+inline const std::vector<test::Bytes>& longestFrame() {
+    static const std::vector<test::Bytes> reports = inReports(soundFrame(test::Bytes(1018)));
+    return reports;
 }
 
 }  // namespace kelvo::fuzz

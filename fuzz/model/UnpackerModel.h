@@ -59,7 +59,7 @@ public:
                 return delivered;
             }
             const test::Bytes frame(buffer_.begin(), buffer_.begin() + static_cast<std::ptrdiff_t>(size));
-            if (test::bitwiseCrc(frame.begin() + 2, frame.end() - 2) != frame[size - 2] * 256U + frame[size - 1]) {
+            if (test::plainCrc(frame.begin() + 2, frame.end() - 2) != frame[size - 2] * 256U + frame[size - 1]) {
                 search();
                 continue;
             }

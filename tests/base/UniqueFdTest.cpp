@@ -70,7 +70,7 @@ TEST(UniqueFd, resetClosesAndReleaseDoesNot) {
     const int kept = openNull();
     fd.reset(kept);
     EXPECT_EQ(fd.release(), kept);
-    EXPECT_FALSE(fd);
+    EXPECT_EQ(fd.get(), -1);
     EXPECT_TRUE(isOpen(kept));
     ::close(kept);
 }

@@ -7,7 +7,7 @@
 namespace kelvo {
 namespace {
 
-using test::bitwiseCrc;
+using test::plainCrc;
 using test::Bytes;
 using test::framesIn;
 
@@ -41,7 +41,7 @@ private:
         Bytes bytes{0xAA, 0x55, static_cast<std::uint8_t>(length & 0xFF), static_cast<std::uint8_t>(length >> 8)};
         const Bytes data = garbage(length);
         bytes.insert(bytes.end(), data.begin(), data.end());
-        const unsigned crc = bitwiseCrc(bytes.begin() + 2, bytes.end());
+        const unsigned crc = plainCrc(bytes.begin() + 2, bytes.end());
         bytes.push_back(static_cast<std::uint8_t>(crc >> 8));
         bytes.push_back(static_cast<std::uint8_t>(crc & 0xFF));
         return bytes;
