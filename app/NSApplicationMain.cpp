@@ -45,7 +45,7 @@ void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("kelvo"));
     QApplication::setApplicationDisplayName(QStringLiteral("Kelvo"));
     QApplication::setDesktopFileName(QStringLiteral("local.kelvo.kelvo"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kelvo")));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kelvo"), QIcon(QStringLiteral(":/kelvo.png"))));
     // The process ends where the controller says so, not when a window happens to be the last.
     QApplication::setQuitOnLastWindowClosed(false);
 }
