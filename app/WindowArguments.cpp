@@ -1,6 +1,7 @@
 #include "WindowArguments.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace kelvo {
 namespace {
@@ -41,11 +42,13 @@ WindowArguments::WindowArguments(int argc, char** argv, qsizetype mostWords) {
     toolkit_.emplace_back(argv[0]);
     for (const ToolkitOption& option : kToolkitOptions) {
         const QString name = QString::fromLatin1(option.name);
-        if (*option.value == '\0' && parser_.isSet(name)) {
-            toolkit_.push_back(std::string("-") + option.name);
-        }
-        for (const QString& value : parser_.values(name)) {
-            toolkit_.insert(toolkit_.end(), {std::string("-") + option.name, value.toLocal8Bit().toStdString()});
+        const std::string typed = std::string("-") + option.name;
+        if (*option.value != '\0') {
+            for (const QString& value : parser_.values(name)) {
+                toolkit_.insert(toolkit_.end(), {typed, value.toLocal8Bit().toStdString()});
+            }
+        } else if (parser_.isSet(name)) {
+            toolkit_.push_back(typed);
         }
     }
     argc_ = static_cast<int>(toolkit_.size());

@@ -45,6 +45,7 @@ TEST(WindowArguments, takeEverythingBehindTwoDashesForWords) {
 }
 
 TEST(WindowArguments, ofMoreWordsThanAreTakenAreAMistake) {
+    EXPECT_EQ(Read({"name", "one", "two", "three"}).request().mistake, "Unexpected word 'three'.");
     EXPECT_EQ(Read({"name", "one", "two", "three", "four"}).request().mistake, "Unexpected word 'three'.");
 }
 
