@@ -8,9 +8,11 @@
 namespace kelvo {
 
 const char* const kHelpText =
-    R"(usage: kelvo-check [--plot OUT.png] FILE...
+    R"(usage: kelvo-check [--json] [--plot OUT.png] FILE...
 Tells whether Kelvo takes each .wav or .amp FILE, why not, and what the pedal would get of it.
+A folder stands for the .wav and .amp files in it.
 
+  --json          print one JSON object for each FILE instead
   --plot OUT.png  also draw the points of the one FILE, a .wav, and their spectrum
   --help          show this help
   --version       show the version
@@ -24,10 +26,12 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     QCommandLineParser parser;
     const QCommandLineOption help(QStringLiteral("help"));
     const QCommandLineOption version(QStringLiteral("version"));
-    parser.addOptions({QCommandLineOption(plot, QString(), QStringLiteral("OUT.png")), help, version});
+    const QCommandLineOption json(QStringLiteral("json"));
+    parser.addOptions({json, QCommandLineOption(plot, QString(), QStringLiteral("OUT.png")), help, version});
     const bool isUnderstood = parser.parse(arguments);
 
-    CommandLine command{.files = parser.positionalArguments(), .plotFile = parser.value(plot)};
+    CommandLine command{
+        .files = parser.positionalArguments(), .isJson = parser.isSet(json), .plotFile = parser.value(plot)};
     if (!isUnderstood) {
         command.mistake = printableText(parser.errorText().toUtf8());
     } else if (parser.isSet(help)) {

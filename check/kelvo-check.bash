@@ -13,7 +13,7 @@ _kelvo_check() {
     [[ $earlier != -- ]] || before=--
   done
   if [[ $word == -* && $before != -- && $before != --plot ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '--help --plot --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W '--help --json --plot --version' -- "$word")
     return
   fi
   pattern='*.@([wW][aA][vV]|[aA][mM][pP])'
