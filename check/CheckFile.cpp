@@ -1,6 +1,7 @@
 #include "CheckFile.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
@@ -8,6 +9,7 @@
 #include "ChosenFile.h"
 #include "Notes.h"
 #include "Refusals.h"
+#include "SoxLine.h"
 
 namespace kelvo {
 namespace {
@@ -68,6 +70,7 @@ void checkWave(FileReport& report, ByteView file, const QString& path) {
         wave.broken == WaveRule::None ? convertWave(wave.samples, format, wave.frames, points) : std::nullopt;
     if (!used) {
         report.refusal = waveRefusal(file, wave);
+        report.soxLine = soxLine(report.path, file, wave);
         return;
     }
     WaveFacts& facts = report.wave.emplace();
@@ -126,6 +129,23 @@ void checkAmp(FileReport& report, const QUrl& url) {
 
 bool isForCabSlot(const QString& path) {
     return hasFileType(chosenUrl(path), kIRFileType);
+}
+
+QStringList withFilesOfFolders(const QStringList& arguments) {
+    QStringList files;
+    for (const QString& argument : arguments) {
+        const QStringList patterns{QStringLiteral("*.") + kIRFileType, QStringLiteral("*.") + kAmpFileType};
+        const QStringList names = QFileInfo(argument).isDir()
+                                      ? QDir(argument).entryList(patterns, QDir::Files, QDir::Name | QDir::IgnoreCase)
+                                      : QStringList();
+        for (const QString& name : names) {
+            files += QDir(argument).filePath(name);
+        }
+        if (names.isEmpty()) {
+            files += argument;
+        }
+    }
+    return files;
 }
 
 FileReport checkFile(const QString& path) {

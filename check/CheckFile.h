@@ -28,6 +28,7 @@ struct WaveFacts {
 struct FileReport {
     QString path;                   ///< as it was given
     QString refusal;                ///< why the file is refused: a clause that begins with "it" or "its"
+    QString soxLine;                ///< what would mend it, see soxLine; empty where sox is no help
     QByteArray name;                ///< the slot's name, in the bytes that the pedal gets
     std::optional<WaveFacts> wave;  ///< for a CAB slot
     std::optional<AmpLayout> amp;   ///< for an AMP slot
@@ -36,6 +37,10 @@ struct FileReport {
 
 /// Whether the utility offers the file at `path` for a CAB slot; only its name counts.
 [[nodiscard]] bool isForCabSlot(const QString& path);
+
+/// The arguments with the .wav and .amp files of each folder among them, in the order of their names, in its place. One
+/// that has none stays.
+[[nodiscard]] QStringList withFilesOfFolders(const QStringList& arguments);
 
 /// Treats the file at `path`, absolute or from the working directory on, as the utility does when it is chosen for the
 /// slots of its extension. Reads the file and does nothing else. Any thread.

@@ -7,10 +7,12 @@ namespace kelvo {
 ProgramText introduction() {
     return {
         .name = QStringLiteral("kelvo-check"),
-        .synopsis = QStringLiteral("[--plot OUT.png] FILE..."),
+        .synopsis = QStringLiteral("[--json] [--plot OUT.png] FILE..."),
         .help = QStringLiteral(
             R"(Tells whether Kelvo takes each .wav or .amp FILE, why not, and what the pedal would get of it.
+A folder stands for the .wav and .amp files in it.
 
+  --json          print one JSON object for each FILE instead
   --plot OUT.png  also draw the points of the one FILE, a .wav, and their spectrum
   -h, --help      show this help
   -v, --version   show the version
@@ -23,11 +25,15 @@ something cannot be written.
 
 CommandLine parseCommandLine(const QStringList& arguments) {
     const QString plot = QStringLiteral("plot");
+    const QString json = QStringLiteral("json");
     QCommandLineParser parser;
-    parser.addOption({plot, {}, QStringLiteral("OUT.png")});
+    parser.addOptions({QCommandLineOption(json), {plot, {}, QStringLiteral("OUT.png")}});
     const Request request = readArguments(parser, arguments);
 
-    CommandLine command{.request = request, .files = parser.positionalArguments(), .plotFile = parser.value(plot)};
+    CommandLine command{.request = request,
+                        .files = parser.positionalArguments(),
+                        .isJson = parser.isSet(json),
+                        .plotFile = parser.value(plot)};
     if (request.kind != Request::Kind::Run || !request.mistake.isEmpty()) {
         return command;
     }

@@ -12,7 +12,6 @@ namespace kelvo {
 namespace {
 
 constexpr std::uint32_t kIntegerTag = 1;
-constexpr std::uint32_t kFloatTag = 3;
 constexpr std::uint32_t kHasSubFormat = 0xFFFE;
 constexpr std::size_t kSubFormatTag = 32;  // from the fmt chunk's id on
 
@@ -84,6 +83,11 @@ QStringList nameNotes(QByteArrayView sent, const QByteArray& whole) {
     });
 }
 
+std::uint32_t formatTag(ByteView file, const WaveLayout& wave) {
+    const std::uint32_t tag = wave.fmt_block.format.formatTag;
+    return tag == kHasSubFormat ? littleEndian(file.subspan(wave.fmtOffset), kSubFormatTag, 2) : tag;
+}
+
 QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& facts) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
     const std::size_t held = wave.samples.size();
@@ -92,9 +96,7 @@ QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& fa
     const std::size_t wanted = findIRRate(format.sampleRate)->frameCap;
     const std::size_t beyond =
         isFloat ? countBeyondFullScale(wave.samples, std::size_t{4} * format.channels, facts.framesUsed) : 0;
-    const std::uint32_t tag = format.formatTag == kHasSubFormat
-                                  ? littleEndian(file.subspan(wave.fmtOffset), kSubFormatTag, 2)
-                                  : format.formatTag;
+    const std::uint32_t tag = formatTag(file, wave);
     return thoseThatApply({
         {!isUsable, QStringLiteral("its %1 channels give silence; only one channel, or the first of two, is used")
                         .arg(format.channels)},

@@ -13,6 +13,11 @@ namespace kelvo {
 /// `sent` is what the pedal gets of the name `whole`, in UTF-8.
 [[nodiscard]] QStringList nameNotes(QByteArrayView sent, const QByteArray& whole);
 
+/// What the header says of the samples: kFloatTag for floats. That of the sub-format where there is one.
+[[nodiscard]] std::uint32_t formatTag(ByteView file, const WaveLayout& wave);
+
+inline constexpr std::uint32_t kFloatTag = 3;
+
 /// `facts` tell what became of the file.
 [[nodiscard]] QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& facts);
 

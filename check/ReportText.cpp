@@ -85,4 +85,12 @@ QString reportText(const FileReport& report) {
     return text;
 }
 
+QString summaryText(qsizetype taken, qsizetype files, const QStringList& soxLines) {
+    QString text = QStringLiteral("\n%1 of %2 will be taken\n").arg(taken).arg(files);
+    for (const QString& line : soxLines) {
+        text += line + QLatin1Char('\n');
+    }
+    return text;
+}
+
 }  // namespace kelvo

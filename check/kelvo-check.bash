@@ -13,7 +13,7 @@ _kelvo_check() {
     [[ $earlier != -- ]] || before=--
   done
   if [[ $word == -* && $before != -- && $before != --plot ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '-h --help --plot -v --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W '-h --help --json --plot -v --version' -- "$word")
     return
   fi
   pattern='*.@([wW][aA][vV]|[aA][mM][pP])'

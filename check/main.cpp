@@ -8,6 +8,7 @@
 #include "CommandLine.h"
 #include "Plot.h"
 #include "PrintableText.h"
+#include "ReportJson.h"
 #include "ReportText.h"
 
 namespace kelvo {
@@ -35,14 +36,25 @@ bool drawPlot(const FileReport& report, const QString& path) {
 
 int check(const CommandLine& command) {
     int status = kAllAccepted;
-    for (const QString& file : command.files) {
+    const QStringList files = command.plotFile.isEmpty() ? withFilesOfFolders(command.files) : command.files;
+    qsizetype taken = 0;
+    QStringList soxLines;
+    for (const QString& file : files) {
         const FileReport report = checkFile(file);
-        print(stdout, reportText(report));
+        print(stdout, command.isJson ? QString::fromLatin1(reportJson(report)) : reportText(report));
         if (!report.refusal.isEmpty()) {
             status = kSomeRefused;
-        } else if (!command.plotFile.isEmpty() && !drawPlot(report, command.plotFile)) {
+            soxLines += report.soxLine;
+            continue;
+        }
+        ++taken;
+        if (!command.plotFile.isEmpty() && !drawPlot(report, command.plotFile)) {
             status = kTrouble;
         }
+    }
+    soxLines.removeAll(QString());
+    if (!command.isJson && (files.size() > 1 || files != command.files)) {
+        print(stdout, summaryText(taken, files.size(), soxLines));
     }
     return status;
 }

@@ -215,5 +215,24 @@ TEST_F(CheckFile, offersFilesForACabSlotByTheirNames) {
     EXPECT_FALSE(isForCabSlot(""));
 }
 
+TEST_F(CheckFile, ofARefusedRateOrDepth_hasALineForSox) {
+    const QString path = dir.path("a.wav");
+    EXPECT_EQ(check("a.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes()).soxLine,
+              "sox '" + path + "' '" + dir.path("a-converted.wav") + "' rate 44100");
+    EXPECT_EQ(check("a.wav", goodWave()).soxLine, "");
+    EXPECT_EQ(check("a.wav", {}).soxLine, "");
+}
+
+TEST_F(CheckFile, putsTheFilesOfAFolderInItsPlace) {
+    ASSERT_TRUE(QDir().mkpath(dir.path("full/inner.wav")));
+    ASSERT_TRUE(QDir().mkpath(dir.path("empty.wav")));
+    for (const char* const name : {"full/b.WAV", "full/C.amp", "full/a.wav", "full/d.mp3", "full/.e.wav"}) {
+        dir.write(name, FileBytes(1));
+    }
+    EXPECT_EQ(withFilesOfFolders({"x.wav", dir.path("full"), dir.path("empty.wav"), ""}),
+              (QStringList{"x.wav", dir.path("full/a.wav"), dir.path("full/b.WAV"), dir.path("full/C.amp"),
+                           dir.path("empty.wav"), ""}));
+}
+
 }  // namespace
 }  // namespace kelvo

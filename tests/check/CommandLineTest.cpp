@@ -29,6 +29,11 @@ TEST(CommandLine, takesThePicturesNameInBothForms) {
     EXPECT_EQ(parse({"--plot", "X.PNG", "A.WAV"}).request.mistake, "");
 }
 
+TEST(CommandLine, givesJsonOnlyWhenAsked) {
+    EXPECT_TRUE(parse({"--json", "a.wav"}).isJson);
+    EXPECT_FALSE(parse({"a.wav"}).isJson);
+}
+
 TEST(CommandLine, takesEverythingBehindTwoDashesForAFile) {
     const CommandLine command = parse({"--", "--help", "--plot", "-x.wav"});
     EXPECT_EQ(command.request.kind, Request::Kind::Run);

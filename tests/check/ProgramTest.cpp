@@ -70,8 +70,34 @@ TEST_F(Program, goesOnBehindARefusedFileAndEndsWith1) {
               "  channels: 1\n"
               "  frames:   512 in the file, 512 used\n"
               "  peak:     -17.50 dBFS (0.133331 of full scale)\n"
-              "a.mp3: refused: its name ends neither in \".wav\" nor in \".amp\"\n");
+              "a.mp3: refused: its name ends neither in \".wav\" nor in \".amp\"\n"
+              "\n"
+              "1 of 3 will be taken\n");
     EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Program, ofAFolder_endsWithASummaryAndTheLinesForSox) {
+    process.setWorkingDirectory(dir.path("."));
+    dir.write("x.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes());
+    const Outcome result = run({"."});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(
+        result.out,
+        "./x.wav: refused: its sample rate in Hz, at byte 24, is 8000; allowed are 44100, 48000, 88200 and 96000\n"
+        "\n"
+        "0 of 1 will be taken\n"
+        "sox './x.wav' './x-converted.wav' rate 44100\n");
+}
+
+TEST_F(Program, givesJsonWithoutASummary) {
+    process.setWorkingDirectory(dir.path("."));
+    const Outcome result = run({"--json", "no.wav", "a.mp3"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(
+        result.out,
+        "{\"accepted\":false,\"file\":\"no.wav\",\"refusal\":\"it cannot be opened: No such file or directory\"}\n"
+        "{\"accepted\":false,\"file\":\"a.mp3\",\"refusal\":\"its name ends neither in \\\".wav\\\" nor in "
+        "\\\".amp\\\"\"}\n");
 }
 
 TEST_F(Program, readsNamesThatAreNotAsciiInAnyLocale) {
@@ -119,8 +145,8 @@ TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
 TEST_F(Program, showsItsHelpAndItsVersion) {
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_TRUE(help.out.starts_with("usage: kelvo-check [--plot OUT.png] FILE...\n")) << help.out;
-    for (const char* const option : {"  --plot OUT.png  ", "  -h, --help  ", "  -v, --version  "}) {
+    EXPECT_TRUE(help.out.starts_with("usage: kelvo-check [--json] [--plot OUT.png] FILE...\n")) << help.out;
+    for (const char* const option : {"  --json  ", "  --plot OUT.png  ", "  -h, --help  ", "  -v, --version  "}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
     EXPECT_EQ(help.err, "");

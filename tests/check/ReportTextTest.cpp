@@ -93,5 +93,11 @@ TEST(ReportText, letsNoControlOfAFilesNameThrough) {
     EXPECT_EQ(line(report, "name:"), "  name:     \"\\x1b[2J%1\\xff\"");
 }
 
+TEST(SummaryText, countsAndHasTheLinesForSoxAsTheyAre) {
+    EXPECT_EQ(summaryText(41, 43, {"sox 'a.wav'", "sox 'b.wav'"}).toStdString(),
+              "\n41 of 43 will be taken\nsox 'a.wav'\nsox 'b.wav'\n");
+    EXPECT_EQ(summaryText(2, 2, {}).toStdString(), "\n2 of 2 will be taken\n");
+}
+
 }  // namespace
 }  // namespace kelvo
