@@ -101,7 +101,7 @@ QImage paintLayers(const Layer& layer, const LayerArea& area, const LayerVariati
 }
 
 QPainterPath withFineCurves(const QPainterPath& path) {
-    constexpr double kScale = 64.0;
+    constexpr double kScale = 16.0;
     QPainterPath lines;
     for (const QPolygonF& polygon : path.toSubpathPolygons(QTransform::fromScale(kScale, kScale))) {
         lines.addPolygon(polygon);

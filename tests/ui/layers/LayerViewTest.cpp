@@ -3,11 +3,13 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QExposeEvent>
 #include <QImage>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimer>
+#include <QWindow>
 #include <limits>
 
 #include "layers/Layer.h"
@@ -155,6 +157,17 @@ TEST_F(LayerViewTest, restored_movesOnByItself) {
     window.setWindowState(Qt::WindowNoState);
     serveUntil([&] { return view.frames >= before + 3; });
     EXPECT_GE(view.frames, before + 3);
+}
+
+// The toolkit itself shows again what it has kept of the window, and paints nothing.
+TEST_F(LayerViewTest, exposedAgain_isPaintedSoThatItMovesOn) {
+    show();
+    QCoreApplication::processEvents();
+    const int before = view.frames;
+    QExposeEvent exposed(QRegion(window.rect()));
+    QCoreApplication::sendEvent(window.windowHandle(), &exposed);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(view.frames, before + 1);
 }
 
 TEST_F(LayerViewTest, leavingTheScreen_hasNoTimerAfterOneFrameMore) {
