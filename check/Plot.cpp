@@ -1,13 +1,11 @@
-#include "Plot.h"
-
 #include <QBuffer>
 #include <QFile>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <vector>
 
+#include "Plot.h"
 #include "Spectrum.h"
 
 namespace kelvo {
@@ -31,16 +29,11 @@ constexpr double kGainStep = 10.0;  // dB
 constexpr double kGainSpan = 60.0;
 constexpr double kGainRoom = 1.0;
 
-struct Tick {
-    double value;
-    QString label;
-};
-
 struct Axis {
     QString title;
     double first;
     double last;
-    std::vector<Tick> ticks;
+    std::vector<double> ticks;
     bool isLogarithmic = false;
 
     /// Where `value` stands between `first`, 0, and `last`, 1.
@@ -63,38 +56,17 @@ struct Panel {
     }
 };
 
-std::vector<Tick> plainTicks(std::initializer_list<double> values) {
-    std::vector<Tick> ticks;
-    std::ranges::transform(values, std::back_inserter(ticks), [](double value) {
-        return Tick{value, QString::number(value)};
-    });
-    return ticks;
-}
-
-Axis timeAxis() {
-    return {QStringLiteral("time (ms)"), -0.2, 11.8, plainTicks({0, 2, 4, 6, 8, 10})};
-}
-
 /// As large as the points need it, so that a quiet response can be seen too.
 Axis levelAxis(const PointLevels& levels) {
-    float peak = 0.0F;
-    for (const float level : levels) {
-        peak = std::max(peak, std::abs(level));
-    }
+    const float peak = std::max(std::ranges::max(levels), -std::ranges::min(levels));
     constexpr std::array kLimits{0.001F, 0.002F, 0.005F, 0.01F, 0.02F, 0.05F, 0.1F, 0.2F, 0.5F, 1.0F};
     const auto limit =
         static_cast<double>(*std::ranges::find_if(kLimits, [peak](float value) { return value >= peak; }));
     // A little more, so that the frame does not hide a curve that goes up to it.
-    return {QStringLiteral("level (full scale = 1)"), -1.05 * limit, 1.05 * limit,
-            plainTicks({-limit, -limit / 2, 0, limit / 2, limit})};
-}
-
-Axis frequencyAxis() {
-    Axis axis{QStringLiteral("frequency (Hz)"), kLowest, kHighest, plainTicks({20, 50, 100, 200, 500}), true};
-    for (const int thousands : {1, 2, 5, 10, 20}) {
-        axis.ticks.push_back({1000.0 * thousands, QStringLiteral("%1 k").arg(thousands)});
-    }
-    return axis;
+    return {QStringLiteral("level (full scale = 1)"),
+            -1.05 * limit,
+            1.05 * limit,
+            {-limit, -limit / 2, 0, limit / 2, limit}};
 }
 
 /// Down from the next step that leaves the curve a little room.
@@ -103,75 +75,76 @@ Axis gainAxis(const std::vector<double>& gains) {
     const double top = highest > kNoGain ? std::floor((highest + kGainRoom) / kGainStep + 1.0) * kGainStep : 0.0;
     Axis axis{QStringLiteral("gain (dB)"), top - kGainSpan, top, {}};
     for (double value = axis.first; value <= axis.last; value += kGainStep) {
-        axis.ticks.push_back({value, QString::number(value)});
+        axis.ticks.push_back(value);
     }
     return axis;
 }
 
-void drawVerticalText(QPainter& painter, QPointF middle, const QString& text) {
-    painter.save();
-    painter.translate(middle);
-    painter.rotate(-90);
-    painter.drawText(QRectF(-150, -10, 300, 20), Qt::AlignCenter, text);
-    painter.restore();
+QString label(double tick) {
+    return tick < 1000.0 ? QString::number(tick) : QStringLiteral("%1 k").arg(tick / 1000.0);
 }
 
-void drawPanel(QPainter& painter, const Panel& panel) {
+void drawPanel(QPainter& painter, const Panel& panel, const QPolygonF& curve) {
     const QRectF& area = panel.area;
-    for (const Tick& tick : panel.x.ticks) {
-        const double x = panel.place(tick.value, panel.y.first).x();
+    const auto drawTick = [&painter](QPointF from, QPointF to, const QRectF& place, int alignment, double tick) {
         painter.setPen(QColor(kGrid));
-        painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+        painter.drawLine(from, to);
         painter.setPen(QColor(kInk));
-        painter.drawText(QRectF(x - 40, area.bottom() + 4, 80, 20), Qt::AlignCenter, tick.label);
+        painter.drawText(place, alignment, label(tick));
+    };
+    for (const double tick : panel.x.ticks) {
+        const double x = panel.place(tick, panel.y.first).x();
+        drawTick({x, area.top()}, {x, area.bottom()}, {x - 40, area.bottom() + 4, 80, 20}, Qt::AlignCenter, tick);
     }
-    for (const Tick& tick : panel.y.ticks) {
-        const double y = panel.place(panel.x.first, tick.value).y();
-        painter.setPen(QColor(kGrid));
-        painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
-        painter.setPen(QColor(kInk));
-        painter.drawText(QRectF(area.left() - 76, y - 10, 70, 20), Qt::AlignRight | Qt::AlignVCenter, tick.label);
+    for (const double tick : panel.y.ticks) {
+        const double y = panel.place(panel.x.first, tick).y();
+        drawTick({area.left(), y}, {area.right(), y}, {area.left() - 76, y - 10, 70, 20},
+                 Qt::AlignRight | Qt::AlignVCenter, tick);
     }
     painter.drawRect(area);
     painter.drawText(QRectF(area.left(), area.bottom() + 26, area.width(), 20), Qt::AlignCenter, panel.x.title);
-    drawVerticalText(painter, {14, area.center().y()}, panel.y.title);
-}
-
-void drawCurve(QPainter& painter, const Panel& panel, const QPolygonF& curve) {
     painter.save();
-    painter.setClipRect(panel.area);
+    painter.translate(14, area.center().y());
+    painter.rotate(-90);
+    painter.drawText(QRectF(-150, -10, 300, 20), Qt::AlignCenter, panel.y.title);
+    painter.restore();
+    painter.save();
+    painter.setClipRect(area);
     painter.setPen(QPen(QColor(kCurve), 1.5));
     painter.drawPolyline(curve);
     painter.restore();
 }
 
 void drawTime(QPainter& painter, const PointLevels& levels) {
-    const Panel panel{kTimeArea, timeAxis(), levelAxis(levels)};
+    const Axis time{QStringLiteral("time (ms)"), -0.2, 11.8, {0, 2, 4, 6, 8, 10}};
+    const Panel panel{kTimeArea, time, levelAxis(levels)};
     QPolygonF curve;
     for (std::size_t i = 0; i < levels.size(); ++i) {
         curve += panel.place(1000.0 * static_cast<double>(i) / kIRPointRate, static_cast<double>(levels[i]));
     }
-    drawPanel(painter, panel);
-    drawCurve(painter, panel, curve);
+    drawPanel(painter, panel, curve);
 }
 
 void drawFrequency(QPainter& painter, const PointLevels& levels) {
     // Closer than the picture's columns: 512 points have peaks and notches narrower than one, up where columns are
     // wide.
-    constexpr int kColumns = 3000;
-    const Axis frequencies = frequencyAxis();
+    constexpr std::size_t kColumns = 3000;
+    const Axis axis{QStringLiteral("frequency (Hz)"),
+                    kLowest,
+                    kHighest,
+                    {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 20000},
+                    true};
+    const auto frequency = [&axis](std::size_t i) { return axis.valueAt(static_cast<double>(i) / kColumns); };
     std::vector<double> gains;
-    for (int i = 0; i <= kColumns; ++i) {
-        gains.push_back(gainAt(levels, frequencies.valueAt(static_cast<double>(i) / kColumns)));
+    for (std::size_t i = 0; i <= kColumns; ++i) {
+        gains.push_back(gainAt(levels, frequency(i)));
     }
-    const Panel panel{kFrequencyArea, frequencies, gainAxis(gains)};
+    const Panel panel{kFrequencyArea, axis, gainAxis(gains)};
     QPolygonF curve;
-    for (int i = 0; i <= kColumns; ++i) {
-        curve +=
-            panel.place(frequencies.valueAt(static_cast<double>(i) / kColumns), gains[static_cast<std::size_t>(i)]);
+    for (std::size_t i = 0; i <= kColumns; ++i) {
+        curve += panel.place(frequency(i), gains[i]);
     }
-    drawPanel(painter, panel);
-    drawCurve(painter, panel, curve);
+    drawPanel(painter, panel, curve);
 }
 
 void setFontPixels(QPainter& painter, int pixels) {
