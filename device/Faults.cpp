@@ -36,6 +36,10 @@ constexpr FaultEntry kTable[] = {
     {"names-after-done", "milliseconds", 0, 0, kHour,
      [](Faults& faults, Number time) { faults.namesAfterDone = std::chrono::milliseconds(time); }},
     {"refuse", "output report", 1, 1, kAnyCount, [](Faults& faults, Number report) { faults.refuseReport = report; }},
+    {"protocol-error", "output report", 1, 1, kAnyCount,
+     [](Faults& faults, Number report) { faults.protocolErrorAtReport = report; }},
+    {"no-answer", "output report", 1, 1, kAnyCount,
+     [](Faults& faults, Number report) { faults.noAnswerAtReport = report; }},
     {"unplug", "output report", 1, 1, kAnyCount, [](Faults& faults, Number report) { faults.unplugAtReport = report; }},
 };
 

@@ -47,6 +47,10 @@ struct Faults {
     std::optional<std::chrono::milliseconds> namesAfterDone;
     /// The k-th output report since the pedal was plugged in is refused; 0: none.
     std::uint32_t refuseReport = 0;
+    /// The bus answers the k-th output report since the pedal was plugged in with a protocol error, or not at all; 0:
+    /// none. On a cable without a kernel both are refusals.
+    std::uint32_t protocolErrorAtReport = 0;
+    std::uint32_t noAnswerAtReport = 0;
     /// The pedal is unplugged at the k-th output report since it was plugged in, and that report refused; 0: never.
     std::uint32_t unplugAtReport = 0;
 };

@@ -79,7 +79,8 @@ bool VirtualCable::takesReport(const HidDevice* device, std::unique_lock<std::mu
     if (outputReports_ == faults.unplugAtReport) {
         detach();
     }
-    return !gone() && outputReports_ != faults.refuseReport;
+    return !gone() && outputReports_ != faults.refuseReport && outputReports_ != faults.protocolErrorAtReport &&
+           outputReports_ != faults.noAnswerAtReport;
 }
 
 VirtualCable::Event VirtualCable::next(bool watching) {

@@ -18,6 +18,7 @@ inline constexpr std::size_t kUsbIpLongestTransfer = 65535;
 
 /// The kernel's error numbers that a device answers with. They are fixed by the protocol, not by this machine.
 inline constexpr std::int32_t kUsbStall = -32;
+inline constexpr std::int32_t kUsbProtocolError = -71;
 inline constexpr std::int32_t kUsbUnlinked = -104;
 
 enum class UsbDirection : std::uint8_t { kOut = 0, kIn = 1 };

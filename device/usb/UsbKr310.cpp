@@ -80,8 +80,13 @@ void UsbKr310::takeReport(const UsbRequest& request, Clock::time_point now) {
         return;
     }
     if (outputReports_ == faults.refuseReport) {
-        appendSubmitAnswer(answers_, request, kUsbStall, {});
-        return;
+        return appendSubmitAnswer(answers_, request, kUsbStall, {});
+    }
+    if (outputReports_ == faults.protocolErrorAtReport) {
+        return appendSubmitAnswer(answers_, request, kUsbProtocolError, {});
+    }
+    if (outputReports_ == faults.noAnswerAtReport) {
+        return waitingOut_.push_back(request);
     }
     for (InputReport& report : pedal_.receive(request.data).reports) {
         reports_.emplace(now + report.due, std::move(report.bytes));

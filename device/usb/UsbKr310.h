@@ -15,9 +15,9 @@ namespace kelvo {
 /// A virtual KR310 as a USB device: takes the host's USB/IP bytes, gives the bytes of its answers. It has no clock and
 /// no socket; its owner says what time it is. One thread.
 ///
-/// An output report of 64 bytes goes to the pedal; of Faults it also obeys refuseReport (that transfer stalls) and
-/// unplugAtReport (see `wantsUnplug`). An input report is longer than the endpoint's 64 bytes only by a fault, and is
-/// cut to what the host asked for.
+/// An output report of 64 bytes goes to the pedal; of Faults it also obeys refuseReport (that transfer stalls),
+/// protocolErrorAtReport, noAnswerAtReport (until the host gives it up) and unplugAtReport (see `wantsUnplug`). An
+/// input report is longer than the endpoint's 64 bytes only by a fault, and is cut to what the host asked for.
 class UsbKr310 {
 public:
     using Clock = std::chrono::steady_clock;

@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <ctime>
 #include <optional>
 #include <string>
+#include <system_error>
 
 namespace kelvo {
 namespace {
@@ -61,7 +63,11 @@ void runUsbLoop(int commands, UsbConsole& console, UsbCable& cable, const UsbCon
         const timespec patience = due ? timeUntil(*due) : timespec{};
         std::array<pollfd, 2> fds{{{commands, POLLIN, 0}, {cable.fd(), cable.events(), 0}}};
         if (ppoll(fds.data(), fds.size(), due ? &patience : nullptr, nullptr) < 0) {
-            continue;
+            if (errno == EINTR) {
+                continue;
+            }
+            sink("error: nothing can be waited for: " + std::generic_category().message(errno));
+            break;
         }
         // The cable first: its descriptor is the one that was waited for only until a command is obeyed.
         if (const auto end = cable.serve(fds[1].revents, Clock::now())) {

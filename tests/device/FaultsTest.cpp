@@ -24,7 +24,7 @@ TEST(Faults, areAllOffAtFirst) {
                  faults.garbageBetween || faults.mergedReports || faults.countOver63 || faults.reportsOf63 ||
                  faults.reportsOf65 || faults.progressOver199);
     EXPECT_EQ(faults.corruptCrcEvery + faults.garbageInsideEvery + faults.splitReports + faults.refuseReport +
-                  faults.unplugAtReport,
+                  faults.protocolErrorAtReport + faults.noAnswerAtReport + faults.unplugAtReport,
               0U);
 }
 
@@ -46,6 +46,8 @@ TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_TRUE(parsed("progress-over-199").progressOver199);
     EXPECT_EQ(parsed("names-after-done").namesAfterDone, milliseconds(0));
     EXPECT_EQ(parsed("refuse").refuseReport, 1U);
+    EXPECT_EQ(parsed("protocol-error").protocolErrorAtReport, 1U);
+    EXPECT_EQ(parsed("no-answer").noAnswerAtReport, 1U);
     EXPECT_EQ(parsed("unplug").unplugAtReport, 1U);
 }
 
@@ -58,6 +60,8 @@ TEST(SwitchOn, takesTheNumberBehindTheEqualsSign) {
     EXPECT_EQ(parsed("split=63").splitReports, 63U);
     EXPECT_EQ(parsed("names-after-done=1500").namesAfterDone, milliseconds(1500));
     EXPECT_EQ(parsed("refuse=4294967295").refuseReport, 4294967295U);
+    EXPECT_EQ(parsed("protocol-error=7").protocolErrorAtReport, 7U);
+    EXPECT_EQ(parsed("no-answer=8").noAnswerAtReport, 8U);
     EXPECT_EQ(parsed("unplug=9").unplugAtReport, 9U);
     EXPECT_EQ(parsed("unplug=99999999999").unplugAtReport, 4294967295U);
 }
@@ -116,7 +120,7 @@ TEST(FaultTable, namesEveryFaultOnceAndEveryNameCanBeParsed) {
         EXPECT_LE(entry.least, entry.usual) << entry.name;
         EXPECT_LE(entry.usual, entry.greatest) << entry.name;
     }
-    EXPECT_EQ(names.size(), 18U);
+    EXPECT_EQ(names.size(), 20U);
 }
 
 }  // namespace

@@ -182,6 +182,16 @@ TEST(VirtualHidManagerReports, canBeRefusedOneByOne) {
     }
 }
 
+TEST(VirtualHidManagerReports, areRefusedWhereAKernelWouldMeetAnErrorOfTheBus) {
+    for (const Faults& faults : {Faults{.protocolErrorAtReport = 2}, Faults{.noAnswerAtReport = 2}}) {
+        ConnectedBench bench;
+        bench.pedal.setFaults(faults);
+        EXPECT_FALSE(bench.sendFrame(packet(0xE1, 3, 1)));
+        EXPECT_EQ(bench.manager.activity().outputReports.size(), 1U);
+        EXPECT_EQ(bench.manager.activity().removals, 0U);
+    }
+}
+
 TEST(VirtualHidManagerReports, canUnplugThePedalOneByOne) {
     for (std::uint32_t k = 1; k <= 9; ++k) {
         ConnectedBench bench;

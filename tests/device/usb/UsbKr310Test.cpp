@@ -150,6 +150,23 @@ TEST_F(UsbPedal, refusesTheReportThatAFaultNames) {
     EXPECT_EQ(answersTo(inRequest(kOne)), "");
 }
 
+TEST_F(UsbPedal, answersTheReportThatAFaultNamesWithAProtocolError) {
+    pedal.setFaults({.protocolErrorAtReport = 2});
+    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
+    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, "FF FF FF B9", kZeroWord));
+    EXPECT_EQ(answersTo(outRequest(kThree, Bytes(64))), submitAnswer(kThree, kZeroWord, kSize));
+    EXPECT_EQ(answersTo(inRequest(kOne)), "");
+}
+
+TEST_F(UsbPedal, leavesTheReportThatAFaultNamesToTheHostToGiveUp) {
+    pedal.setFaults({.noAnswerAtReport = 2});
+    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
+    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), "");
+    EXPECT_EQ(answersTo(unlinkRequest(kThree, kTwo)), unlinkAnswer(kThree, kUnlinkedWord));
+    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
+    EXPECT_EQ(answersTo(inRequest(kOne)), "");
+}
+
 TEST_F(UsbPedal, wantsToBeUnpluggedAtTheReportThatAFaultNames) {
     pedal.setFaults({.unplugAtReport = 2});
     EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));

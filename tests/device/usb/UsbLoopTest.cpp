@@ -151,11 +151,11 @@ TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
 }
 
 TEST_F(RunningLoop, listsTheFaultsWithTheirNumbers) {
-    const auto list = asked("faults", 19);
-    ASSERT_EQ(list.size(), 19U);
+    const auto list = asked("faults", 21);
+    ASSERT_EQ(list.size(), 21U);
     EXPECT_EQ(list[0], "silent=N from phase, 0 to 5");
     EXPECT_EQ(list[2], "duplicate-ack");
-    EXPECT_EQ(list[18], "listed");
+    EXPECT_EQ(list[20], "listed");
 }
 
 TEST_F(RunningLoop, listsItsCommandsWhenAskedForHelp) {
@@ -262,6 +262,21 @@ TEST_F(RunningLoop, sleepsWhileThereIsNothingToDo) {
     getrusage(RUSAGE_SELF, &after);
     // This thread's own sleep is one of them.
     EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 3);
+}
+
+// A poll(2) over more descriptors than the process may have fails, each time.
+TEST_F(RunningLoop, endsWithALineWhenItCannotWait) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    rlimit old{};
+    getrlimit(RLIMIT_NOFILE, &old);
+    const rlimit one{.rlim_cur = 1, .rlim_max = old.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &one);
+    type("go\n");
+    thread.join();
+    setrlimit(RLIMIT_NOFILE, &old);
+    // The command may have been obeyed before.
+    EXPECT_EQ(said(1).back(), "error: nothing can be waited for: Invalid argument");
+    EXPECT_EQ(fromDevice(1), "");
 }
 
 TEST_F(RunningLoop, pullsTheCableOnQuit) {
