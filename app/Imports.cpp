@@ -14,7 +14,7 @@
 namespace kelvo {
 namespace {
 
-/// What stands in `name` up to its NUL, or all but its last byte, and zeros behind it.
+/// What stands in `name` up to its NUL, at most all but its last byte, and zeros behind it.
 NameBuffer terminatedName(const CharName& name) {
     NameBuffer result{};
     std::copy(name.begin(), std::find(name.begin(), name.end() - 1, '\0'), result.begin());

@@ -53,12 +53,8 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
 
 KelvoAppDelegate::~KelvoAppDelegate() {
     manager_.stop();
-    if (hidThread_.joinable()) {
-        hidThread_.join();
-    }
-    if (receiveThread_.joinable()) {
-        receiveThread_.join();
-    }
+    hidThread_ = {};
+    receiveThread_ = {};
     AppClassPoint = nullptr;
 }
 
@@ -94,7 +90,7 @@ std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& tab
 void KelvoAppDelegate::applicationDidFinishLaunching() {
     AppClassPoint = this;
     showMainWindow();
-    hidThread_ = std::thread([this] { OpenHidDeviceThread(); });
+    hidThread_ = std::jthread([this] { OpenHidDeviceThread(); });
     services_.sleep(2);
     if (isOpenDevice) {
         setNotice(QObject::tr("Reading the slot names…"));
@@ -129,7 +125,7 @@ void KelvoAppDelegate::loadFromDevice() {
     aaaa[kLengthOffset + 1] = 0;
     aaaa[kCommandOffset] = CMD_CONNECT;
     SendUartCmd(aaaa);
-    receiveThread_ = std::thread([this] { OpenReceiveThread(); });
+    receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
     QWidget& loadingWindow = openLoadWindow();
     center(loadingWindow);
     runModalForWindow(loadingWindow);

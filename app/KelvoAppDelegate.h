@@ -54,10 +54,11 @@ public:
     void importAMPButtonClick();
     void deleteCAB();
 
-    int numberOfRowsInTableView(int tag) const override;
+    int numberOfRowsInTableView(int) const override { return kTableRows; }
     QString tableView_objectValueForTableColumn_row(int tag, int column, int row) const override;
-    bool tableView_shouldEditTableColumn_row(int tag, int column, int row) const override;
-    void tableViewSelectionDidChange(int tag) override;
+    bool tableView_shouldEditTableColumn_row(int, int, int) const override { return false; }
+    /// Nothing: the selection is read when an action needs it.
+    void tableViewSelectionDidChange(int) override {}
 
     // Plain get and set. What is set of the interface must outlive the controller; nothing is connected to it.
     CloseActionWindow& window() const { return *window_; }
@@ -151,8 +152,8 @@ private:
     std::unique_ptr<LoadDataWindowController> loadWindow_;
     double earlyProgress_ = 0.0;
 
-    std::thread hidThread_;
-    std::thread receiveThread_;
+    std::jthread hidThread_;
+    std::jthread receiveThread_;
 };
 
 }  // namespace kelvo

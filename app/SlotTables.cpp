@@ -15,10 +15,6 @@ constexpr int kAmpTag = 2;
 
 }  // namespace
 
-int KelvoAppDelegate::numberOfRowsInTableView(int) const {
-    return kTableRows;
-}
-
 QString KelvoAppDelegate::tableView_objectValueForTableColumn_row(int tag, int, int row) const {
     switch (tag) {
         case kCabTag:
@@ -28,14 +24,6 @@ QString KelvoAppDelegate::tableView_objectValueForTableColumn_row(int tag, int, 
         default:
             return {};
     }
-}
-
-bool KelvoAppDelegate::tableView_shouldEditTableColumn_row(int, int, int) const {
-    return false;
-}
-
-void KelvoAppDelegate::tableViewSelectionDidChange(int) {
-    // The selection is read when an action needs it.
 }
 
 void KelvoAppDelegate::deleteCAB() {
