@@ -4,6 +4,7 @@
 #include "CommandCodes.h"
 #include "KelvoAppDelegate.h"
 #include "NSLog.h"
+#include "SlotLabel.h"
 #include "SlotTableView.h"
 
 namespace kelvo {
@@ -41,7 +42,9 @@ void KelvoAppDelegate::tableViewSelectionDidChange(int) {
 void KelvoAppDelegate::deleteCAB() {
     const Alert alert{.messageText = QStringLiteral("Do you confirm deletion?"),
                       .buttons = {QStringLiteral("delete"), QStringLiteral("cancel")},
-                      .style = AlertStyle::Warning};
+                      .style = AlertStyle::Warning,
+                      .informativeText = spokenLabel(IRNameArr().value(ImportIRTableV_->selectedRow())),
+                      .subject = ImportIRTableV_};
     services_.beginSheetModal(*window_, alert, [this](int response) {
         if (response == kAlertFirstButtonReturn) {
             sendDeletion();
