@@ -1,9 +1,15 @@
 #include "AppServices.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QFileDialog>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <thread>
@@ -14,10 +20,32 @@ namespace kelvo {
 namespace {
 
 constexpr const char* kResponse = "response";
+/// Between a dialog and what it does not cover, in pixels.
+constexpr int kGap = 8;
+
+/// Moves a window that is not open yet to where it does not cover `subject`, or as little as the screen allows.
+void placeBeside(QWidget& dialog, const QWidget& subject, const QWidget& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    const QRect covered(subject.mapToGlobal(QPoint()), subject.size());
+    const QSize frame = window.frameGeometry().size() - window.size();
+    dialog.adjustSize();
+    const QSize size = dialog.size() + frame;
+    const int right = covered.right() + 1 + kGap;
+    const int left = covered.left() - kGap - size.width();
+    const bool fitsRight = right + size.width() <= screen.right() + 1;
+    const int x = fitsRight || left < screen.left() ? right : left;
+    dialog.move(std::clamp(x, screen.left(), std::max(screen.left(), screen.right() + 1 - size.width())),
+                std::clamp(covered.top(), screen.top(), std::max(screen.top(), screen.bottom() + 1 - size.height())));
+}
 
 void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertCompletion completion) {
     const auto icon = alert.style == AlertStyle::Critical ? QMessageBox::Critical : QMessageBox::Warning;
     auto* const box = new QMessageBox(icon, window.windowTitle(), alert.messageText, QMessageBox::NoButton, &window);
+    if (!alert.informativeText.isEmpty()) {
+        box->setInformativeText(alert.informativeText);
+        // A slot's name may look like markup.
+        box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))->setTextFormat(Qt::PlainText);
+    }
     box->setAttribute(Qt::WA_DeleteOnClose);
     // The newest application-modal window is the one that takes input, so an alert is never blocked by another.
     box->setWindowModality(Qt::ApplicationModal);
@@ -34,6 +62,9 @@ void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertComp
         const QAbstractButton* const clicked = box->clickedButton() != nullptr ? box->clickedButton() : last;
         done(clicked->property(kResponse).toInt());
     });
+    if (alert.subject != nullptr) {
+        placeBeside(*box, *alert.subject, window);
+    }
     box->show();
     box->raise();
     box->activateWindow();
@@ -48,20 +79,48 @@ QString eitherCasePattern(const QString& fileType) {
     return pattern;
 }
 
-void beginOpenPanel(QWidget& window, const QString& fileType, AppServices::OpenPanelCompletion completion) {
-    auto* const panel = new QFileDialog(&window, QObject::tr("Choose a .%1 file").arg(fileType));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setFileMode(QFileDialog::ExistingFile);
-    panel->setNameFilter(QObject::tr("%1 files (%2)").arg(fileType.toUpper(), eitherCasePattern(fileType)));
-    panel->setOption(QFileDialog::HideNameFilterDetails);
-    const auto answer = [panel, fileType, done = std::move(completion)](int result) {
-        const QList<QUrl> urls = panel->selectedUrls();
+/// The one chooser: a second one would scale all its icons anew, and take longer to open.
+QFileDialog& keptChooser(QWidget& window) {
+    if (auto* const kept = window.findChild<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+        return *kept;
+    }
+    auto* const chooser = new QFileDialog(&window);
+    chooser->setFileMode(QFileDialog::ExistingFile);
+    chooser->setOption(QFileDialog::HideNameFilterDetails);
+    return *chooser;
+}
+
+void beginOpenPanel(QWidget& window, const OpenPanel& panel, AppServices::OpenPanelCompletion completion) {
+    QFileDialog& chooser = keptChooser(window);
+    const QString filter =
+        QObject::tr("%1 files (%2)").arg(panel.fileType.toUpper(), eitherCasePattern(panel.fileType));
+    if (chooser.isVisible() && chooser.nameFilters().contains(filter)) {
+        chooser.raise();
+        chooser.activateWindow();
+        return;
+    }
+    if (chooser.isVisible()) {
+        chooser.reject();
+    }
+    chooser.setNameFilter(filter);
+    chooser.setWindowTitle(panel.title());
+    // What was chosen last may be of the other type, and would be taken for a choice.
+    if (auto* const name = chooser.findChild<QLineEdit*>()) {
+        name->clear();
+    }
+    auto* const use = new QObject(&chooser);
+    const auto answer = [&chooser, use, fileType = panel.fileType, done = std::move(completion)](int result) {
+        use->deleteLater();
+        const QList<QUrl> urls = chooser.selectedUrls();
         // A typed name may have any extension; only the wanted one is a choice.
         const bool chosen = result == QDialog::Accepted && urls.size() == 1 && hasFileType(urls.first(), fileType);
         done(chosen ? kModalResponseOK : kModalResponseCancel, chosen ? urls.first() : QUrl());
     };
-    QObject::connect(panel, &QFileDialog::finished, panel, answer);
-    panel->show();
+    QObject::connect(&chooser, &QFileDialog::finished, use, answer, Qt::SingleShotConnection);
+    QObject::connect(panel.table->selectionModel(), &QItemSelectionModel::selectionChanged, use,
+                     [&chooser, title = panel.title] { chooser.setWindowTitle(title()); });
+    placeBeside(chooser, window, window);
+    chooser.show();
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QUrl>
 #include <functional>
 
+class QAbstractItemView;
 class QWidget;
 
 namespace kelvo {
@@ -15,6 +16,15 @@ struct Alert {
     QString messageText;
     QStringList buttons;
     AlertStyle style = AlertStyle::Warning;
+    QString informativeText = {};      ///< a line below the message; empty for none
+    const QWidget* subject = nullptr;  ///< what the alert is about: it does not cover that where there is room
+};
+
+/// A request for one file.
+struct OpenPanel {
+    QString fileType;                ///< its extension, in either case of letters
+    const QAbstractItemView* table;  ///< the file is for what is selected here
+    std::function<QString()> title;  ///< tells the present selection
 };
 
 /// Answer for the first button of an alert; each later button counts one more.
@@ -40,9 +50,10 @@ struct AppServices {
     /// Shows the alert above every other window of the application, even a modal one, and returns.
     std::function<void(QWidget& window, const Alert& alert, AlertCompletion completion)> beginSheetModal;
 
-    /// Shows a chooser for one file with the extension, in either case of letters, and returns. `url` is only
-    /// meaningful with kModalResponseOK.
-    std::function<void(QWidget& window, const QString& fileType, OpenPanelCompletion completion)> beginOpenPanel;
+    /// Shows a chooser and returns; the rest of the application stays usable. There is one: where it is open for that
+    /// file type it is raised and its first completion holds, where it is open for another it is cancelled. `url` is
+    /// only meaningful with kModalResponseOK.
+    std::function<void(QWidget& window, const OpenPanel& panel, OpenPanelCompletion completion)> beginOpenPanel;
 };
 
 /// The real ones.

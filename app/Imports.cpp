@@ -24,15 +24,21 @@ NameBuffer terminatedName(const CharName& name) {
 }  // namespace
 
 void KelvoAppDelegate::importIrButtonClick() {
-    chooseFile(kIRFileType, &KelvoAppDelegate::importIR);
+    chooseFile(*ImportIRTableV_, kIRFileType, QStringLiteral("CAB %1"), kFirstCabNumber, &KelvoAppDelegate::importIR);
 }
 
 void KelvoAppDelegate::importAMPButtonClick() {
-    chooseFile(kAmpFileType, &KelvoAppDelegate::importAMP);
+    chooseFile(*ImportCabTableV_, kAmpFileType, QStringLiteral("AMP %1"), kFirstAmpNumber,
+               &KelvoAppDelegate::importAMP);
 }
 
-void KelvoAppDelegate::chooseFile(const QString& fileType, void (KelvoAppDelegate::*import)(const QUrl& url)) {
-    services_.beginOpenPanel(*window_, fileType, [this, import](int response, const QUrl& url) {
+void KelvoAppDelegate::chooseFile(const SlotTableView& table, const QString& fileType, const QString& slot,
+                                  int firstNumber, void (KelvoAppDelegate::*import)(const QUrl& url)) {
+    const auto title = [&table, fileType, slot, firstNumber] {
+        return QObject::tr("Choose a .%1 file for %2").arg(fileType, slot.arg(table.selectedRow() + firstNumber));
+    };
+    const OpenPanel panel{.fileType = fileType, .table = &table, .title = title};
+    services_.beginOpenPanel(*window_, panel, [this, import](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
             (this->*import)(url);
         }

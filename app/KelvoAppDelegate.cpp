@@ -5,10 +5,10 @@
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QScreen>
-#include <QStyle>
 #include <initializer_list>
 #include <utility>
 
+#include "AMPFile.h"
 #include "CRC.h"
 #include "ChosenFile.h"
 #include "CommandCodes.h"
@@ -17,9 +17,11 @@
 #include "MainQueue.h"
 #include "NSLog.h"
 #include "RVHidClass.h"
+#include "RVIRFile.h"
 #include "SBProgressBar.h"
 #include "ServeEvents.h"
 #include "SlotTableView.h"
+#include "SymbolIcon.h"
 #include "ui_MainWindow.h"
 
 namespace kelvo {
@@ -28,6 +30,16 @@ namespace {
 void center(QWidget& window) {
     const QRect available = window.screen()->availableGeometry();
     window.move(available.center() - QRect(QPoint(), window.size()).center());
+}
+
+// Whether an import would take the file.
+bool isIRFile(const QUrl& url) {
+    RVIRFile file;
+    PointBuffer points{};
+    return file.OpenFilePath(irPath(url)) && file.GetIRDataBuffer(points);
+}
+bool isAmpFile(const QUrl& url) {
+    return AMPFile().readModel(ampPath(url));
 }
 
 }  // namespace
@@ -59,24 +71,23 @@ KelvoAppDelegate::~KelvoAppDelegate() {
 }
 
 void KelvoAppDelegate::connectActions() {
-    const auto connectAction = [this](QPushButton& button, const QString& icon, QStyle::StandardPixmap standIn,
-                                      SlotTableView& table, std::initializer_list<Qt::Key> keys,
-                                      void (KelvoAppDelegate::*act)()) {
-        button.setIcon(QIcon::fromTheme(icon, button.style()->standardIcon(standIn)));
+    const auto connectAction = [this](QPushButton& button, const QString& icon, Symbol standIn, SlotTableView& table,
+                                      std::initializer_list<Qt::Key> keys, void (KelvoAppDelegate::*act)()) {
+        button.setIcon(QIcon::fromTheme(icon, symbolIcon(standIn)));
         QObject::connect(&button, &QPushButton::clicked, window_, [this, act] { (this->*act)(); });
         for (const Qt::Key key : keys) {
             table.setKeyAction(key, [this, act] { (this->*act)(); });
         }
     };
     const QString import = QStringLiteral("document-import");
-    connectAction(*addIR_, import, QStyle::SP_DialogOpenButton, *ImportIRTableV_, {Qt::Key_Return, Qt::Key_Enter},
+    connectAction(*addIR_, import, Symbol::Import, *ImportIRTableV_, {Qt::Key_Return, Qt::Key_Enter},
                   &KelvoAppDelegate::importIrButtonClick);
-    connectAction(*addAMP_, import, QStyle::SP_DialogOpenButton, *ImportCabTableV_, {Qt::Key_Return, Qt::Key_Enter},
+    connectAction(*addAMP_, import, Symbol::Import, *ImportCabTableV_, {Qt::Key_Return, Qt::Key_Enter},
                   &KelvoAppDelegate::importAMPButtonClick);
-    connectAction(*deleteIR_, QStringLiteral("edit-delete"), QStyle::SP_TrashIcon, *ImportIRTableV_, {Qt::Key_Delete},
+    connectAction(*deleteIR_, QStringLiteral("edit-delete"), Symbol::Delete, *ImportIRTableV_, {Qt::Key_Delete},
                   &KelvoAppDelegate::deleteCAB);
-    ImportIRTableV_->setDropAction(kIRFileType, [this](const QUrl& url) { importIR(url); });
-    ImportCabTableV_->setDropAction(kAmpFileType, [this](const QUrl& url) { importAMP(url); });
+    ImportIRTableV_->setDropAction(kIRFileType, isIRFile, [this](const QUrl& url) { importIR(url); });
+    ImportCabTableV_->setDropAction(kAmpFileType, isAmpFile, [this](const QUrl& url) { importAMP(url); });
 }
 
 std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table, const TransferKind& kind) {

@@ -110,7 +110,8 @@ private:
     void receiveIRAcknowledgement(FrameView frame);
     void receiveAMPAcknowledgement(FrameView frame);
 
-    void chooseFile(const QString& fileType, void (KelvoAppDelegate::*import)(const QUrl& url));
+    void chooseFile(const SlotTableView& table, const QString& fileType, const QString& slot, int firstNumber,
+                    void (KelvoAppDelegate::*import)(const QUrl& url));
     void importIR(const QUrl& url);
     void importAMP(const QUrl& url);
     void selectTransferRow(const SlotTableView& table);

@@ -17,7 +17,8 @@ struct SlotLabel {
 /// any.
 [[nodiscard]] QString printable(const QString& text);
 
-/// A label as a screen reader should say it: number and name, or number and "empty"; nothing for no label.
+/// A label as a sentence or a screen reader should say it: number and name, or number and "empty"; nothing for no
+/// label.
 [[nodiscard]] QString spokenLabel(const QString& label);
 
 }  // namespace kelvo

@@ -25,6 +25,12 @@ constexpr int kUsualWidth = 36;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
+/// The URL that the chooser would give for a file of this machine: its path and nothing else. Empty for any other.
+QUrl asChosen(const QUrl& url) {
+    const bool isHere = url.isLocalFile() && (url.host().isEmpty() || url.host() == QLatin1String("localhost"));
+    return isHere ? QUrl::fromLocalFile(url.path(QUrl::FullyDecoded)) : QUrl();
+}
+
 /// The course of a change that comes at once, when the time is over.
 QEasingCurve atItsEnd() {
     QEasingCurve curve;
@@ -78,8 +84,10 @@ void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& actio
     connect(shortcut, &QShortcut::activated, this, action);
 }
 
-void SlotTableView::setDropAction(const QString& fileType, std::function<void(const QUrl&)> action) {
+void SlotTableView::setDropAction(const QString& fileType, std::function<bool(const QUrl&)> isGood,
+                                  std::function<void(const QUrl&)> action) {
     dropFileType_ = fileType;
+    isGoodDrop_ = std::move(isGood);
     dropAction_ = std::move(action);
     setAcceptDrops(true);
 }
@@ -142,18 +150,23 @@ QItemSelectionModel::SelectionFlags SlotTableView::selectionCommand(const QModel
                            : QItemSelectionModel::NoUpdate;
 }
 
-bool SlotTableView::isWelcome(const QDropEvent& event) const {
+QUrl SlotTableView::welcomeFile(const QDropEvent& event) const {
     const QList<QUrl> urls = event.mimeData()->urls();
-    return dropAction_ && urls.size() == 1 && hasFileType(urls.first(), dropFileType_) &&
-           QApplication::activeModalWidget() == nullptr;
+    const QUrl file = urls.size() == 1 ? asChosen(urls.first()) : QUrl();
+    return hasFileType(file, dropFileType_) && isGoodDrop_(file) ? file : QUrl();
+}
+
+bool SlotTableView::isWelcome() const {
+    return !dropFile_.isEmpty() && QApplication::activeModalWidget() == nullptr;
 }
 
 void SlotTableView::dragEnterEvent(QDragEnterEvent* event) {
-    event->setAccepted(isWelcome(*event));
+    dropFile_ = welcomeFile(*event);
+    event->setAccepted(isWelcome());
 }
 
 void SlotTableView::dragMoveEvent(QDragMoveEvent* event) {
-    markDropRow(isWelcome(*event) ? rowAt(event->position().toPoint().y()) : -1);
+    markDropRow(isWelcome() ? rowAt(event->position().toPoint().y()) : -1);
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(dropRow_ >= 0);
 }
@@ -163,7 +176,7 @@ void SlotTableView::dragLeaveEvent(QDragLeaveEvent*) {
 }
 
 void SlotTableView::dropEvent(QDropEvent* event) {
-    const int row = isWelcome(*event) ? rowAt(event->position().toPoint().y()) : -1;
+    const int row = isWelcome() ? rowAt(event->position().toPoint().y()) : -1;
     markDropRow(-1);
     if (row < 0) {
         event->ignore();
@@ -174,7 +187,7 @@ void SlotTableView::dropEvent(QDropEvent* event) {
     // Queued, so that the program that the file comes from does not wait until it has been read.
     QMetaObject::invokeMethod(
         this,
-        [this, row, url = event->mimeData()->urls().first()] {
+        [this, row, url = dropFile_] {
             selectRow(row);
             dropAction_(url);
         },

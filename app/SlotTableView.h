@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QTableView>
+#include <QUrl>
 #include <QVariantAnimation>
 #include <functional>
-
-class QUrl;
 
 namespace kelvo {
 
@@ -25,9 +24,11 @@ public:
     /// Runs when the user presses `key` here.
     void setKeyAction(Qt::Key key, const std::function<void()>& action);
 
-    /// Runs after a local file of this type has been dropped on a row and the row has been selected; anything else is
-    /// no drop, and nothing is while a modal window is open.
-    void setDropAction(const QString& fileType, std::function<void(const QUrl&)> action);
+    /// Runs after a local file of this type that `isGood` takes has been dropped on a row and the row has been
+    /// selected; anything else is no drop, and nothing is while a modal window is open. `isGood` is asked when a drag
+    /// comes over the table, not for its moves there.
+    void setDropAction(const QString& fileType, std::function<bool(const QUrl&)> isGood,
+                       std::function<void(const QUrl&)> action);
 
     /// What is being waited for, drawn subdued in the middle of the rows while there are no labels; empty for nothing.
     void setNotice(const QString& notice);
@@ -51,7 +52,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    bool isWelcome(const QDropEvent& event) const;
+    QUrl welcomeFile(const QDropEvent& event) const;
+    bool isWelcome() const;
     void markDropRow(int row);
     void fadeLine(int row);
     void fitRowsToFont();
@@ -59,7 +61,9 @@ private:
     SlotDelegate* delegate_;
     QVariantAnimation fading_;
     QString dropFileType_;
+    std::function<bool(const QUrl&)> isGoodDrop_;
     std::function<void(const QUrl&)> dropAction_;
+    QUrl dropFile_;  // that is being dragged here and is welcome
     QString notice_;
     int dropRow_ = -1;  // under a file that is being dragged
 };

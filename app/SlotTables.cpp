@@ -4,6 +4,7 @@
 #include "CommandCodes.h"
 #include "KelvoAppDelegate.h"
 #include "NSLog.h"
+#include "SlotLabel.h"
 #include "SlotTableView.h"
 
 namespace kelvo {
@@ -29,7 +30,9 @@ QString KelvoAppDelegate::tableView_objectValueForTableColumn_row(int tag, int, 
 void KelvoAppDelegate::deleteCAB() {
     const Alert alert{.messageText = QStringLiteral("Do you confirm deletion?"),
                       .buttons = {QStringLiteral("delete"), QStringLiteral("cancel")},
-                      .style = AlertStyle::Warning};
+                      .style = AlertStyle::Warning,
+                      .informativeText = spokenLabel(IRNameArr().value(ImportIRTableV_->selectedRow())),
+                      .subject = ImportIRTableV_};
     services_.beginSheetModal(*window_, alert, [this](int response) {
         if (response == kAlertFirstButtonReturn) {
             sendDeletion();

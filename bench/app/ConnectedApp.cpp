@@ -32,7 +32,7 @@ AppServices ConnectedApp::services() {
                 std::_Exit(EXIT_FAILURE);
             },
         .beginOpenPanel =
-            [this](QWidget&, const QString&, const AppServices::OpenPanelCompletion& completion) {
+            [this](QWidget&, const OpenPanel&, const AppServices::OpenPanelCompletion& completion) {
                 completion(kModalResponseOK, choice_);
             },
     };

@@ -24,8 +24,9 @@ AppServices ScriptedServices::functions() {
                 alerts.push_back({alert, std::move(answer)});
             },
         .beginOpenPanel =
-            [this](QWidget&, const QString& fileType, const AppServices::OpenPanelCompletion& completion) {
-                openPanels.push_back(fileType);
+            [this](QWidget&, const OpenPanel& panel, const AppServices::OpenPanelCompletion& completion) {
+                openPanels.push_back(panel.fileType);
+                openPanelTitles.push_back(panel.title());
                 completion(choice.isEmpty() ? kModalResponseCancel : kModalResponseOK, choice);
             },
     };

@@ -37,6 +37,7 @@ public:
     std::vector<int> exits;
     std::vector<ShownAlert> alerts;
     std::vector<QString> openPanels;
+    std::vector<QString> openPanelTitles;
 };
 
 /// Serves events until the condition holds; false when it did not within the time.

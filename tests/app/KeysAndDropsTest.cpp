@@ -7,6 +7,7 @@
 #include <QTest>
 #include <array>
 
+#include "AMPFile.h"
 #include "AppHarness.h"
 #include "Driver.h"
 #include "SampleFiles.h"
@@ -75,6 +76,20 @@ TEST_F(KeysAndDrops, returnAndEnterOpenTheImportOfTheFocusedTable) {
     EXPECT_EQ(app_.services.openPanels, (std::vector<QString>{"wav", "wav", "amp"}));
 }
 
+TEST_F(KeysAndDrops, theChooserSaysWhichSlotItIsForAndTheQuestionWhatIsInIt) {
+    clickRow(cab_, 7);
+    QTest::keyClick(&cab_, Qt::Key_Return);
+    clickRow(amp_, 2);
+    QTest::keyClick(&amp_, Qt::Key_Return);
+    EXPECT_THAT(app_.services.openPanelTitles,
+                ElementsAre("Choose a .wav file for CAB 34", "Choose a .amp file for AMP 58"));
+    clickRow(cab_, 2);
+    QTest::keyClick(&cab_, Qt::Key_Delete);
+    EXPECT_EQ(app_.services.alerts[0].alert.messageText, "Do you confirm deletion?");
+    EXPECT_EQ(app_.services.alerts[0].alert.informativeText, "29. VINTAGE412");
+    EXPECT_EQ(app_.services.alerts[0].alert.subject, &cab_);
+}
+
 TEST_F(KeysAndDrops, deleteAsksToClearTheSelectedCabAndNothingElse) {
     clickRow(cab_, 6);
     QTest::keyClick(&cab_, Qt::Key_Delete);
@@ -135,15 +150,65 @@ TEST_F(KeysAndDrops, aModelDroppedOnAnAmpRowIsImportedThere) {
     EXPECT_EQ(app_.pedal.memory().amp[9].words[1], 2U);
 }
 
-TEST_F(KeysAndDrops, aRefusedFileChangesNothingAfterItsDrop) {
-    EXPECT_TRUE(drop(cab_, 2, file("noise.wav", {1, 2, 3})));
+TEST_F(KeysAndDrops, aFileThatItsReaderRefusesIsNotWelcome) {
+    EXPECT_FALSE(drop(cab_, 2, file("noise.wav", {1, 2, 3})));
+    EXPECT_FALSE(drop(cab_, 2, file("rate.wav", WaveFile{.sampleRate = 22050, .data = {0, 1, 0, 2}}.bytes())));
+    EXPECT_FALSE(drop(amp_, 2, file("noise.amp", FileBytes(100, 'x'))));
     // As by its button: an escape in a model's path names no file.
-    EXPECT_TRUE(drop(amp_, 2, file("My Amp.amp", smallAmp())));
+    EXPECT_FALSE(drop(amp_, 2, file("My Amp.amp", smallAmp())));
     EXPECT_TRUE(drop(cab_, 3, file("good.wav", smallWave())));
     ASSERT_TRUE(app_.waitForChanges(1));
     EXPECT_EQ(app_.manager.activity().changes.size(), 1U);
     EXPECT_EQ(app_.cabLabel(2), "29.VINTAGE412");
     EXPECT_EQ(app_.ampLabel(2), "58.LEAD      ");
+}
+
+TEST_F(KeysAndDrops, aFileThatOnlyHangsOverATableChangesNoTransfer) {
+    app_.importIR(4, files_.write("a.wav", smallWave()));
+    ASSERT_TRUE(app_.waitForChanges(1));
+    app_.importAMP(5, files_.write("a.amp", smallAmp()));
+    ASSERT_TRUE(app_.waitForChanges(2));
+    const auto hang = [](SlotTableView& table, const QList<QUrl>& urls) {
+        QMimeData files;
+        files.setUrls(urls);
+        QDragEnterEvent enter({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(table.viewport(), &enter);
+        return enter.isAccepted();
+    };
+    EXPECT_TRUE(hang(cab_, file("b.wav", WaveFile{.data = {7, 7, 7, 7}}.bytes())));
+    EXPECT_TRUE(hang(amp_, file("b.amp", ampFile(std::array<std::uint32_t, 2>{8, 9}))));
+    EXPECT_EQ(app_.controller.transferState().selectRow, 5);
+    EXPECT_EQ(app_.controller.transferState().irdatabuff[0], 0x010000U);
+    EXPECT_EQ(AmpPiontBuff[1], 2U);
+}
+
+TEST_F(KeysAndDrops, theReaderIsAskedOncePerDragAndNotForItsMoves) {
+    int asked = 0;
+    cab_.setDropAction(
+        "wav", [&asked](const QUrl&) { return ++asked > 0; }, [](const QUrl&) {});
+    QMimeData files;
+    files.setUrls(file("a.wav", smallWave()));
+    QDragEnterEvent enter({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(cab_.viewport(), &enter);
+    for (int y = 20; y < 100; y += 20) {
+        QDragMoveEvent move({20, y}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(cab_.viewport(), &move);
+        EXPECT_TRUE(move.isAccepted());
+    }
+    QDropEvent event({20, 20}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(cab_.viewport(), &event);
+    EXPECT_EQ(asked, 1);
+}
+
+TEST_F(KeysAndDrops, aUrlWithThisHostAQueryOrAFragmentIsOpenedByItsPath) {
+    const QString path = file("My Cab.wav", smallWave()).first().path();
+    std::size_t changes = 0;
+    for (const char* const form : {"file://localhost%1", "file://%1?version=2", "file://%1#middle"}) {
+        EXPECT_TRUE(drop(cab_, 7, {QUrl(QString(form).arg(path))})) << form;
+        EXPECT_TRUE(app_.waitForChanges(++changes)) << form;
+    }
+    EXPECT_EQ(app_.cabLabel(7), "34.MY CAB");
+    EXPECT_FALSE(drop(cab_, 7, {QUrl(QString("file://elsewhere%1").arg(path))}));
 }
 
 TEST_F(KeysAndDrops, onlyOneLocalFileOfTheTablesTypeIsWelcome) {

@@ -1,0 +1,197 @@
+// The real chooser and the real alert, as the desktop gets them.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScreen>
+#include <QStringListModel>
+#include <QTableView>
+#include <QTest>
+
+#include "AppHarness.h"
+#include "AppServices.h"
+#include "Driver.h"
+#include "SampleFiles.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Desktop : public testing::Test {
+protected:
+    void SetUp() override {
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        table_.setModel(&rows_);
+        table_.setSelectionBehavior(QAbstractItemView::SelectRows);
+        table_.setSelectionMode(QAbstractItemView::SingleSelection);
+        table_.setGeometry(10, 20, 200, 180);
+        window_.setGeometry(100, 100, 400, 300);
+        window_.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window_));
+    }
+
+    const AppServices services_ = desktopServices();
+    QWidget window_;
+    QStringListModel rows_{{"a", "b", "c"}};
+    QTableView table_{&window_};
+};
+
+class RealAlert : public Desktop {
+protected:
+    QMessageBox& show(const Alert& alert) {
+        services_.beginSheetModal(window_, alert, [this](int response) { answers_.push_back(response); });
+        return *visibleMessageBox();
+    }
+    static Alert question() { return {.messageText = "Sure?", .buttons = {"delete", "cancel"}}; }
+
+    std::vector<int> answers_;
+};
+
+TEST_F(RealAlert, hasTheIconOfItsStyleAndIsModalToTheWholeApplication) {
+    EXPECT_EQ(show(question()).icon(), QMessageBox::Warning);
+    EXPECT_EQ(visibleMessageBox()->windowModality(), Qt::ApplicationModal);
+    delete visibleMessageBox();
+    EXPECT_EQ(show({.messageText = "Gone", .buttons = {"exit"}, .style = AlertStyle::Critical}).icon(),
+              QMessageBox::Critical);
+}
+
+TEST_F(RealAlert, countsItsButtonsFromThousand) {
+    click(*buttonOf(show(question()), "delete"));
+    click(*buttonOf(show(question()), "cancel"));
+    EXPECT_THAT(answers_, ElementsAre(1000, 1001));
+}
+
+TEST_F(RealAlert, takesReturnAndEscapeForTheButtonThatChangesNothing) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+        QMessageBox& box = show(question());
+        box.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
+        QTest::keyClick(&box, key);
+        ASSERT_EQ(visibleMessageBox(), nullptr);
+    }
+    show(question()).close();
+    EXPECT_THAT(answers_, ElementsAre(1001, 1001, 1001, 1001));
+}
+
+TEST_F(RealAlert, showsItsSecondLineAsItIs) {
+    Alert alert = question();
+    alert.informativeText = "27. <b>A</b> &amp;";
+    const auto* const line = show(alert).findChild<QLabel*>("qt_msgbox_informativelabel");
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(line->text(), "27. <b>A</b> &amp;");
+    EXPECT_EQ(line->textFormat(), Qt::PlainText);
+}
+
+TEST_F(RealAlert, leavesWhatItIsAboutInSight) {
+    Alert alert = question();
+    alert.subject = &table_;
+    const QRect box = show(alert).frameGeometry();
+    const QRect table(table_.mapToGlobal(QPoint()), table_.size());
+    EXPECT_FALSE(box.intersects(table));
+    EXPECT_TRUE(window_.screen()->availableGeometry().contains(box));
+    EXPECT_EQ(box.left(), table.right() + 9);
+    EXPECT_EQ(box.top(), table.top());
+}
+
+TEST_F(RealAlert, goesToTheOtherSideWhereThereIsNoRoom) {
+    window_.move(window_.screen()->availableGeometry().right() - 400, 100);
+    table_.move(190, 20);
+    Alert alert = question();
+    alert.subject = &table_;
+    const QRect box = show(alert).frameGeometry();
+    EXPECT_FALSE(box.intersects(QRect(table_.mapToGlobal(QPoint()), table_.size())));
+    EXPECT_LT(box.right(), table_.mapToGlobal(QPoint()).x());
+}
+
+class RealChooser : public Desktop {
+protected:
+    QFileDialog& show(const QString& fileType) {
+        const OpenPanel panel{
+            .fileType = fileType, .table = &table_, .title = [this] {
+                return QStringLiteral("for row %1").arg(table_.selectionModel()->selectedRows().value(0).row());
+            }};
+        services_.beginOpenPanel(window_, panel, [this, fileType](int response, const QUrl& url) {
+            answers_.push_back(fileType + QStringLiteral(" %1 ").arg(response) + url.fileName());
+        });
+        return *visibleFileDialog();
+    }
+    int choosers() const { return static_cast<int>(window_.findChildren<QFileDialog*>().size()); }
+
+    SampleDir files_;
+    std::vector<QString> answers_;
+};
+
+TEST_F(RealChooser, offersOneFileOfTheTypeInEitherCaseAndBlocksNothing) {
+    const QFileDialog& chooser = show("wav");
+    EXPECT_EQ(chooser.fileMode(), QFileDialog::ExistingFile);
+    EXPECT_EQ(chooser.acceptMode(), QFileDialog::AcceptOpen);
+    EXPECT_EQ(chooser.nameFilters(), QStringList{"WAV files (*.[wW][aA][vV])"});
+    EXPECT_EQ(chooser.windowModality(), Qt::NonModal);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(RealChooser, givesTheChosenFile) {
+    enterPath(show("wav"), files_.write("a.WAV", FileBytes{1}));
+    EXPECT_THAT(answers_, ElementsAre("wav 1 a.WAV"));
+}
+
+TEST_F(RealChooser, takesAnotherExtensionForACancel) {
+    enterPath(show("wav"), files_.write("a.amp", FileBytes{1}));
+    show("wav").reject();
+    EXPECT_THAT(answers_, ElementsAre("wav 0 ", "wav 0 "));
+}
+
+TEST_F(RealChooser, isOneThatIsRaisedByASecondPress) {
+    const QFileDialog& first = show("wav");
+    EXPECT_EQ(&show("wav"), &first);
+    EXPECT_EQ(choosers(), 1);
+    EXPECT_THAT(answers_, IsEmpty());
+    enterPath(show("wav"), files_.write("a.wav", FileBytes{1}));
+    EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav"));
+}
+
+TEST_F(RealChooser, isCancelledByAPressForTheOtherType) {
+    show("wav");
+    EXPECT_EQ(show("amp").nameFilters(), QStringList{"AMP files (*.[aA][mM][pP])"});
+    EXPECT_THAT(answers_, ElementsAre("wav 0 "));
+    enterPath(*visibleFileDialog(), files_.write("b.amp", FileBytes{1}));
+    EXPECT_THAT(answers_, ElementsAre("wav 0 ", "amp 1 b.amp"));
+}
+
+TEST_F(RealChooser, isKeptForTheNextTimeWithoutItsLastChoice) {
+    const QFileDialog& first = show("wav");
+    enterPath(*visibleFileDialog(), files_.write("a.wav", FileBytes{1}));
+    ASSERT_EQ(visibleFileDialog(), nullptr);
+    EXPECT_EQ(&show("wav"), &first);
+    EXPECT_EQ(first.findChild<QLineEdit*>("fileNameEdit")->text(), "");
+    QTest::keyClick(first.findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
+    EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav"));
+    EXPECT_TRUE(first.isVisible());
+}
+
+TEST_F(RealChooser, isCalledByWhatIsSelectedNow) {
+    table_.selectRow(1);
+    const QFileDialog& chooser = show("wav");
+    EXPECT_EQ(chooser.windowTitle(), "for row 1");
+    table_.selectRow(2);
+    EXPECT_EQ(chooser.windowTitle(), "for row 2");
+}
+
+TEST_F(RealChooser, standsBesideTheWindowOnTheScreen) {
+    window_.move(0, 0);
+    const QRect chooser = show("wav").frameGeometry();
+    const QRect screen = window_.screen()->availableGeometry();
+    EXPECT_TRUE(screen.contains(chooser)) << chooser.x() << ' ' << chooser.width();
+    EXPECT_EQ(chooser.top(), window_.geometry().top());
+    EXPECT_EQ(chooser.left(), std::min(window_.geometry().right() + 9, screen.right() + 1 - chooser.width()));
+}
+
+}  // namespace
+}  // namespace kelvo::test

@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPalette>
+
+#include "SymbolIcon.h"
+
+namespace kelvo {
+namespace {
+
+class SymbolIcon : public testing::Test {
+protected:
+    SymbolIcon() {
+        QPalette palette(Qt::gray);
+        palette.setColor(QPalette::Active, QPalette::ButtonText, QColor(10, 20, 30));
+        palette.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(90, 100, 110));
+        QApplication::setPalette(palette);
+    }
+
+    static QImage image(Symbol symbol, int size, QIcon::Mode mode = QIcon::Normal) {
+        return symbolIcon(symbol).pixmap(QSize(size, size), 1.0, mode).toImage();
+    }
+};
+
+TEST_F(SymbolIcon, hasTheColourOfButtonTextAndOfDisabledButtonText) {
+    EXPECT_EQ(image(Symbol::Import, 16).pixelColor(8, 2), QColor(10, 20, 30));
+    EXPECT_EQ(image(Symbol::Delete, 16).pixelColor(2, 4), QColor(10, 20, 30));
+    EXPECT_EQ(image(Symbol::Delete, 16, QIcon::Disabled).pixelColor(2, 4), QColor(90, 100, 110));
+}
+
+TEST_F(SymbolIcon, followsAChangeOfThePalette) {
+    const QIcon icon = symbolIcon(Symbol::Delete);
+    QApplication::setPalette(QPalette(Qt::white, Qt::black, Qt::white, Qt::black, Qt::gray, Qt::white, Qt::black));
+    EXPECT_EQ(icon.pixmap(QSize(16, 16), 1.0).toImage().pixelColor(2, 4), QColor(Qt::white));
+}
+
+TEST_F(SymbolIcon, hasItsPartsWhereTheyBelong) {
+    const QImage import = image(Symbol::Import, 16);
+    EXPECT_GT(import.pixelColor(8, 9).alpha(), 200);   // the arrow's tip
+    EXPECT_EQ(import.pixelColor(2, 13).alpha(), 255);  // the tray
+    EXPECT_EQ(import.pixelColor(5, 10).alpha(), 0);
+    const QImage bin = image(Symbol::Delete, 16);
+    EXPECT_EQ(bin.pixelColor(6, 1).alpha(), 255);  // the handle
+    EXPECT_EQ(bin.pixelColor(5, 8).alpha(), 0);    // between two bars
+    EXPECT_EQ(bin.pixelColor(7, 8).alpha(), 255);
+}
+
+TEST_F(SymbolIcon, isSharpAtEveryScale) {
+    for (const int size : {16, 20, 24, 28, 32}) {
+        const QImage bin = image(Symbol::Delete, size);
+        for (int y = 0; y < size; ++y) {
+            for (int x = 0; x < size; ++x) {
+                const int alpha = bin.pixelColor(x, y).alpha();
+                ASSERT_TRUE(alpha == 0 || alpha == 255) << size << ": " << x << ", " << y << " is " << alpha;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kelvo
