@@ -172,6 +172,14 @@ TEST(VirtualKr310, printsUnprintableNameBytesAsQuestionMarks) {
     EXPECT_EQ(pedal.memory().cab[3].name, "A\"\xC3\xA9\x01");
 }
 
+TEST(VirtualKr310, printsTheFirstAndTheLastPrintableCharacterAsTheyAre) {
+    VirtualKr310 pedal;
+    sendPhases(pedal, kCab, 3, {1, 2, 3});
+    const VirtualKr310::Reaction reaction =
+        send(pedal, {unhex("AA 55 0D 00 E1 03 04 20 7E 1F 7F 00 00 00 00 00 00 35 08")});
+    EXPECT_EQ(reaction.changes, Lines{"CAB 30 <- \" ~??\" 512 points, crc32 844cf1f6"});
+}
+
 TEST(VirtualKr310Delete, clearsTheSlotWithoutAnAnswer) {
     VirtualKr310 pedal;
     const VirtualKr310::Reaction reaction = send(pedal, {deletePacket(3)});

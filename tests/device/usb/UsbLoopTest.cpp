@@ -186,6 +186,19 @@ TEST_F(RunningLoop, servesTheHostAtTheOtherEndOfTheCable) {
     EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
 }
 
+TEST_F(RunningLoop, stallsHangsAndGoesOnAsItIsTold) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    EXPECT_THAT(asked("stall"), ElementsAre("stalling"));
+    sendToDevice(outRequest(kOne, Bytes(64)));
+    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kStallWord, kZeroWord));
+    EXPECT_THAT(asked("hang"), ElementsAre("hanging"));
+    sendToDevice(join({outRequest(kOne, Bytes(64)), unlinkRequest(kTwo, kOne)}));
+    EXPECT_EQ(fromDevice(48), unlinkAnswer(kTwo, kUnlinkedWord));
+    EXPECT_THAT(asked("go"), ElementsAre("going"));
+    sendToDevice(outRequest(kOne, Bytes(64)));
+    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
+}
+
 TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
     pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(60)});
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
