@@ -39,7 +39,9 @@ bool isIRFile(const QUrl& url) {
     return file.OpenFilePath(irPath(url)) && file.GetIRDataBuffer(points);
 }
 bool isAmpFile(const QUrl& url) {
-    return AMPFile().readModel(ampPath(url));
+    PointBuffer words{};
+    const auto file = readWholeFile(ampPath(url));
+    return file && scanAmp(*file, words).isSound();
 }
 
 }  // namespace

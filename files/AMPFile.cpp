@@ -40,7 +40,7 @@ bool AMPFile::OpenFile(const QString& path, std::unique_lock<std::mutex>* guard)
     }
     FileSize = static_cast<std::uint32_t>(file->size);
     const AmpLayout amp = scanAmp(*file, ampSwBuffer.AmpIntBuffer);
-    if (!amp.addsUp() || !amp.hasTrailer) {
+    if (!amp.isSound()) {
         return false;
     }
     storeName(ampName(path), CharFileName);

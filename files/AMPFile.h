@@ -27,6 +27,7 @@ struct AmpLayout {
     bool hasTrailer = false;
 
     [[nodiscard]] bool addsUp() const { return sum == checksum.value_or(0); }
+    [[nodiscard]] bool isSound() const { return addsUp() && hasTrailer; }
 };
 
 /// Looks through the bytes of a file and copies its words; those that it is too short for keep their values. Any
