@@ -108,6 +108,10 @@ void beginOpenPanel(QWidget& window, const OpenPanel& panel, AppServices::OpenPa
     if (auto* const name = chooser.findChild<QLineEdit*>()) {
         name->clear();
     }
+    // An empty name selects the folder itself.
+    for (auto* const list : chooser.findChildren<QAbstractItemView*>()) {
+        list->clearSelection();
+    }
     auto* const use = new QObject(&chooser);
     const auto answer = [&chooser, use, fileType = panel.fileType, done = std::move(completion)](int result) {
         use->deleteLater();

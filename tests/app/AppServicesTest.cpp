@@ -176,6 +176,15 @@ TEST_F(RealChooser, isKeptForTheNextTimeWithoutItsLastChoice) {
     EXPECT_TRUE(first.isVisible());
 }
 
+TEST_F(RealChooser, givesAFileEachTime) {
+    const QString path = files_.write("a.wav", FileBytes{1});
+    for (int time = 0; time < 3; ++time) {
+        enterPath(show("wav"), path);
+        ASSERT_EQ(visibleFileDialog(), nullptr);
+    }
+    EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav", "wav 1 a.wav", "wav 1 a.wav"));
+}
+
 TEST_F(RealChooser, isCalledByWhatIsSelectedNow) {
     table_.selectRow(1);
     const QFileDialog& chooser = show("wav");

@@ -1,0 +1,64 @@
+// Two hundred imports through the real chooser. Prints the memory now and then.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QPushButton>
+#include <cstdio>
+
+#include "AppServices.h"
+#include "Driver.h"
+#include "ReliabilityApp.h"
+
+namespace kelvo::test {
+namespace {
+
+constexpr std::size_t kImports = 200;
+/// The toolkit's caches have been filled by then.
+constexpr std::size_t kSettled = 20;
+constexpr std::size_t kSlackKiB = 1024;
+
+TEST(ChooserSoakTest, twoHundredImportsThroughTheRealChooser_takeLessThanAMegabyte) {
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const SampleDir files;
+    const QString wave = files.write("a.wav", waveOf(7));
+    VirtualKr310 pedal;
+    // It keeps every report that it gets, so each import sends its first packet only.
+    pedal.setFaults({.silentFromPhase = 1});
+    pedal.setStartup({.progressStep = 199, .progressPace = {}});
+    VirtualHidManager manager{pedal};
+    ScriptedServices scripted;
+    scripted.onSleep = [&manager](unsigned seconds) {
+        if (seconds == 2) {
+            static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
+        }
+    };
+    AppServices services = scripted.functions();
+    services.beginOpenPanel = desktopServices().beginOpenPanel;
+    KelvoAppDelegate controller{manager, services};
+    manager.plug();
+    controller.applicationDidFinishLaunching();
+
+    std::size_t settled = 0;
+    for (std::size_t import = 1; import <= kImports; ++import) {
+        click(controller.addIR());
+        ASSERT_TRUE(serveUntil([] { return visibleFileDialog() != nullptr; }));
+        // Its icons are in the caches when it has been painted.
+        visibleFileDialog()->grab();
+        enterPath(*visibleFileDialog(), wave);
+        ASSERT_EQ(visibleFileDialog(), nullptr);
+        if (import % kSettled == 0) {
+            std::printf("%zu imports: %zu KiB\n", import, holdings().memory);
+        }
+        if (import == kSettled) {
+            settled = holdings().memory;
+        }
+    }
+    EXPECT_LT(holdings().memory, settled + kSlackKiB);
+    // The question at the start, and nine for each packet.
+    EXPECT_EQ(manager.activity().outputReports.size(), 1 + 9 * kImports);
+}
+
+}  // namespace
+}  // namespace kelvo::test
