@@ -7,9 +7,9 @@
 namespace kelvo {
 namespace {
 
-using test::plainCrc;
 using test::Bytes;
 using test::framesIn;
+using test::plainCrc;
 
 /// Good frames, frames with one byte changed, cut frames and garbage rich in header bytes.
 class StreamMaker {
