@@ -59,7 +59,7 @@ private:
     void fitRowsToFont();
 
     SlotDelegate* delegate_;
-    QVariantAnimation fading_;
+    QVariantAnimation fading_{this};
     QString dropFileType_;
     std::function<bool(const QUrl&)> isGoodDrop_;
     std::function<void(const QUrl&)> dropAction_;

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <QAnimationDriver>
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QTest>
+#include <QVariantAnimation>
 
 #include "AppHarness.h"
 #include "Driver.h"
@@ -80,25 +80,6 @@ TEST_F(FilledTable, aLargerFontMakesRowsAndWindowLarger) {
     EXPECT_EQ(window_.maximumSize(), window_.size());
 }
 
-/// The animations' time, which the test lets go by.
-class HandClock : public QAnimationDriver {
-public:
-    HandClock() {
-        install();
-        start();
-    }
-    ~HandClock() override { uninstall(); }
-
-    void goBy(int milliseconds) {
-        now_ += milliseconds;
-        advance();
-    }
-    qint64 elapsed() const override { return now_; }
-
-private:
-    qint64 now_ = 0;
-};
-
 /// The desktop's wish for no animations.
 class StillStyle : public QProxyStyle {
 public:
@@ -114,7 +95,11 @@ protected:
         FilledTable::SetUp();
         before_ = foot(kRow);
         QObject::connect(cab_.model(), &QAbstractItemModel::dataChanged, &context_, [this](const QModelIndex& cell) {
-            isFull_ = isFull_ || cell.data(SlotTableModel::kTransferRole) == 1.0;
+            if (cell.data(SlotTableModel::kTransferRole) == 1.0) {
+                // From here on the test lets the time go by.
+                fading_->pause();
+                isFull_ = true;
+            }
         });
     }
     void import() {
@@ -130,7 +115,7 @@ protected:
     }
 
     static constexpr int kRow = 6;
-    HandClock clock_;
+    QVariantAnimation* const fading_ = cab_.findChild<QVariantAnimation*>();
     SampleDir files_;
     QObject context_;
     bool isFull_ = false;
@@ -141,10 +126,10 @@ TEST_F(FinishedTransfer, leavesAFullLineThatFadesWithinSixTenths) {
     import();
     const int full = foot(kRow);
     EXPECT_GT(full, before_ + 100);
-    clock_.goBy(400);
+    fading_->setCurrentTime(400);
     EXPECT_LT(foot(kRow), full - 40);
     EXPECT_GT(foot(kRow), before_ + 10);
-    clock_.goBy(200);
+    fading_->setCurrentTime(600);
     EXPECT_EQ(foot(kRow), before_);
     EXPECT_EQ(foot(kRow + 1), foot(kRow - 1));
 }
@@ -155,9 +140,9 @@ TEST_F(FinishedTransfer, standsAndIsGoneWhereTheDesktopWantsNoAnimations) {
     import();
     const int full = foot(kRow);
     EXPECT_GT(full, before_ + 100);
-    clock_.goBy(400);
+    fading_->setCurrentTime(400);
     EXPECT_EQ(foot(kRow), full);
-    clock_.goBy(200);
+    fading_->setCurrentTime(600);
     EXPECT_EQ(foot(kRow), before_);
     cab_.setStyle(nullptr);
 }
@@ -167,7 +152,7 @@ TEST_F(FinishedTransfer, leavesTheRowToTheNextOne) {
     isFull_ = false;
     import();
     EXPECT_GT(foot(kRow), before_ + 100);
-    clock_.goBy(600);
+    fading_->setCurrentTime(600);
     EXPECT_EQ(foot(kRow), before_);
 }
 
