@@ -57,7 +57,8 @@ RunningApp::RunningApp(const Faults& faults, const Kr310Startup& startup) {
                 static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
             }
             if (whileLoading) {
-                QTimer::singleShot(0, [this] { whileLoading(); });
+                // By a timer's event: a posted one would hold up those that were posted with it while it serves others.
+                QTimer::singleShot(1, [this] { whileLoading(); });
             }
         }
     };

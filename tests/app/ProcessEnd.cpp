@@ -35,10 +35,7 @@ struct Session {
                 std::move(act)};
     }
     StepDriver::Step ready(std::function<void()> act) const {
-        return {
-            "filled tables",
-            [this] { return controller.ImportCabTableV().model()->index(0, 0).data().toString().startsWith(u"56."); },
-            std::move(act)};
+        return {"filled tables", [this] { return controller.window().isEnabled(); }, std::move(act)};
     }
     StepDriver::Step unplugOver(QWidget* (*find)()) const {
         return {"open dialog", [find] { return find() != nullptr; }, [this] { manager.unplug(); }};

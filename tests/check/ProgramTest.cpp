@@ -120,7 +120,7 @@ TEST_F(Program, letsNoControlThroughToTheTerminal) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "\\x1b[31m\\x0a.amp: refused: it cannot be opened: No such file or directory\n");
     EXPECT_EQ(run({"--\x1B[31m"}).err,
-              "kelvo-check: Unknown option '\\x1b[31m'.\nusage: kelvo-check [--plot OUT.png] FILE...\n"
+              "kelvo-check: Unknown option '\\x1b[31m'.\nusage: kelvo-check [--json] [--plot OUT.png] FILE...\n"
               "Try 'kelvo-check --help'.\n");
 }
 
@@ -136,7 +136,7 @@ TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
         EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
         EXPECT_EQ(result.out, "");
         EXPECT_TRUE(result.err.starts_with("kelvo-check: ")) << result.err;
-        EXPECT_TRUE(result.err.ends_with(".\nusage: kelvo-check [--plot OUT.png] FILE...\nTry 'kelvo-check --help'.\n"))
+        EXPECT_TRUE(result.err.ends_with(".\nusage: kelvo-check [--json] [--plot OUT.png] FILE...\nTry 'kelvo-check --help'.\n"))
             << result.err;
     }
     EXPECT_FALSE(QFileInfo::exists(picture));
