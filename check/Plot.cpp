@@ -1,3 +1,5 @@
+#include "Plot.h"
+
 #include <QBuffer>
 #include <QFile>
 #include <QPainter>
@@ -5,7 +7,6 @@
 #include <cmath>
 #include <vector>
 
-#include "Plot.h"
 #include "Spectrum.h"
 
 namespace kelvo {

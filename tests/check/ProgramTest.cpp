@@ -136,7 +136,8 @@ TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
         EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
         EXPECT_EQ(result.out, "");
         EXPECT_TRUE(result.err.starts_with("kelvo-check: ")) << result.err;
-        EXPECT_TRUE(result.err.ends_with(".\nusage: kelvo-check [--json] [--plot OUT.png] FILE...\nTry 'kelvo-check --help'.\n"))
+        EXPECT_TRUE(result.err.ends_with(
+            ".\nusage: kelvo-check [--json] [--plot OUT.png] FILE...\nTry 'kelvo-check --help'.\n"))
             << result.err;
     }
     EXPECT_FALSE(QFileInfo::exists(picture));
