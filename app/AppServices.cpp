@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QCompleter>
 #include <QFileDialog>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -44,7 +45,9 @@ void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertComp
     if (!alert.informativeText.isEmpty()) {
         box->setInformativeText(alert.informativeText);
         // A slot's name may look like markup.
-        box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))->setTextFormat(Qt::PlainText);
+        for (QLabel* const label : box->findChildren<QLabel*>()) {
+            label->setTextFormat(Qt::PlainText);
+        }
     }
     box->setAttribute(Qt::WA_DeleteOnClose);
     // The newest application-modal window is the one that takes input, so an alert is never blocked by another.
@@ -87,6 +90,12 @@ QFileDialog& keptChooser(QWidget& window) {
     auto* const chooser = new QFileDialog(&window);
     chooser->setFileMode(QFileDialog::ExistingFile);
     chooser->setOption(QFileDialog::HideNameFilterDetails);
+    // The completions are in a window of their own, which a chooser that is only hidden would leave open.
+    QObject::connect(chooser, &QFileDialog::finished, chooser, [chooser] {
+        for (const QCompleter* const completer : chooser->findChildren<QCompleter*>()) {
+            completer->popup()->hide();
+        }
+    });
     return *chooser;
 }
 

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -183,6 +185,23 @@ TEST_F(RealChooser, givesAFileEachTime) {
         ASSERT_EQ(visibleFileDialog(), nullptr);
     }
     EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav", "wav 1 a.wav", "wav 1 a.wav"));
+}
+
+TEST_F(RealChooser, leavesNoCompletionsOpen) {
+    const QString path = files_.write("a.wav", FileBytes{1});
+    auto* const name = show("wav").findChild<QLineEdit*>("fileNameEdit");
+    visibleFileDialog()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(visibleFileDialog()));
+    name->setFocus();
+    const QWidget* const completions = name->completer()->popup();
+    // They come when the folder has been read, which has no event here.
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        name->clear();
+        QTest::keyClicks(name, path.chopped(1));
+        return completions->isVisible();
+    }));
+    visibleFileDialog()->reject();
+    EXPECT_FALSE(completions->isVisible());
 }
 
 TEST_F(RealChooser, isCalledByWhatIsSelectedNow) {
