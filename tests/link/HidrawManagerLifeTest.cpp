@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -198,6 +199,8 @@ TEST(HidrawManagerLife, aWaitThatKeepsFailing_isTheEndOfTheDeviceAndOfTheRunAndO
     FakeBus bus;
     bus.plug(0);
     RunningManager link(bus);
+    // UndefinedBehaviorSanitizer learns what the object is that knows the words with descriptors, which are gone then.
+    static_cast<void>(std::generic_category().message(0));
     std::optional<NoDescriptors> none;
     link.onEvent = [&](const std::string& event) {
         if (event.starts_with("report")) {
