@@ -4,7 +4,8 @@ namespace kelvo {
 
 QStringList SlotBank::labels() const {
     const std::lock_guard lock(mutex_);
-    return labels_;
+    // Not a shared list: whether it is shared still is asked by a count that puts nothing in order between threads.
+    return {labels_.begin(), labels_.end()};
 }
 
 void SlotBank::setLabels(const QStringList& labels) {
