@@ -86,6 +86,20 @@ TEST_F(NextFile, comesByCtrlDownAndTheOneBeforeByCtrlUpIntoTheSameRow) {
     EXPECT_EQ(app_.services.openPanels.size(), 1U);
 }
 
+TEST_F(NextFile, isSentAsItsSingleImportWouldBe) {
+    wave("b.wav", 7);
+    importFirst(0, wave("a.wav"));
+    press(Qt::Key_Down);
+    ASSERT_TRUE(holds(0, "B"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    app_.importIR(0, files_.path("b.wav"));
+    ASSERT_TRUE(app_.waitForChanges(3));
+    const auto reports = app_.manager.activity().outputReports;
+    ASSERT_EQ(reports.size(), 1 + 3 * 28U);
+    EXPECT_EQ(std::vector(reports.begin() + 29, reports.begin() + 57),
+              std::vector(reports.begin() + 57, reports.begin() + 85));
+}
+
 TEST_F(NextFile, comesByTheButtonsBesideTheImport) {
     wave("b.wav");
     importFirst(0, wave("a.wav"));
@@ -347,7 +361,7 @@ TEST_P(HeldKey, leavesTheLastFileInTheSlotAndCutsNoTransferOff) {
     EXPECT_TRUE(holds(2, "41"));
     ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
     EXPECT_EQ(pressed, 40);
-    // Each transfer that began has changed the memory once: 4 packets of 29 reports in all, behind one to connect.
+    // Each transfer that began has changed the memory once: 28 reports each, behind the one to connect.
     const auto activity = app_.manager.activity();
     EXPECT_EQ(activity.changes.size(), app_.controller.transferState().IRProgress.number);
     EXPECT_EQ(activity.outputReports.size(), 1 + 28 * activity.changes.size());
@@ -383,10 +397,12 @@ TEST_F(NextFile, ofAFolderOfAHundredThousandNamesStallsNothing) {
     sinceKey.start();
     press(Qt::Key_Down);
     ASSERT_TRUE(serveUntil([&] { return app_.controller.transferState().IRProgress.number == 2; }));
-    RecordProperty("keyToFirstPacketMilliseconds", static_cast<int>(sinceKey.elapsed()));
+    const std::chrono::nanoseconds toFirstPacket(sinceKey.nsecsElapsed());
+    RecordProperty("keyToFirstPacketMicroseconds", static_cast<int>(toFirstPacket.count() / 1000));
     RecordProperty("longestStallMicroseconds", static_cast<int>(longest.count() / 1000));
     EXPECT_TRUE(holds(0, "IR 2"));
-    EXPECT_LT(longest, std::chrono::milliseconds(50));
+    // A window that reads the folder itself would stall for all that time, on a machine of whatever speed.
+    EXPECT_LT(longest, toFirstPacket / 2);
 }
 
 }  // namespace
