@@ -88,24 +88,30 @@ void KelvoAppDelegate::receivePresetPara(FrameView frame) {
 
 void KelvoAppDelegate::receiveIRAcknowledgement(FrameView frame) {
     const std::lock_guard lock(transferMutex_);
-    if (goesOn(kIRTransfer, frame[kDataOffset], transfer_.IRTick, cabModel_)) {
+    if (goesOn(kIRTransfer, frame[kDataOffset], transfer_.IRTick, transfer_.IRProgress, cabModel_)) {
         sendIRData();
     }
 }
 
 void KelvoAppDelegate::receiveAMPAcknowledgement(FrameView frame) {
     const std::lock_guard lock(transferMutex_);
-    if (goesOn(kAMPTransfer, frame[kDataOffset], transfer_.AMPTick, ampModel_)) {
+    if (goesOn(kAMPTransfer, frame[kDataOffset], transfer_.AMPTick, transfer_.AMPProgress, ampModel_)) {
         sendAMPData();
     }
 }
 
 bool KelvoAppDelegate::goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick,
-                              const std::shared_ptr<SlotTableModel>& model) {
+                              TransferProgress& progress, const std::shared_ptr<SlotTableModel>& model) {
     if (phase < 1 || phase > kind.namePhase) {
         return false;
     }
     showTransfer(model, phase);
+    if (phase == progress.acknowledged + 1) {
+        progress.acknowledged = phase;
+        if (phase == kind.namePhase) {
+            tellEnd(progress.number, model);
+        }
+    }
     if (phase == kind.namePhase) {
         // Of either kind: it is the IR's phase that ends here, and the AMP's stays at its last packet.
         transfer_.IRTick = 0;

@@ -24,73 +24,89 @@ NameBuffer terminatedName(const CharName& name) {
 }  // namespace
 
 void KelvoAppDelegate::importIrButtonClick() {
-    chooseFile(*ImportIRTableV_, kIRFileType, QStringLiteral("CAB %1"), kFirstCabNumber, &KelvoAppDelegate::importIR);
+    chooseFile(*ImportIRTableV_, kIRFileType, QStringLiteral("CAB %1"), kFirstCabNumber, cabImports_);
 }
 
 void KelvoAppDelegate::importAMPButtonClick() {
-    chooseFile(*ImportCabTableV_, kAmpFileType, QStringLiteral("AMP %1"), kFirstAmpNumber,
-               &KelvoAppDelegate::importAMP);
+    chooseFile(*ImportCabTableV_, kAmpFileType, QStringLiteral("AMP %1"), kFirstAmpNumber, ampImports_);
 }
 
 void KelvoAppDelegate::chooseFile(const SlotTableView& table, const QString& fileType, const QString& slot,
-                                  int firstNumber, void (KelvoAppDelegate::*import)(const QUrl& url)) {
+                                  int firstNumber, ImportQueue::Table& imports) {
+    queue_.clear();
     const auto title = [&table, fileType, slot, firstNumber] {
         return QObject::tr("Choose a .%1 file for %2").arg(fileType, slot.arg(table.selectedRow() + firstNumber));
     };
     const OpenPanel panel{.fileType = fileType, .table = &table, .title = title};
-    services_.beginOpenPanel(*window_, panel, [this, import](int response, const QUrl& url) {
+    services_.beginOpenPanel(*window_, panel, [this, &table, &imports](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
-            (this->*import)(url);
+            queue_.importNow(imports, table.selectedRow(), url);
         }
     });
 }
 
-void KelvoAppDelegate::importIR(const QUrl& url) {
-    selectTransferRow(*ImportIRTableV_);
+bool KelvoAppDelegate::importIR(int row, const QUrl& url) {
+    selectTransferRow(row);
     RVIRFile file;
     if (!file.OpenFilePath(irPath(url))) {
-        return;
+        return false;
     }
     const NameBuffer name = terminatedName(file.CharFileNane);
     {
         const std::lock_guard lock(transferMutex_);
         if (!file.GetIRDataBuffer(transfer_.irdatabuff)) {
-            return;
+            return false;
         }
         transfer_.SendIRFileName = name;
         transfer_.isInportIR = true;
         transfer_.IRTick = 1;
-        showTransfer(cabModel_, 0);
+        begin(transfer_.IRProgress, cabModel_);
         sendIRData();
     }
-    IRNameArr_.setName(ImportIRTableV_->selectedRow(), QString::fromUtf8(name.data()));
+    IRNameArr_.setName(row, QString::fromUtf8(name.data()));
     services_.sleep(0);
     cabModel_->reloadData();
+    return true;
 }
 
-void KelvoAppDelegate::importAMP(const QUrl& url) {
-    selectTransferRow(*ImportCabTableV_);
+bool KelvoAppDelegate::importAMP(int row, const QUrl& url) {
+    selectTransferRow(row);
     AMPFile file;
     std::unique_lock lock(transferMutex_, std::defer_lock);
     if (!file.OpenFile(ampPath(url), &lock)) {
-        return;
+        return false;
     }
     const NameBuffer name = terminatedName(file.CharFileName);
     transfer_.SendAMPFileName = name;
     transfer_.isInportAMP = true;
     transfer_.AMPTick = 1;
-    showTransfer(ampModel_, 0);
+    begin(transfer_.AMPProgress, ampModel_);
     sendAMPData();
     lock.unlock();
-    AMPNameArr_.setName(ImportCabTableV_->selectedRow(), QString::fromUtf8(name.data()));
+    AMPNameArr_.setName(row, QString::fromUtf8(name.data()));
     services_.sleep(0);
     ampModel_->reloadData();
+    return true;
 }
 
-void KelvoAppDelegate::selectTransferRow(const SlotTableView& table) {
-    const int row = table.selectedRow();
+void KelvoAppDelegate::selectTransferRow(int row) {
     const std::lock_guard lock(transferMutex_);
     transfer_.selectRow = row;
+}
+
+void KelvoAppDelegate::begin(TransferProgress& progress, const std::shared_ptr<SlotTableModel>& model) {
+    progress = {.number = ++transfers_};
+    queue_.hasBegun(progress.number);
+    showTransfer(model, 0);
+}
+
+void KelvoAppDelegate::tellEnd(std::uint64_t transfer, const std::shared_ptr<SlotTableModel>& model) {
+    // Where the model is still there, so is this.
+    dispatchMain([this, table = std::weak_ptr(model), transfer] {
+        if (!table.expired()) {
+            queue_.hasEnded(transfer);
+        }
+    });
 }
 
 void KelvoAppDelegate::showTransfer(const std::shared_ptr<SlotTableModel>& model, int acknowledged) const {

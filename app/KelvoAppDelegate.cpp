@@ -51,6 +51,8 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
       services_(std::move(services)),
       interface_(std::make_unique<CloseActionWindow>()),
       window_(interface_.get()),
+      cabImports_{kIRFileType, isIRFile, [this](int row, const QUrl& url) { return importIR(row, url); }},
+      ampImports_{kAmpFileType, isAmpFile, [this](int row, const QUrl& url) { return importAMP(row, url); }},
       loadWindow_(std::make_unique<LoadDataWindowController>()) {
     Ui::MainWindow outlets;
     outlets.setupUi(window_);
@@ -62,6 +64,8 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     cabModel_ = attachTable(*ImportIRTableV_, kIRTransfer);
     ampModel_ = attachTable(*ImportCabTableV_, kAMPTransfer);
     connectActions();
+    cabSteps_.emplace(*ImportIRTableV_, *addIR_, *outlets.previousIR, *outlets.nextIR, queue_, cabImports_);
+    ampSteps_.emplace(*ImportCabTableV_, *addAMP_, *outlets.previousAMP, *outlets.nextAMP, queue_, ampImports_);
     window_->setEnabled(false);
 }
 
@@ -88,8 +92,13 @@ void KelvoAppDelegate::connectActions() {
                   &KelvoAppDelegate::importAMPButtonClick);
     connectAction(*deleteIR_, QStringLiteral("edit-delete"), Symbol::Delete, *ImportIRTableV_, {Qt::Key_Delete},
                   &KelvoAppDelegate::deleteCAB);
-    ImportIRTableV_->setDropAction(kIRFileType, isIRFile, [this](const QUrl& url) { importIR(url); });
-    ImportCabTableV_->setDropAction(kAmpFileType, isAmpFile, [this](const QUrl& url) { importAMP(url); });
+    const auto takeDrops = [this](SlotTableView& table, ImportQueue::Table& imports) {
+        table.setDropAction(imports.fileType, imports.isGood, [this, &table, &imports](const QUrl& url) {
+            queue_.importNow(imports, table.selectedRow(), url);
+        });
+    };
+    takeDrops(*ImportIRTableV_, cabImports_);
+    takeDrops(*ImportCabTableV_, ampImports_);
 }
 
 std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table, const TransferKind& kind) {

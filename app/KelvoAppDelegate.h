@@ -4,14 +4,17 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 #include "AppClassPoint.h"
 #include "AppServices.h"
 #include "CloseActionWindow.h"
 #include "HidManager.h"
+#include "ImportQueue.h"
 #include "SlotBank.h"
 #include "SlotTableModel.h"
+#include "StepButtons.h"
 #include "TransferPackets.h"
 #include "TransferState.h"
 
@@ -111,18 +114,21 @@ private:
     void receiveAMPAcknowledgement(FrameView frame);
 
     void chooseFile(const SlotTableView& table, const QString& fileType, const QString& slot, int firstNumber,
-                    void (KelvoAppDelegate::*import)(const QUrl& url));
-    void importIR(const QUrl& url);
-    void importAMP(const QUrl& url);
-    void selectTransferRow(const SlotTableView& table);
+                    ImportQueue::Table& imports);
+    // The one road of one file into one row, whoever wants it there. Whether the file was taken.
+    bool importIR(int row, const QUrl& url);
+    bool importAMP(int row, const QUrl& url);
+    void selectTransferRow(int row);
     void sendDeletion();
 
     // The caller of these holds transferMutex_, so that a row hears of packets in the order of the wire.
     void sendIRData();
     void sendAMPData();
-    bool goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick,
+    bool goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick, TransferProgress& progress,
                 const std::shared_ptr<SlotTableModel>& model);
+    void begin(TransferProgress& progress, const std::shared_ptr<SlotTableModel>& model);
     void showTransfer(const std::shared_ptr<SlotTableModel>& model, int acknowledged) const;
+    void tellEnd(std::uint64_t transfer, const std::shared_ptr<SlotTableModel>& model);
 
     HidManager& manager_;
     AppServices services_;
@@ -144,6 +150,12 @@ private:
     QPushButton* addAMP_ = nullptr;
     SlotTableView* ImportIRTableV_ = nullptr;
     SlotTableView* ImportCabTableV_ = nullptr;
+    ImportQueue queue_;
+    ImportQueue::Table cabImports_;
+    ImportQueue::Table ampImports_;
+    std::optional<StepButtons> cabSteps_;
+    std::optional<StepButtons> ampSteps_;
+    std::uint64_t transfers_ = 0;  // begun so far
     // Shared, so that news on its way to the main thread can tell whether the model is still there.
     std::shared_ptr<SlotTableModel> cabModel_;
     std::shared_ptr<SlotTableModel> ampModel_;

@@ -20,8 +20,8 @@ namespace {
 constexpr int kRowPadding = 10;
 constexpr int kRowMarkWidth = 2;
 constexpr int kFadeMilliseconds = 550;
-/// In characters: enough for two buttons below the table, so that both tables are of one width.
-constexpr int kUsualWidth = 36;
+/// In characters: enough for the four buttons below a table, so that both tables are of one width.
+constexpr int kUsualWidth = 45;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 

@@ -49,6 +49,7 @@ void KelvoAppDelegate::sendDeletion() {
     layOutHeader(bbb, CMD_DELETE_CAB);
     bbb[kDataOffset] = static_cast<std::uint8_t>(row & 0xFF);
     SendUartCmd(bbb.data());
+    queue_.takeOut(cabImports_, row);
     IRNameArr_.setEmpty(row);
     cabModel_->reloadData();
 }

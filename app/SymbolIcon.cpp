@@ -18,11 +18,16 @@ struct Shape {
     QPolygonF tip;
 };
 
-/// An arrow down into a tray, and a bin with its lid.
+/// An arrow down into a tray, a bin with its lid, and triangles.
 Shape shapeOf(Symbol symbol) {
     if (symbol == Symbol::Import) {
         return {.bars = {{7, 1, 2, 6}, {2, 9, 2, 4}, {12, 9, 2, 4}, {2, 13, 12, 2}},
                 .tip = QPolygonF({{4, 6}, {12, 6}, {8, 11}})};
+    }
+    if (symbol == Symbol::Up || symbol == Symbol::Down) {
+        const int foot = symbol == Symbol::Up ? 11 : 5;
+        return {.bars = {},
+                .tip = QPolygonF({{3, static_cast<double>(foot)}, {13, static_cast<double>(foot)}, {8, 16.0 - foot}})};
     }
     return {.bars = {{6, 1, 4, 2}, {2, 3, 12, 2}, {3, 6, 2, 7}, {7, 6, 2, 6}, {11, 6, 2, 7}, {3, 13, 10, 2}},
             .tip = {}};

@@ -82,8 +82,14 @@ Steps Tour::importSteps() {
         {"wave chooser", [] { return visibleFileDialog() != nullptr; },
          [this, choose] { choose(QStringLiteral("choose-wave"), places_.wave); }},
         {"finished CAB import", [this] { return visibleFileDialog() == nullptr && changed("CAB 27 <-"); },
+         [this] {
+             takePicture(QStringLiteral("cab-imported"));
+             click(*controller_.window().findChild<QPushButton*>(QStringLiteral("nextIR")));
+         }},
+        {"next file of the folder", [this] { return changed("CAB 27 <- \"CLOSED BAC\""); },
          [this, pick] {
-             pick(QStringLiteral("cab-imported"), controller_.ImportCabTableV(), kImportedAmpRow, controller_.addAMP());
+             pick(QStringLiteral("next-cab-imported"), controller_.ImportCabTableV(), kImportedAmpRow,
+                  controller_.addAMP());
          }},
         {"amp chooser", [] { return visibleFileDialog() != nullptr; },
          [this, choose] { choose(QStringLiteral("choose-amp"), places_.amp); }},

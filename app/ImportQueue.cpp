@@ -1,0 +1,118 @@
+#include "ImportQueue.h"
+
+#include "MainQueue.h"
+
+namespace kelvo {
+
+void ImportQueue::importNow(Table& table, int row, const QUrl& url) {
+    clear();
+    if (!table.import(row, url) || row < 0) {
+        return;
+    }
+    table.places.at(row) = {.file = url};
+    table.changed();
+    const std::pair place(&table, row);
+    std::erase(unplaced_, place);
+    unplaced_.push_back(place);
+    read();
+}
+
+void ImportQueue::step(Table& table, int row, int direction) {
+    if (row < 0 || table.places.at(row).file.isEmpty()) {
+        return;
+    }
+    if (!isWalkOf(table, row)) {
+        clear();
+        walk_ = {.table = &table, .row = row};
+    }
+    walk_->steps.push_back(direction);
+    read();
+}
+
+void ImportQueue::clear() {
+    if (reading_) {
+        reading_->isForWalk = false;
+    }
+    if (const auto walk = std::exchange(walk_, std::nullopt)) {
+        walk->table->changed();
+    }
+}
+
+void ImportQueue::takeOut(const Table& table, int row) {
+    if (isWalkOf(table, row)) {
+        clear();
+    }
+}
+
+FolderPlace ImportQueue::where(const Table& table, int row) const {
+    if (isWalkOf(table, row) && walk_->wanted) {
+        return *walk_->wanted;
+    }
+    return row >= 0 ? table.places.at(row) : FolderPlace();
+}
+
+bool ImportQueue::isWalkOf(const Table& table, int row) const {
+    return walk_ && walk_->table == &table && walk_->row == row;
+}
+
+void ImportQueue::hasEnded(std::uint64_t transfer) {
+    if (running_ == transfer) {
+        running_.reset();
+        importWanted();
+    }
+}
+
+void ImportQueue::read() {
+    if (reading_) {
+        return;
+    }
+    if (walk_ && !walk_->steps.empty()) {
+        const QUrl start = where(*walk_->table, walk_->row).file;
+        readFolder({walk_->table, walk_->row, true}, start, std::exchange(walk_->steps, {}));
+    } else if (!unplaced_.empty()) {
+        const auto [table, row] = unplaced_.back();
+        unplaced_.pop_back();
+        readFolder({table, row, false}, table->places.at(row).file, {});
+    }
+}
+
+void ImportQueue::readFolder(const Reading& reading, const QUrl& start, std::vector<int> steps) {
+    reading_ = reading;
+    FolderWalk walk{start, reading.table->fileType, reading.table->isGood, std::move(steps)};
+    // The thread before this one has told its result, which was the last that it did: nobody waits for it here.
+    reader_ = std::jthread([self = std::weak_ptr(self_), walk = std::move(walk)](const std::stop_token& stop) {
+        dispatchMain([self, place = goThroughFolder(walk, stop)] {
+            if (const auto queue = self.lock()) {
+                (*queue)->wasRead(place);
+            }
+        });
+    });
+}
+
+void ImportQueue::wasRead(const FolderPlace& place) {
+    const Reading reading = *std::exchange(reading_, std::nullopt);
+    FolderPlace& known = reading.table->places.at(reading.row);
+    const bool isThere = place.file == known.file;
+    if (isThere) {
+        known = place;
+    }
+    if (reading.isForWalk) {
+        walk_->wanted = isThere ? std::nullopt : std::optional(place);
+    }
+    reading.table->changed();
+    importWanted();
+    read();
+}
+
+void ImportQueue::importWanted() {
+    if (running_ || !walk_ || !walk_->wanted) {
+        return;
+    }
+    const FolderPlace place = *std::exchange(walk_->wanted, std::nullopt);
+    if (walk_->table->import(walk_->row, place.file)) {
+        walk_->table->places.at(walk_->row) = place;
+    }
+    walk_->table->changed();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,115 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+
+#include "FolderWalk.h"
+#include "SampleFiles.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(NaturalOrder, countsNumbersAndNotTheirFiguresWhateverTheCase) {
+    QStringList names{"IR 10.wav", "ir 9.wav", "b.wav", "IR 2.wav", "A.wav", "IR 1.wav", "IR 11 B.wav", "ir 11 a.wav"};
+    sortNaturally(names);
+    EXPECT_THAT(names, ElementsAre("A.wav", "b.wav", "IR 1.wav", "IR 2.wav", "ir 9.wav", "IR 10.wav", "ir 11 a.wav",
+                                   "IR 11 B.wav"));
+}
+
+TEST(NaturalOrder, isTheSameInTheLanguageC) {
+    const QLocale before;
+    QLocale::setDefault(QLocale::c());
+    QStringList names{"x10", "X9", "x8"};
+    sortNaturally(names);
+    QLocale::setDefault(before);
+    EXPECT_THAT(names, ElementsAre("x8", "X9", "x10"));
+}
+
+TEST(NaturalOrder, ofNamesThatDifferInCaseOrZerosOnlyIsAlwaysTheSame) {
+    QStringList names{"a1", "A01", "A1", "a01"};
+    QStringList turned{"a01", "A1", "A01", "a1"};
+    sortNaturally(names);
+    sortNaturally(turned);
+    EXPECT_EQ(names, turned);
+    EXPECT_EQ(names.size(), 4);
+}
+
+class Folder : public testing::Test {
+protected:
+    void fill(const QStringList& names) const {
+        for (const QString& name : names) {
+            files_.write(name, FileBytes{1});
+        }
+    }
+    /// Refuses what is called bad.
+    static bool isGood(const QUrl& url) { return !url.fileName().contains("bad") && QFile::exists(url.toLocalFile()); }
+    FolderPlace go(const QString& start, const std::vector<int>& steps) const {
+        return goThroughFolder({QUrl::fromLocalFile(files_.path(start)), "wav", isGood, steps});
+    }
+    /// Previous neighbour, file, next neighbour.
+    QStringList names(const QString& start, const std::vector<int>& steps) const {
+        const FolderPlace place = go(start, steps);
+        EXPECT_TRUE(place.isRead);
+        return {place.previous, place.file.fileName(), place.next};
+    }
+
+    SampleDir files_;
+};
+
+TEST_F(Folder, isWalkedInNaturalOrderBothWays) {
+    fill({"ir 10.wav", "ir 2.WAV", "IR 1.wav", "IR 11.wav"});
+    EXPECT_THAT(names("ir 2.WAV", {1}), ElementsAre("ir 2.WAV", "ir 10.wav", "IR 11.wav"));
+    EXPECT_THAT(names("ir 2.WAV", {-1}), ElementsAre("", "IR 1.wav", "ir 2.WAV"));
+    EXPECT_THAT(names("ir 2.WAV", {}), ElementsAre("IR 1.wav", "ir 2.WAV", "ir 10.wav"));
+}
+
+TEST_F(Folder, endsWhereItEndsWhateverComesAfterwards) {
+    fill({"1.wav", "2.wav", "3.wav"});
+    EXPECT_THAT(names("2.wav", {1, 1, 1, 1, -1}), ElementsAre("1.wav", "2.wav", "3.wav"));
+    EXPECT_THAT(names("2.wav", {-1, -1, -1, 1, 1}), ElementsAre("2.wav", "3.wav", ""));
+}
+
+TEST_F(Folder, hasOnlyGoodFilesOfTheTypeThatAreNotHidden) {
+    fill({"1.wav", "2.amp", "3 bad.wav", "4.wave", ".5.wav", "6wav", "7.wav", "8 bad.wav"});
+    ASSERT_TRUE(QDir(files_.path("")).mkdir("6.wav"));
+    EXPECT_THAT(names("1.wav", {1}), ElementsAre("1.wav", "7.wav", ""));
+    EXPECT_THAT(names("7.wav", {1}), ElementsAre("1.wav", "7.wav", ""));
+}
+
+TEST_F(Folder, isWalkedFromWhereAFileStoodThatIsGone) {
+    fill({"1.wav", "2.wav", "4.wav"});
+    EXPECT_THAT(names("3.wav", {1}), ElementsAre("2.wav", "4.wav", ""));
+    EXPECT_THAT(names("3.wav", {-1}), ElementsAre("1.wav", "2.wav", "4.wav"));
+}
+
+TEST_F(Folder, thatIsGoneLeavesTheFileWithoutNeighbours) {
+    const FolderPlace place = goThroughFolder({QUrl("file:///nowhere/at/all/1.wav"), "wav", isGood, {1, -1, -1}});
+    EXPECT_EQ(place.file, QUrl("file:///nowhere/at/all/1.wav"));
+    EXPECT_EQ(place.previous, QString());
+    EXPECT_EQ(place.next, QString());
+}
+
+TEST_F(Folder, thatIsNotWantedAnyMoreIsLeft) {
+    fill({"1.wav", "2.wav"});
+    std::stop_source stop;
+    stop.request_stop();
+    static int asked;
+    asked = 0;
+    const auto count = [](const QUrl&) { return ++asked > 0; };
+    static_cast<void>(
+        goThroughFolder({QUrl::fromLocalFile(files_.path("1.wav")), "wav", count, {1}}, stop.get_token()));
+    EXPECT_EQ(asked, 0);
+}
+
+TEST_F(Folder, mayHaveNamesThatAUrlEscapes) {
+    fill({"100% #1?.wav", "100% #2?.wav"});
+    const FolderPlace place = go("100% #1?.wav", {1});
+    EXPECT_EQ(place.file.toLocalFile(), files_.path("100% #2?.wav"));
+}
+
+}  // namespace
+}  // namespace kelvo::test

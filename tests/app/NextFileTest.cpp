@@ -1,0 +1,409 @@
+// One file after the other of a folder into the same row, by keys and buttons.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QElapsedTimer>
+#include <QPushButton>
+#include <QTest>
+#include <array>
+
+#include "AppHarness.h"
+#include "Driver.h"
+#include "SampleFiles.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class NextFile : public testing::Test {
+protected:
+    explicit NextFile(const Faults& faults = {}) {
+        app_.start();
+        app_.pedal.setFaults(faults);
+        activate();
+        cab_.setFocus();
+    }
+
+    void activate() {
+        QWidget& window = app_.controller.window();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+    QString wave(const QString& name, std::uint8_t first = 1) const {
+        return files_.write(name, WaveFile{.data = {0, first, 0, 2}}.bytes());
+    }
+    QPushButton& button(const char* name) const {
+        return *app_.controller.window().findChild<QPushButton*>(QLatin1String(name));
+    }
+    /// The import of a file that is there already, until the pedal holds it and the neighbours are known.
+    void importFirst(int row, const QString& path) {
+        app_.importIR(row, path);
+        ASSERT_TRUE(serveUntil([&] { return hasChanges(1) && isIdle() && knowsNeighbours(); }));
+    }
+    bool hasChanges(std::size_t n) const { return app_.manager.activity().changes.size() >= n; }
+    bool isIdle() const { return app_.controller.transferState().IRProgress.acknowledged == 4; }
+    bool knowsNeighbours() const {
+        return !button("nextIR").toolTip().startsWith("Import the next") && button("nextIR").isEnabled();
+    }
+    void press(Qt::Key key, int times = 1) {
+        cab_.setFocus();
+        for (int i = 0; i < times; ++i) {
+            QTest::keyClick(&cab_, key, Qt::ControlModifier);
+        }
+    }
+    bool holds(int row, const std::string& name) const {
+        return serveUntil([&] { return app_.pedal.memory().cab[static_cast<std::size_t>(row)].name == name; });
+    }
+
+    SampleDir files_;
+    RunningApp app_;
+    SlotTableView& cab_ = app_.controller.ImportIRTableV();
+    SlotTableView& amp_ = app_.controller.ImportCabTableV();
+};
+
+TEST_F(NextFile, comesByCtrlDownAndTheOneBeforeByCtrlUpIntoTheSameRow) {
+    wave("ir 10.wav");
+    wave("ir 9.wav");
+    importFirst(4, wave("ir 2.wav"));
+    press(Qt::Key_Down);
+    EXPECT_TRUE(holds(4, "IR 9"));
+    EXPECT_EQ(app_.cabLabel(4), "31.IR 9");
+    EXPECT_EQ(cab_.model()->index(4, 0).data().toString(), "31.IR 9");
+    EXPECT_EQ(cab_.selectedRow(), 4);
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    press(Qt::Key_Down);
+    EXPECT_TRUE(holds(4, "IR 10"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    press(Qt::Key_Up);
+    EXPECT_TRUE(holds(4, "IR 9"));
+    EXPECT_EQ(app_.services.openPanels.size(), 1U);
+}
+
+TEST_F(NextFile, isSentAsItsSingleImportWouldBe) {
+    wave("b.wav", 7);
+    importFirst(0, wave("a.wav"));
+    press(Qt::Key_Down);
+    ASSERT_TRUE(holds(0, "B"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    app_.importIR(0, files_.path("b.wav"));
+    ASSERT_TRUE(app_.waitForChanges(3));
+    const auto reports = app_.manager.activity().outputReports;
+    ASSERT_EQ(reports.size(), 1 + 3 * 28U);
+    EXPECT_EQ(std::vector(reports.begin() + 29, reports.begin() + 57),
+              std::vector(reports.begin() + 57, reports.begin() + 85));
+}
+
+TEST_F(NextFile, comesByTheButtonsBesideTheImport) {
+    wave("b.wav");
+    importFirst(0, wave("a.wav"));
+    click(button("nextIR"));
+    EXPECT_TRUE(holds(0, "B"));
+    EXPECT_TRUE(button("nextIR").hasFocus());
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    click(button("previousIR"));
+    EXPECT_TRUE(holds(0, "A"));
+}
+
+TEST_F(NextFile, comesByTheKeysOnTheButtonsOfItsTableToo) {
+    wave("b.wav");
+    importFirst(0, wave("a.wav"));
+    ASSERT_TRUE(app_.controller.addIR().hasFocus());
+    QTest::keyClick(&app_.controller.addIR(), Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_TRUE(holds(0, "B"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    button("nextIR").setFocus();
+    QTest::keyClick(&button("nextIR"), Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_TRUE(holds(0, "A"));
+    EXPECT_EQ(cab_.selectedRow(), 0);
+}
+
+TEST_F(NextFile, ofAnAmpIsTheNextModel) {
+    const std::array<std::uint32_t, 1> one{1};
+    const std::array<std::uint32_t, 1> two{2};
+    files_.write("b.amp", ampFile(two));
+    files_.write("aa.wav", FileBytes(9, 1));
+    app_.importAMP(3, files_.write("a.amp", ampFile(one)));
+    ASSERT_TRUE(serveUntil([&] { return hasChanges(1); }));
+    amp_.setFocus();
+    QTest::keyClick(&amp_, Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_TRUE(serveUntil([&] { return app_.pedal.memory().amp[3].name == "b"; }));
+    EXPECT_EQ(app_.pedal.memory().amp[3].words[0], 2U);
+    EXPECT_TRUE(serveUntil([&] { return button("previousAMP").toolTip() == "Import a.amp (Ctrl+Up)"; }));
+}
+
+TEST_F(NextFile, isOfferedOnlyForARowWithAFile) {
+    EXPECT_FALSE(button("nextIR").isEnabled());
+    EXPECT_FALSE(button("previousIR").isEnabled());
+    wave("b.wav");
+    importFirst(2, wave("a.wav"));
+    EXPECT_TRUE(button("nextIR").isEnabled());
+    EXPECT_TRUE(button("previousIR").isEnabled());
+    EXPECT_FALSE(button("nextAMP").isEnabled());
+    clickRow(cab_, 3);
+    EXPECT_FALSE(button("nextIR").isEnabled());
+    press(Qt::Key_Down);
+    EXPECT_EQ(app_.controller.transferState().IRProgress.number, 1U);
+    clickRow(cab_, 2);
+    EXPECT_TRUE(button("nextIR").isEnabled());
+    cab_.clearSelection();
+    EXPECT_FALSE(button("nextIR").isEnabled());
+}
+
+TEST_F(NextFile, isNotOfferedAfterARefusedFile) {
+    app_.importIR(2, files_.write("bad.wav", FileBytes(100, 'x')));
+    EXPECT_FALSE(button("nextIR").isEnabled());
+}
+
+TEST_F(NextFile, isNamedByTheTooltipAndToAScreenReader) {
+    EXPECT_EQ(button("nextIR").toolTip(), "After an import into the row: the next file of the folder (Ctrl+Down)");
+    wave("c<b>.wav");
+    importFirst(0, wave("a.wav"));
+    EXPECT_EQ(button("nextIR").accessibleDescription(), "Import c<b>.wav (Ctrl+Down)");
+    EXPECT_EQ(button("nextIR").toolTip(), "Import c&lt;b&gt;.wav (Ctrl+Down)");
+    EXPECT_EQ(button("previousIR").toolTip(), "There is no previous file in the folder (Ctrl+Up)");
+    clickRow(cab_, 1);
+    EXPECT_EQ(button("nextIR").toolTip(), "After an import into the row: the next file of the folder (Ctrl+Down)");
+    clickRow(cab_, 0);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(serveUntil([&] { return button("previousIR").toolTip() == "Import a.wav (Ctrl+Up)"; }));
+}
+
+TEST_F(NextFile, comesFromTheFolderAsItIsNow) {
+    wave("c.wav");
+    importFirst(0, wave("a.wav"));
+    EXPECT_EQ(button("nextIR").toolTip(), "Import c.wav (Ctrl+Down)");
+    wave("b.wav");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(holds(0, "B"));
+}
+
+TEST_F(NextFile, isRememberedForEachRow) {
+    importFirst(0, wave("a.wav"));
+    const SampleDir other;
+    other.write("2.wav", WaveFile{.data = {0, 1}}.bytes());
+    app_.importIR(5, other.write("1.wav", WaveFile{.data = {0, 1}}.bytes()));
+    ASSERT_TRUE(serveUntil([&] { return hasChanges(2) && isIdle(); }));
+    clickRow(cab_, 0);
+    wave("b.wav");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(holds(0, "B"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    clickRow(cab_, 5);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(holds(5, "2"));
+}
+
+TEST_F(NextFile, atTheEndIsNothing) {
+    importFirst(0, wave("only.wav"));
+    press(Qt::Key_Down);
+    press(Qt::Key_Up);
+    wave("z.wav");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(holds(0, "Z"));
+    EXPECT_THAT(app_.manager.activity().changes,
+                ElementsAre(StartsWith("CAB 27 <- \"ONLY\""), StartsWith("CAB 27 <- \"Z\"")));
+}
+
+TEST_F(NextFile, fiftyTimesThroughAFolderOfWhichThreeAreRefusedPassesOverThem) {
+    for (int i = 1; i <= 51; ++i) {
+        wave(QString("IR %1.wav").arg(i), static_cast<std::uint8_t>(i));
+    }
+    for (const int bad : {2, 17, 50}) {
+        files_.write(QString("IR %1.wav").arg(bad), FileBytes(100, 'x'));
+    }
+    importFirst(6, files_.path("IR 1.wav"));
+    for (std::size_t i = 2; i <= 48; ++i) {
+        press(Qt::Key_Down);
+        ASSERT_TRUE(serveUntil([&] { return hasChanges(i) && isIdle(); })) << i;
+    }
+    press(Qt::Key_Down, 3);
+    EXPECT_TRUE(serveUntil([&] { return button("nextIR").toolTip().startsWith("There is no next"); }));
+    EXPECT_EQ(app_.manager.activity().changes.size(), 48U);
+    EXPECT_THAT(app_.manager.activity().changes[1], StartsWith("CAB 33 <- \"IR 3\""));
+    EXPECT_THAT(app_.manager.activity().changes[15], StartsWith("CAB 33 <- \"IR 18\""));
+    EXPECT_THAT(app_.manager.activity().changes[47], StartsWith("CAB 33 <- \"IR 51\""));
+    EXPECT_EQ(app_.pedal.memory().cab[6].words[0], 0x330000U);
+}
+
+/// The pedal keeps silent, so that the test gives its answers.
+class NextFileOfASilentPedal : public NextFile {
+protected:
+    NextFileOfASilentPedal() : NextFile({.silentFromPhase = 1}) {
+        for (int i = 1; i <= 9; ++i) {
+            wave(QString("%1.wav").arg(i));
+        }
+    }
+    void begin(int row, const QString& name) {
+        app_.importIR(row, files_.path(name));
+        ASSERT_TRUE(serveUntil([&] { return knowsNeighbours(); }));
+    }
+    void acknowledge(std::initializer_list<std::uint8_t> phases, std::uint8_t command = 0xE1) {
+        for (const std::uint8_t phase : phases) {
+            app_.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, command, phase});
+        }
+        QCoreApplication::processEvents();
+    }
+    /// Whether the tooltip of the next button names that file, when the folder has been read.
+    bool willBring(const QString& name) const {
+        return serveUntil([&] { return button("nextIR").toolTip() == "Import " + name + " (Ctrl+Down)"; });
+    }
+    std::string sending() const { return app_.controller.transferState().SendIRFileName.data(); }
+    std::uint64_t transfer() const { return app_.controller.transferState().IRProgress.number; }
+};
+
+TEST_F(NextFileOfASilentPedal, waitsForTheEndOfTheRunningTransferAndTheLatestWins) {
+    begin(0, "2.wav");
+    press(Qt::Key_Down, 3);
+    press(Qt::Key_Up);
+    EXPECT_TRUE(willBring("5.wav"));
+    acknowledge({1, 2, 3});
+    EXPECT_EQ(sending(), "2");
+    acknowledge({4});
+    EXPECT_TRUE(serveUntil([&] { return transfer() == 2; }));
+    EXPECT_EQ(sending(), "4");
+}
+
+TEST_F(NextFileOfASilentPedal, doesNotTakeTheLateEndOfARestartedTransferForItsOwn) {
+    begin(0, "2.wav");
+    acknowledge({1, 2, 3});
+    app_.importIR(0, files_.path("5.wav"));
+    press(Qt::Key_Down);
+    acknowledge({4});
+    EXPECT_TRUE(willBring("7.wav"));
+    EXPECT_EQ(transfer(), 2U);
+    acknowledge({1, 2, 3});
+    EXPECT_EQ(transfer(), 2U);
+    acknowledge({4});
+    EXPECT_TRUE(serveUntil([&] { return transfer() == 3; }));
+    EXPECT_EQ(sending(), "6");
+}
+
+TEST_F(NextFileOfASilentPedal, isForgottenWhenTheUserImportsHimself) {
+    begin(0, "2.wav");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(willBring("4.wav"));
+    app_.importIR(0, files_.path("8.wav"));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_TRUE(willBring("9.wav"));
+    EXPECT_EQ(transfer(), 2U);
+    EXPECT_EQ(sending(), "8");
+}
+
+TEST_F(NextFileOfASilentPedal, isForgottenWhenTheButtonOfAnImportIsPressed) {
+    begin(0, "2.wav");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(willBring("4.wav"));
+    app_.services.choice.clear();
+    click(app_.controller.addAMP());
+    acknowledge({1, 2, 3, 4});
+    begin(1, "8.wav");
+    EXPECT_EQ(transfer(), 2U);
+}
+
+TEST_F(NextFileOfASilentPedal, isForgottenWhenItsRowIsDeletedButNotWithAnother) {
+    begin(0, "2.wav");
+    press(Qt::Key_Down);
+    EXPECT_TRUE(willBring("4.wav"));
+    clickRow(cab_, 1);
+    app_.controller.deleteCAB();
+    app_.services.alerts.back().answer(1000);
+    acknowledge({1, 2, 3, 4});
+    ASSERT_TRUE(serveUntil([&] { return transfer() == 2; }));
+    EXPECT_EQ(sending(), "3");
+    clickRow(cab_, 0);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(willBring("5.wav"));
+    app_.controller.deleteCAB();
+    app_.services.alerts.back().answer(1000);
+    acknowledge({1, 2, 3, 4});
+    begin(5, "8.wav");
+    EXPECT_EQ(transfer(), 3U);
+}
+
+TEST_F(NextFileOfASilentPedal, waitsForAnAmpsTransferToo) {
+    begin(0, "2.wav");
+    acknowledge({1, 2, 3, 4});
+    app_.importAMP(1, files_.write("a.amp", ampFile(std::array<std::uint32_t, 1>{7})));
+    press(Qt::Key_Down);
+    acknowledge({1, 2, 3, 4}, 0xE2);
+    ASSERT_TRUE(serveUntil([&] { return button("nextAMP").toolTip().startsWith("There is no"); }));
+    EXPECT_EQ(transfer(), 1U);
+    acknowledge({5}, 0xE2);
+    EXPECT_TRUE(serveUntil([&] { return sending() == "3"; }));
+}
+
+class HeldKey : public NextFile, public testing::WithParamInterface<int> {
+protected:
+    HeldKey() : NextFile({.answerDelay = std::chrono::milliseconds(GetParam())}) {}
+};
+
+TEST_P(HeldKey, leavesTheLastFileInTheSlotAndCutsNoTransferOff) {
+    for (int i = 1; i <= 60; ++i) {
+        wave(QString("%1.wav").arg(i));
+    }
+    importFirst(2, files_.path("1.wav"));
+    int pressed = 0;
+    QTimer keys;
+    QObject::connect(&keys, &QTimer::timeout, &keys, [&] {
+        press(Qt::Key_Down);
+        if (++pressed == 40) {
+            keys.stop();
+        }
+    });
+    keys.start(std::chrono::milliseconds(33));
+    EXPECT_TRUE(holds(2, "41"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    EXPECT_EQ(pressed, 40);
+    // Each transfer that began has changed the memory once: 28 reports each, behind the one to connect.
+    const auto activity = app_.manager.activity();
+    EXPECT_EQ(activity.changes.size(), app_.controller.transferState().IRProgress.number);
+    EXPECT_EQ(activity.outputReports.size(), 1 + 28 * activity.changes.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(AtAPedalThatAnswersIn, HeldKey, testing::Values(0, 5, 50),
+                         [](const auto& delay) { return std::to_string(delay.param) + "ms"; });
+
+TEST_F(NextFile, ofAFolderOfAHundredThousandNamesStallsNothing) {
+    const QByteArray folder = QFile::encodeName(files_.path("x")).chopped(1);
+    const QString first = wave("IR 1.wav");
+    QByteArray written = QFile::encodeName(first);
+    for (int i = 2; i <= 100'000; ++i) {
+        const QByteArray name = folder + "IR " + QByteArray::number(i) + ".wav";
+        // A file may not have as many names as that.
+        if (i % 30'000 == 0) {
+            written = QFile::encodeName(wave(QString("IR %1.wav").arg(i)));
+        } else {
+            ASSERT_EQ(link(written.data(), name.data()), 0);
+        }
+    }
+    importFirst(0, first);
+    QElapsedTimer sinceKey;
+    std::chrono::nanoseconds longest{0};
+    QElapsedTimer sinceTurn;
+    QTimer turns;
+    QObject::connect(&turns, &QTimer::timeout, &turns, [&] {
+        longest = std::max(longest, std::chrono::nanoseconds(sinceTurn.nsecsElapsed()));
+        sinceTurn.start();
+    });
+    sinceTurn.start();
+    turns.start(std::chrono::milliseconds(1));
+    sinceKey.start();
+    press(Qt::Key_Down);
+    ASSERT_TRUE(serveUntil([&] { return app_.controller.transferState().IRProgress.number == 2; }));
+    const std::chrono::nanoseconds toFirstPacket(sinceKey.nsecsElapsed());
+    RecordProperty("keyToFirstPacketMicroseconds", static_cast<int>(toFirstPacket.count() / 1000));
+    RecordProperty("longestStallMicroseconds", static_cast<int>(longest.count() / 1000));
+    EXPECT_TRUE(holds(0, "IR 2"));
+    // A window that reads the folder itself would stall for all that time, on a machine of whatever speed.
+    EXPECT_LT(longest, toFirstPacket / 2);
+}
+
+}  // namespace
+}  // namespace kelvo::test
