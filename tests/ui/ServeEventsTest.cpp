@@ -51,7 +51,7 @@ TEST(ServeEvents, windowShownUntilPainted_hasBeenPainted) {
 void showWithFocus(QWidget& window) {
     window.show();
     QCoreApplication::processEvents();
-    QApplication::setActiveWindow(&window);
+    window.activateWindow();
 }
 
 TEST(ServeEvents, windowServedUntilActive_isActive) {
@@ -59,7 +59,7 @@ TEST(ServeEvents, windowServedUntilActive_isActive) {
     QWidget above;
     showWithFocus(window);
     showWithFocus(above);
-    QTimer::singleShot(0, &window, [&] { QApplication::setActiveWindow(&window); });
+    QTimer::singleShot(0, &window, [&] { window.activateWindow(); });
     serveUntilActive(window);
     EXPECT_TRUE(window.isActiveWindow());
 }
