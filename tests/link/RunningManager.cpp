@@ -55,7 +55,7 @@ void RunningManager::start(std::function<void()> prepare) {
 }
 
 void RunningManager::waitUntilIdle(long systemCall) const {
-    if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
+    if (runsOn_ != std::thread::id() && runsOn_ != std::this_thread::get_id()) {
         waitUntilThreadIsIn(systemCall, threadId_);
     }
 }
@@ -71,6 +71,7 @@ void RunningManager::interrupt() const {
 void RunningManager::join() {
     if (thread_.joinable()) {
         thread_.join();
+        runsOn_ = {};
     }
 }
 
