@@ -7,7 +7,7 @@
 namespace kelvo {
 namespace {
 
-class Interface : public QAccessibleWidget {
+class WindowInterface : public QAccessibleWidget {
 public:
     using QAccessibleWidget::QAccessibleWidget;
 
@@ -16,15 +16,15 @@ public:
     }
 };
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+QAccessibleInterface* makeWindowInterface(const QString&, QObject* object) {
     auto* const window = dynamic_cast<CloseActionWindow*>(object);
-    return window != nullptr ? new Interface(window) : nullptr;
+    return window != nullptr ? new WindowInterface(window) : nullptr;
 }
 
 }  // namespace
 
 CloseActionWindow::CloseActionWindow() {
-    QAccessible::installFactory(makeInterface);
+    QAccessible::installFactory(makeWindowInterface);
 }
 
 void CloseActionWindow::changeEvent(QEvent* event) {

@@ -9,9 +9,9 @@
 namespace kelvo {
 namespace {
 
-class Interface : public QAccessibleWidget, public QAccessibleValueInterface {
+class BarInterface : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
-    explicit Interface(SBProgressBar& bar) : QAccessibleWidget(&bar, QAccessible::ProgressBar), bar_(bar) {}
+    explicit BarInterface(SBProgressBar& bar) : QAccessibleWidget(&bar, QAccessible::ProgressBar), bar_(bar) {}
 
     void* interface_cast(QAccessible::InterfaceType type) override {
         return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
@@ -38,15 +38,15 @@ private:
     SBProgressBar& bar_;
 };
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+QAccessibleInterface* makeBarInterface(const QString&, QObject* object) {
     auto* const bar = dynamic_cast<SBProgressBar*>(object);
-    return bar ? new Interface(*bar) : nullptr;
+    return bar ? new BarInterface(*bar) : nullptr;
 }
 
 }  // namespace
 
 void installProgressBarAccessibility() {
-    QAccessible::installFactory(makeInterface);
+    QAccessible::installFactory(makeBarInterface);
 }
 
 int progressPercent(double value) {

@@ -13,6 +13,10 @@ namespace kelvo {
 
 using Bytes = std::vector<std::uint8_t>;
 
+/// The commands of the imports.
+constexpr std::uint8_t kCab = 0xE1;
+constexpr std::uint8_t kAmp = 0xE2;
+
 /// "AA 55 02".
 [[nodiscard]] std::string hex(std::span<const std::uint8_t> bytes);
 /// The bytes of "AA 55 02".

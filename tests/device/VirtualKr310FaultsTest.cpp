@@ -8,9 +8,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::uint8_t kCab = 0xE1;
-constexpr std::uint8_t kAmp = 0xE2;
-
 /// What a pedal with these faults answers to a whole CAB import.
 std::string cabAnswers(const Faults& faults) {
     VirtualKr310 pedal;

@@ -9,9 +9,6 @@ namespace {
 using std::chrono::microseconds;
 using Lines = std::vector<std::string>;
 
-constexpr std::uint8_t kCab = 0xE1;
-constexpr std::uint8_t kAmp = 0xE2;
-
 TEST(VirtualKr310Cab, acknowledgesEveryPhaseOfAnImport) {
     VirtualKr310 pedal;
     EXPECT_EQ(answered(sendPhases(pedal, kCab, 3, {1})), "AA 55 02 00 E1 01 21 35");

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-using Points = std::array<std::uint32_t, kIRPointCount>;
+using Words = std::array<std::uint32_t, kIRPointCount>;
 
 constexpr std::size_t kHeaderSize = 44;
 
@@ -18,13 +18,13 @@ class HostileWave : public testing::Test {
 protected:
     bool open(const FileBytes& bytes) { return file.OpenFilePath(dir.write("cab.wav", bytes)); }
 
-    /// A refusal leaves the points; else they are device words.
+    /// A refusal leaves the words; else they are device words.
     void expectDefinedPoints() {
-        Points points;
-        points.fill(0xA5A5A5A5);
-        const std::uint32_t limit = file.GetIRDataBuffer(points) ? 0xFFFFFF : 0xA5A5A5A5;
-        EXPECT_LE(std::ranges::max(points), limit);
-        EXPECT_TRUE(limit == 0xFFFFFF || std::ranges::min(points) == limit);
+        Words words;
+        words.fill(0xA5A5A5A5);
+        const std::uint32_t limit = file.GetIRDataBuffer(words) ? 0xFFFFFF : 0xA5A5A5A5;
+        EXPECT_LE(std::ranges::max(words), limit);
+        EXPECT_TRUE(limit == 0xFFFFFF || std::ranges::min(words) == limit);
     }
 
     const SampleDir dir;
@@ -36,10 +36,10 @@ TEST_F(HostileWave, everyPrefixIsRefusedUpToTheHeadersEndAndSilenceBehindIt) {
     for (std::size_t size = 0; size <= whole.size(); ++size) {
         const FileBytes prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_EQ(open(prefix), size >= kHeaderSize) << size;
-        Points points{};
-        EXPECT_EQ(file.GetIRDataBuffer(points), size >= kHeaderSize) << size;
+        Words words{};
+        EXPECT_EQ(file.GetIRDataBuffer(words), size >= kHeaderSize) << size;
         const auto frames = size >= kHeaderSize ? (size - kHeaderSize) / 6 : 0;
-        EXPECT_EQ(std::ranges::count(points, 0x111111U), static_cast<std::ptrdiff_t>(frames)) << size;
+        EXPECT_EQ(std::ranges::count(words, 0x111111U), static_cast<std::ptrdiff_t>(frames)) << size;
     }
 }
 
@@ -49,10 +49,10 @@ TEST_F(HostileWave, everyPrefixOfAnInternalFileFromTheMagicOnIsAccepted) {
     whole.resize(2048, 0x22);
     for (std::size_t size = 0; size <= whole.size(); size += size < 16 ? 1 : 127) {
         EXPECT_EQ(open({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)}), size >= 7) << size;
-        Points points{};
-        EXPECT_EQ(file.GetIRDataBuffer(points), size >= 7);
+        Words words{};
+        EXPECT_EQ(file.GetIRDataBuffer(words), size >= 7);
         const auto samples = size > 512 ? (size - 512) / 3 : 0;
-        EXPECT_EQ(std::ranges::count(points, 0x222222U), static_cast<std::ptrdiff_t>(samples)) << size;
+        EXPECT_EQ(std::ranges::count(words, 0x222222U), static_cast<std::ptrdiff_t>(samples)) << size;
     }
 }
 
@@ -91,9 +91,9 @@ TEST_F(HostileWave, riffAndFmtSizesDoNotMatter) {
                 bytes[field + k] = static_cast<std::uint8_t>(value >> (8 * k));
             }
             EXPECT_TRUE(open(bytes));
-            Points points{};
-            EXPECT_TRUE(file.GetIRDataBuffer(points));
-            EXPECT_EQ(points[0], 0x020100U);
+            Words words{};
+            EXPECT_TRUE(file.GetIRDataBuffer(words));
+            EXPECT_EQ(words[0], 0x020100U);
         }
     }
 }

@@ -11,7 +11,7 @@
 namespace kelvo {
 namespace {
 
-using Points = std::array<std::uint32_t, kIRPointCount>;
+using Words = std::array<std::uint32_t, kIRPointCount>;
 
 /// More than any rate's frame cap.
 constexpr std::size_t kFrames = 1200;
@@ -45,7 +45,7 @@ void appendSample(FileBytes& data, std::uint32_t sample, std::uint32_t bitsPerSa
     }
 }
 
-Points convert(std::span<const std::uint32_t> samples, std::uint32_t rate, std::uint32_t bitsPerSample,
+Words convert(std::span<const std::uint32_t> samples, std::uint32_t rate, std::uint32_t bitsPerSample,
                std::uint32_t channels) {
     WaveFile wave{.sampleRate = rate, .bitsPerSample = bitsPerSample, .channels = channels, .data = {}};
     for (const std::uint32_t sample : samples) {
@@ -58,14 +58,14 @@ Points convert(std::span<const std::uint32_t> samples, std::uint32_t rate, std::
     RVIRFile file;
     EXPECT_TRUE(file.OpenFilePath(dir.write("noise.wav", wave.bytes())));
     EXPECT_EQ(file.PointSize, samples.size());
-    Points points{};
+    Words points{};
     EXPECT_TRUE(file.GetIRDataBuffer(points));
     return points;
 }
 
 /// The points of a rate at which each is a sample of its own.
-Points everyNth(const std::array<std::uint32_t, kFrames>& samples, std::size_t n) {
-    Points points;
+Words everyNth(const std::array<std::uint32_t, kFrames>& samples, std::size_t n) {
+    Words points;
     for (std::size_t k = 0; k < points.size(); ++k) {
         points[k] = samples[k * n];
     }
@@ -74,7 +74,7 @@ Points everyNth(const std::array<std::uint32_t, kFrames>& samples, std::size_t n
 
 class EveryDepth : public testing::TestWithParam<std::tuple<std::uint32_t, std::uint32_t>> {
 protected:
-    static Points convertCoarse(std::uint32_t rate) {
+    static Words convertCoarse(std::uint32_t rate) {
         const auto [bitsPerSample, channels] = GetParam();
         return convert(coarseNoise(), rate, bitsPerSample, channels);
     }
@@ -112,13 +112,13 @@ INSTANTIATE_TEST_SUITE_P(IntegerAndFloat, FullPrecision, testing::Values(24, 32)
 
 TEST(ShortFile, isFollowedBySilenceAfterResampling) {
     const auto noise = fineNoise();
-    const Points at48000 = convert(std::span(noise).first(100), 48000, 24, 1);
+    const Words at48000 = convert(std::span(noise).first(100), 48000, 24, 1);
     EXPECT_EQ(at48000[0], 0x3C8859U);
     EXPECT_EQ(at48000[1], 0x4B0BC0U);
     EXPECT_EQ(at48000[90], 0x62F087U);
     EXPECT_EQ(at48000[91], 0x7EE587U);  // between the last frame and silence
     EXPECT_TRUE(std::all_of(at48000.begin() + 92, at48000.end(), [](std::uint32_t word) { return word == 0; }));
-    const Points at96000 = convert(std::span(noise).first(100), 96000, 24, 1);
+    const Words at96000 = convert(std::span(noise).first(100), 96000, 24, 1);
     EXPECT_EQ(at96000[44], 0xBD0735U);
     EXPECT_EQ(at96000[45], 0x6AEBF7U);
     EXPECT_TRUE(std::all_of(at96000.begin() + 46, at96000.end(), [](std::uint32_t word) { return word == 0; }));
@@ -133,7 +133,7 @@ TEST(FullScaleFloats, arePulledInBeforeAndAfterResampling) {
     const SampleDir dir;
     RVIRFile file;
     ASSERT_TRUE(file.OpenFilePath(dir.write("full.wav", wave.bytes())));
-    Points points{};
+    Words points{};
     ASSERT_TRUE(file.GetIRDataBuffer(points));
     EXPECT_EQ(points[0], 0x7FFFF7U);
     EXPECT_EQ(points[511], 0x7FFFF7U);

@@ -10,11 +10,8 @@
 namespace kelvo {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-bool write(const Bytes& bytes) {
-    return HID_WreteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-}
+using test::Bytes;
+using test::write;
 
 /// Frame bytes whose every position can be told: position modulo 251.
 Bytes frameOf(std::size_t size) {

@@ -17,11 +17,8 @@
 namespace kelvo {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-bool write(const Bytes& bytes) {
-    return HID_WreteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
-}
+using test::Bytes;
+using test::write;
 
 /// Waits until the thread is asleep in the kernel, as one is that waits for a mutex.
 void waitUntilAsleep(pid_t thread) {

@@ -4,11 +4,19 @@
 #include <memory>
 #include <span>
 #include <thread>
+#include <vector>
 
 #include "RVHidClass.h"
 #include "ScriptedHid.h"
 
 namespace kelvo::test {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Writes a whole frame; what the link says.
+inline bool write(const Bytes& bytes) {
+    return HID_WreteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+}
 
 /// The link on a HID thread of its own, with a scripted manager and one device, for the length of a test.
 class ScriptedLink {

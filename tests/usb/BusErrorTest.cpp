@@ -14,8 +14,6 @@ namespace {
 using testing::Contains;
 using testing::IsEmpty;
 
-const QString kWave = QStringLiteral(KELVO_SAMPLES "/Bright.wav");
-
 /// A fault that strikes once. The connect frame is one report, a packet nine: this is the fourth of the second packet.
 struct BusError {
     const char* name;

@@ -10,6 +10,8 @@
 
 namespace kelvo::test {
 
+inline const QString kWave = QStringLiteral(KELVO_SAMPLES "/Bright.wav");
+
 /// The whole utility on the real cable; only the desktop is scripted.
 class CableApp {
 public:

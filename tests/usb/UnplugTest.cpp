@@ -14,7 +14,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-const QString kWave = QStringLiteral(KELVO_SAMPLES "/Bright.wav");
 constexpr auto kOldSlot = "CAB 27 \"OPEN 1X12\" crc32 f1cf3378";
 
 /// The alert is there, its button ends the process, and nothing can be sent any more.

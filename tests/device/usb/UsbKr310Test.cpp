@@ -14,12 +14,6 @@ using std::chrono::milliseconds;
 
 constexpr UsbKr310::Clock::time_point kStart{std::chrono::hours(1)};
 
-/// Words of the requests' numbers.
-constexpr auto kOne = "00 00 00 01";
-constexpr auto kTwo = "00 00 00 02";
-constexpr auto kThree = "00 00 00 03";
-constexpr auto kSize = "00 00 00 40";
-
 /// The first input report of a start-up: progress 0, and 0xAA behind it.
 Bytes progressZero() {
     Bytes report = unhex("08 AA 55 02 00 A5 00 F0 1C");

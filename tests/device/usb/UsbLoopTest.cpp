@@ -24,10 +24,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr auto kOne = "00 00 00 01";
-constexpr auto kTwo = "00 00 00 02";
-constexpr auto kSize = "00 00 00 40";
-
 std::pair<UniqueFd, UniqueFd> socketPair() {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {

@@ -8,6 +8,12 @@
 
 namespace kelvo {
 
+/// Words of the requests' numbers, and of a whole report's length.
+constexpr auto kOne = "00 00 00 01";
+constexpr auto kTwo = "00 00 00 02";
+constexpr auto kThree = "00 00 00 03";
+constexpr auto kSize = "00 00 00 40";
+
 /// A CMD_SUBMIT header as a host sends it, written out: "number direction endpoint length" as hex words, and the setup.
 struct HostRequest {
     std::string_view number = "00 00 00 01";
