@@ -40,7 +40,7 @@ void KelvoAppDelegate::chooseFile(const SlotTableView& table, const QString& fil
     const OpenPanel panel{.fileType = fileType, .table = &table, .title = title};
     services_.beginOpenPanel(*window_, panel, [this, &table, &imports](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
-            queue_.importNow(imports, table.selectedRow(), url);
+            queue_.importNow(imports, table.selectedRow(), {url});
         }
     });
 }

@@ -93,12 +93,14 @@ void KelvoAppDelegate::connectActions() {
     connectAction(*deleteIR_, QStringLiteral("edit-delete"), Symbol::Delete, *ImportIRTableV_, {Qt::Key_Delete},
                   &KelvoAppDelegate::deleteCAB);
     const auto takeDrops = [this](SlotTableView& table, ImportQueue::Table& imports) {
-        table.setDropAction(imports.fileType, imports.isGood, [this, &table, &imports](const QUrl& url) {
-            queue_.importNow(imports, table.selectedRow(), url);
+        table.setDropAction(imports.fileType, imports.isGood, [this, &table, &imports](const QList<QUrl>& files) {
+            queue_.importNow(imports, table.selectedRow(), files);
         });
     };
     takeDrops(*ImportIRTableV_, cabImports_);
     takeDrops(*ImportCabTableV_, ampImports_);
+    cabImports_.showWaiting = [this](const QList<int>& rows) { cabModel_->showWaiting(rows); };
+    ampImports_.showWaiting = [this](const QList<int>& rows) { ampModel_->showWaiting(rows); };
 }
 
 std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table, const TransferKind& kind) {
