@@ -212,6 +212,28 @@ TEST_F(FileSet, leavesEachRowItsOwnFileToGoOnFrom) {
     EXPECT_FALSE(button("nextIR").isEnabled());
 }
 
+TEST_F(FileSet, thatAPedalHangsInLeavesTheWayToASingleImport) {
+    // The pedal keeps the end of the first to itself, so that it can be made to hang in the second.
+    app_.pedal.setFaults({.silentFromPhase = 4});
+    EXPECT_TRUE(drop(cab_, 0, waves({"1", "2", "3"})));
+    ASSERT_TRUE(changed(1));
+    app_.pedal.setFaults({.silentFromPhase = 3});
+    acknowledge({4});
+    ASSERT_TRUE(
+        app_.manager.waitFor([](const auto& activity) { return activity.outputReports.size() == 1 + 28 + 27; }));
+    QCoreApplication::processEvents();
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(2));
+    EXPECT_THAT(app_.services.alerts, IsEmpty());
+    app_.pedal.setFaults({});
+    app_.importIR(9, wave("9.wav"));
+    ASSERT_TRUE(changed(2));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 27 <- \"1\""), StartsWith("CAB 36 <- \"9\"")));
+    EXPECT_EQ(transfer(), 3U);
+    EXPECT_EQ(app_.manager.activity().outputReports.size(), 1 + 28 + 27 + 28U);
+}
+
 /// The test gives the pedal's answers.
 class FileSetOfASilentPedal : public FileSet {
 protected:
