@@ -59,7 +59,7 @@ QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     const bool travels = index.row() == transferRow_;
-    const bool waits = !travels && waiting_.contains(index.row());
+    const bool waits = waiting_.contains(index.row());
     switch (role) {
         case Qt::DisplayRole:
             return rows_.at(index.row());

@@ -325,6 +325,22 @@ TEST_F(FileSetOfASilentPedal, leavesTheRowOfAFileThatIsGoneInTheMeantimeToTheNex
     EXPECT_EQ(app_.cabLabel(6), "33.BASS 4X10");
 }
 
+TEST_F(FileSetOfASilentPedal, tellsTheRowsThatBeginAndCeaseToWait) {
+    std::vector<int> told;
+    const QObject context;
+    QObject::connect(cab_.model(), &QAbstractItemModel::dataChanged, &context,
+                     [&](const QModelIndex& cell, const QModelIndex&, const QList<int>& roles) {
+                         if (roles.contains(Qt::AccessibleDescriptionRole) && cell.row() > 4) {
+                             told.push_back(cell.row());
+                         }
+                     });
+    begin();
+    EXPECT_THAT(told, ElementsAre(5, 6));
+    app_.services.choice.clear();
+    click(app_.controller.addIR());
+    EXPECT_THAT(told, ElementsAre(5, 6, 5, 6));
+}
+
 TEST_F(FileSetOfASilentPedal, isForgottenWhenAButtonOfAnImportIsPressed) {
     begin();
     app_.services.choice.clear();
