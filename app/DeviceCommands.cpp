@@ -56,7 +56,7 @@ void KelvoAppDelegate::receiveCabNames(FrameView frame) {
             name += static_cast<char>(byte & 0x7F);
         }
         // The name ends at its first NUL.
-        IRNameArr_.setName(slot, QString::fromLatin1(name.c_str()));
+        cab_.names.setName(slot, QString::fromLatin1(name.c_str()));
     }
 }
 
@@ -67,7 +67,7 @@ void KelvoAppDelegate::receiveAmpNames(FrameView frame) {
             name += ampCharacter(byte);
             NSLog(name.toStdString());
         }
-        AMPNameArr_.setName(slot, name);
+        amp_.names.setName(slot, name);
     }
 }
 
@@ -88,14 +88,14 @@ void KelvoAppDelegate::receivePresetPara(FrameView frame) {
 
 void KelvoAppDelegate::receiveIRAcknowledgement(FrameView frame) {
     const std::lock_guard lock(transferMutex_);
-    if (goesOn(kIRTransfer, frame[kDataOffset], transfer_.IRTick, transfer_.IRProgress, cabModel_)) {
+    if (goesOn(kIRTransfer, frame[kDataOffset], transfer_.IRTick, transfer_.IRProgress, cab_.model)) {
         sendIRData();
     }
 }
 
 void KelvoAppDelegate::receiveAMPAcknowledgement(FrameView frame) {
     const std::lock_guard lock(transferMutex_);
-    if (goesOn(kAMPTransfer, frame[kDataOffset], transfer_.AMPTick, transfer_.AMPProgress, ampModel_)) {
+    if (goesOn(kAMPTransfer, frame[kDataOffset], transfer_.AMPTick, transfer_.AMPProgress, amp_.model)) {
         sendAMPData();
     }
 }

@@ -4,17 +4,28 @@
 
 namespace kelvo {
 
-void ImportQueue::importNow(Table& table, int row, const QUrl& url) {
+void ImportQueue::importNow(Table& table, int row, const QList<QUrl>& files) {
     clear();
-    if (!table.import(row, url) || row < 0) {
-        return;
+    set_ = {.table = &table, .files = files};
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        set_.rows.append(row++);
     }
-    table.places.at(row) = {.file = url};
-    table.changed();
-    const std::pair place(&table, row);
-    std::erase(unplaced_, place);
-    unplaced_.push_back(place);
-    read();
+    importNextOfSet();
+}
+
+bool ImportQueue::importInto(Table& table, int row, const QUrl& url) {
+    if (!table.import(row, url)) {
+        return false;
+    }
+    if (row >= 0) {
+        table.places.at(row) = {.file = url};
+        table.changed();
+        const std::pair place(&table, row);
+        std::erase(unplaced_, place);
+        unplaced_.push_back(place);
+        read();
+    }
+    return true;
 }
 
 void ImportQueue::step(Table& table, int row, int direction) {
@@ -36,11 +47,19 @@ void ImportQueue::clear() {
     if (const auto walk = std::exchange(walk_, std::nullopt)) {
         walk->table->changed();
     }
+    set_.rows.clear();
+    set_.files.clear();
+    showSet();
 }
 
 void ImportQueue::takeOut(const Table& table, int row) {
     if (isWalkOf(table, row)) {
         clear();
+    }
+    if (const qsizetype place = set_.rows.indexOf(row); set_.table == &table && place >= 0) {
+        set_.rows.removeAt(place);
+        set_.files.removeAt(place);
+        showSet();
     }
 }
 
@@ -59,6 +78,7 @@ void ImportQueue::hasEnded(std::uint64_t transfer) {
     if (running_ == transfer) {
         running_.reset();
         importWanted();
+        importNextOfSet();
     }
 }
 
@@ -113,6 +133,25 @@ void ImportQueue::importWanted() {
         walk_->table->places.at(walk_->row) = place;
     }
     walk_->table->changed();
+}
+
+void ImportQueue::importNextOfSet() {
+    bool isTaken = false;
+    while (!isTaken && !set_.files.isEmpty()) {
+        isTaken = importInto(*set_.table, set_.rows.first(), set_.files.takeFirst());
+    }
+    if (isTaken) {
+        set_.rows.removeFirst();
+    }
+    // Where one was not taken, those behind it have moved up, and the last row is left over.
+    set_.rows.resize(set_.files.size());
+    showSet();
+}
+
+void ImportQueue::showSet() const {
+    if (set_.table != nullptr) {
+        set_.table->showWaiting(set_.rows);
+    }
 }
 
 }  // namespace kelvo

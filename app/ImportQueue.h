@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QUrl>
 #include <array>
 #include <cstdint>
@@ -15,8 +16,9 @@
 
 namespace kelvo {
 
-/// The file of each row with its neighbours in their folder, and the neighbour that waits to be imported until the
-/// running transfer has ended. An import that the user asks for himself waits for nothing, and clears what waits.
+/// The file of each row with its neighbours in their folder, and what waits to be imported until the running transfer
+/// has ended: a neighbour, or the rest of a set of files. An import that the user asks for himself, be it of a set,
+/// begins at once, whatever is running, and clears what waits.
 ///
 /// The running transfer is the one that began last. A pedal that never acknowledges the end of it lets all that waits
 /// wait, until an import by the user begins another.
@@ -30,6 +32,8 @@ public:
         bool (*isGood)(const QUrl& url);                       ///< whether an import would take it; any thread
         std::function<bool(int row, const QUrl& url)> import;  ///< at once; whether it took the file
         std::function<void()> changed = {};                    ///< where() says something else now
+        /// The rows that wait for a file of a set now, none of them at last.
+        std::function<void(const QList<int>& rows)> showWaiting = [](const QList<int>&) {};
         /// What was imported into each row. No file where nothing was imported; no neighbours where they are not known
         /// yet.
         std::array<FolderPlace, kTableRows> places = {};
@@ -40,8 +44,10 @@ public:
     ImportQueue& operator=(const ImportQueue&) = delete;
     ~ImportQueue() = default;
 
-    /// The user's import of a file that was chosen or dropped.
-    void importNow(Table& table, int row, const QUrl& url);
+    /// The user's import of files that were chosen or dropped, in their order, into this row and those below it, which
+    /// must be there. The second file begins when the transfer of the first has ended, and so on. A file that is not
+    /// taken leaves its row to the next one.
+    void importNow(Table& table, int row, const QList<QUrl>& files);
 
     /// The user wants the next (1) or the previous (-1) good file of its folder in the row; nothing without a file in
     /// it. Of several wishes during a transfer only the file where they lead is imported.
@@ -50,7 +56,7 @@ public:
     /// The user has asked for something else: nothing waits any more.
     void clear();
 
-    /// Nothing waits for this row any more.
+    /// Nothing waits for this row any more; what waits for others goes on.
     void takeOut(const Table& table, int row);
 
     /// From where the next step() for the row goes: the file that waits for it, or else the one that was imported.
@@ -68,6 +74,12 @@ private:
         std::vector<int> steps = {};             ///< that have not been looked up
         std::optional<FolderPlace> wanted = {};  ///< where those before them lead
     };
+    /// The files that wait, one for each of these rows.
+    struct Set {
+        Table* table = nullptr;
+        QList<int> rows = {};
+        QList<QUrl> files = {};
+    };
     /// The folder that is being read now, for the walk or just to know the neighbours.
     struct Reading {
         Table* table;
@@ -79,10 +91,15 @@ private:
     void read();
     void readFolder(const Reading& reading, const QUrl& start, std::vector<int> steps);
     void wasRead(const FolderPlace& place);
+    bool importInto(Table& table, int row, const QUrl& url);
     void importWanted();
+    void importNextOfSet();
+    void showSet() const;
 
     std::optional<std::uint64_t> running_;
+    // Of these two one waits at most.
     std::optional<Walk> walk_;
+    Set set_;
     std::vector<std::pair<Table*, int>> unplaced_;  // rows whose neighbours are to be looked up
     std::optional<Reading> reading_;
     // For news on its way to the main thread, which must not outlive this object.

@@ -24,11 +24,11 @@ NameBuffer terminatedName(const CharName& name) {
 }  // namespace
 
 void KelvoAppDelegate::importIrButtonClick() {
-    chooseFile(*ImportIRTableV_, kIRFileType, QStringLiteral("CAB %1"), kFirstCabNumber, cabImports_);
+    chooseFile(ImportIRTableV(), kIRFileType, QStringLiteral("CAB %1"), kFirstCabNumber, cab_.imports);
 }
 
 void KelvoAppDelegate::importAMPButtonClick() {
-    chooseFile(*ImportCabTableV_, kAmpFileType, QStringLiteral("AMP %1"), kFirstAmpNumber, ampImports_);
+    chooseFile(ImportCabTableV(), kAmpFileType, QStringLiteral("AMP %1"), kFirstAmpNumber, amp_.imports);
 }
 
 void KelvoAppDelegate::chooseFile(const SlotTableView& table, const QString& fileType, const QString& slot,
@@ -38,9 +38,9 @@ void KelvoAppDelegate::chooseFile(const SlotTableView& table, const QString& fil
         return QObject::tr("Choose a .%1 file for %2").arg(fileType, slot.arg(table.selectedRow() + firstNumber));
     };
     const OpenPanel panel{.fileType = fileType, .table = &table, .title = title};
-    services_.beginOpenPanel(*window_, panel, [this, &table, &imports](int response, const QUrl& url) {
+    services_.beginOpenPanel(window(), panel, [this, &table, &imports](int response, const QUrl& url) {
         if (response == kModalResponseOK) {
-            queue_.importNow(imports, table.selectedRow(), url);
+            queue_.importNow(imports, table.selectedRow(), {url});
         }
     });
 }
@@ -60,12 +60,12 @@ bool KelvoAppDelegate::importIR(int row, const QUrl& url) {
         transfer_.SendIRFileName = name;
         transfer_.isInportIR = true;
         transfer_.IRTick = 1;
-        begin(transfer_.IRProgress, cabModel_);
+        begin(transfer_.IRProgress, cab_.model);
         sendIRData();
     }
-    IRNameArr_.setName(row, QString::fromUtf8(name.data()));
+    cab_.names.setName(row, QString::fromUtf8(name.data()));
     services_.sleep(0);
-    cabModel_->reloadData();
+    cab_.model->reloadData();
     return true;
 }
 
@@ -80,12 +80,12 @@ bool KelvoAppDelegate::importAMP(int row, const QUrl& url) {
     transfer_.SendAMPFileName = name;
     transfer_.isInportAMP = true;
     transfer_.AMPTick = 1;
-    begin(transfer_.AMPProgress, ampModel_);
+    begin(transfer_.AMPProgress, amp_.model);
     sendAMPData();
     lock.unlock();
-    AMPNameArr_.setName(row, QString::fromUtf8(name.data()));
+    amp_.names.setName(row, QString::fromUtf8(name.data()));
     services_.sleep(0);
-    ampModel_->reloadData();
+    amp_.model->reloadData();
     return true;
 }
 

@@ -50,23 +50,25 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     : manager_(manager),
       services_(std::move(services)),
       interface_(std::make_unique<CloseActionWindow>()),
-      window_(interface_.get()),
-      cabImports_{kIRFileType, isIRFile, [this](int row, const QUrl& url) { return importIR(row, url); }},
-      ampImports_{kAmpFileType, isAmpFile, [this](int row, const QUrl& url) { return importAMP(row, url); }},
+      cab_{SlotBank(kFirstCabNumber),
+           {kIRFileType, isIRFile, [this](int row, const QUrl& url) { return importIR(row, url); }}},
+      amp_{SlotBank(kFirstAmpNumber),
+           {kAmpFileType, isAmpFile, [this](int row, const QUrl& url) { return importAMP(row, url); }}},
       loadWindow_(std::make_unique<LoadDataWindowController>()) {
     Ui::MainWindow outlets;
-    outlets.setupUi(window_);
-    addIR_ = outlets.addIR;
-    deleteIR_ = outlets.deleteIR;
-    addAMP_ = outlets.addAMP;
-    ImportIRTableV_ = outlets.ImportIRTableV;
-    ImportCabTableV_ = outlets.ImportCabTableV;
-    cabModel_ = attachTable(*ImportIRTableV_, kIRTransfer);
-    ampModel_ = attachTable(*ImportCabTableV_, kAMPTransfer);
+    setWindow(*interface_);
+    outlets.setupUi(interface_.get());
+    setAddIR(*outlets.addIR);
+    setDeleteIR(*outlets.deleteIR);
+    setAddAMP(*outlets.addAMP);
+    setImportIRTableV(*outlets.ImportIRTableV);
+    setImportCabTableV(*outlets.ImportCabTableV);
+    attachTable(ImportIRTableV(), cab_, kIRTransfer);
+    attachTable(ImportCabTableV(), amp_, kAMPTransfer);
     connectActions();
-    cabSteps_.emplace(*ImportIRTableV_, *addIR_, *outlets.previousIR, *outlets.nextIR, queue_, cabImports_);
-    ampSteps_.emplace(*ImportCabTableV_, *addAMP_, *outlets.previousAMP, *outlets.nextAMP, queue_, ampImports_);
-    window_->setEnabled(false);
+    cab_.steps.emplace(ImportIRTableV(), addIR(), *outlets.previousIR, *outlets.nextIR, queue_, cab_.imports);
+    amp_.steps.emplace(ImportCabTableV(), addAMP(), *outlets.previousAMP, *outlets.nextAMP, queue_, amp_.imports);
+    window().setEnabled(false);
 }
 
 KelvoAppDelegate::~KelvoAppDelegate() {
@@ -80,33 +82,30 @@ void KelvoAppDelegate::connectActions() {
     const auto connectAction = [this](QPushButton& button, const QString& icon, Symbol standIn, SlotTableView& table,
                                       std::initializer_list<Qt::Key> keys, void (KelvoAppDelegate::*act)()) {
         button.setIcon(QIcon::fromTheme(icon, symbolIcon(standIn)));
-        QObject::connect(&button, &QPushButton::clicked, window_, [this, act] { (this->*act)(); });
+        QObject::connect(&button, &QPushButton::clicked, &window(), [this, act] { (this->*act)(); });
         for (const Qt::Key key : keys) {
             table.setKeyAction(key, [this, act] { (this->*act)(); });
         }
     };
     const QString import = QStringLiteral("document-import");
-    connectAction(*addIR_, import, Symbol::Import, *ImportIRTableV_, {Qt::Key_Return, Qt::Key_Enter},
+    connectAction(addIR(), import, Symbol::Import, ImportIRTableV(), {Qt::Key_Return, Qt::Key_Enter},
                   &KelvoAppDelegate::importIrButtonClick);
-    connectAction(*addAMP_, import, Symbol::Import, *ImportCabTableV_, {Qt::Key_Return, Qt::Key_Enter},
+    connectAction(addAMP(), import, Symbol::Import, ImportCabTableV(), {Qt::Key_Return, Qt::Key_Enter},
                   &KelvoAppDelegate::importAMPButtonClick);
-    connectAction(*deleteIR_, QStringLiteral("edit-delete"), Symbol::Delete, *ImportIRTableV_, {Qt::Key_Delete},
+    connectAction(deleteIR(), QStringLiteral("edit-delete"), Symbol::Delete, ImportIRTableV(), {Qt::Key_Delete},
                   &KelvoAppDelegate::deleteCAB);
-    const auto takeDrops = [this](SlotTableView& table, ImportQueue::Table& imports) {
-        table.setDropAction(imports.fileType, imports.isGood, [this, &table, &imports](const QUrl& url) {
-            queue_.importNow(imports, table.selectedRow(), url);
-        });
-    };
-    takeDrops(*ImportIRTableV_, cabImports_);
-    takeDrops(*ImportCabTableV_, ampImports_);
 }
 
-std::shared_ptr<SlotTableModel> KelvoAppDelegate::attachTable(SlotTableView& table, const TransferKind& kind) {
-    auto model = std::make_shared<SlotTableModel>(*this, table.tag(), kind.namePhase);
-    table.setModel(model.get());
-    QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, window_,
+void KelvoAppDelegate::attachTable(SlotTableView& table, Slots& contents, const TransferKind& kind) {
+    ImportQueue::Table& imports = contents.imports;
+    contents.model = std::make_shared<SlotTableModel>(*this, table.tag(), kind.namePhase);
+    table.setModel(contents.model.get());
+    table.setDropAction(imports.fileType, imports.isGood, [this, &table, &imports](const QList<QUrl>& files) {
+        queue_.importNow(imports, table.selectedRow(), files);
+    });
+    imports.showWaiting = [&contents](const QList<int>& rows) { contents.model->showWaiting(rows); };
+    QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &window(),
                      [this, tag = table.tag()] { tableViewSelectionDidChange(tag); });
-    return model;
 }
 
 void KelvoAppDelegate::applicationDidFinishLaunching() {
@@ -124,19 +123,19 @@ void KelvoAppDelegate::applicationDidFinishLaunching() {
 }
 
 void KelvoAppDelegate::showMainWindow() {
-    window_->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+    window().setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                             Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
-    window_->setCloseAction([this] { exit(); });
+    window().setCloseAction([this] { exit(); });
     setNotice(QObject::tr("Looking for the KR310…"));
-    window_->adjustSize();
-    center(*window_);
+    window().adjustSize();
+    center(window());
     // The sleep that follows serves no events: without this the user would look at an empty frame.
-    showUntilPainted(*window_);
+    showUntilPainted(window());
 }
 
 void KelvoAppDelegate::setNotice(const QString& notice) {
-    ImportIRTableV_->setNotice(notice);
-    ImportCabTableV_->setNotice(notice);
+    ImportIRTableV().setNotice(notice);
+    ImportCabTableV().setNotice(notice);
 }
 
 void KelvoAppDelegate::loadFromDevice() {
@@ -152,11 +151,11 @@ void KelvoAppDelegate::loadFromDevice() {
     center(loadingWindow);
     runModalForWindow(loadingWindow);
     // The sleep that follows serves no events: without this the loading window would still stand there.
-    serveUntilActive(*window_);
+    serveUntilActive(window());
     services_.sleep(1);
     NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
-    cabModel_->reloadData();
-    ampModel_->reloadData();
+    cab_.model->reloadData();
+    amp_.model->reloadData();
     takeOrders();
 }
 
@@ -164,10 +163,10 @@ void KelvoAppDelegate::takeOrders() {
     setNotice({});
     // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones.
     QCoreApplication::processEvents();
-    window_->setEnabled(true);
-    ImportIRTableV_->selectRow(0);
-    ImportCabTableV_->selectRow(0);
-    ImportIRTableV_->setFocus();
+    window().setEnabled(true);
+    ImportIRTableV().selectRow(0);
+    ImportCabTableV().selectRow(0);
+    ImportIRTableV().setFocus();
 }
 
 QWidget& KelvoAppDelegate::openLoadWindow() {
@@ -203,7 +202,7 @@ void KelvoAppDelegate::showNoDeviceAlert(const QString& button) {
     const Alert alert{.messageText = QStringLiteral("No device connected. Please connected your KR310"),
                       .buttons = {button},
                       .style = AlertStyle::Critical};
-    services_.beginSheetModal(*window_, alert, [this](int) { exit(); });
+    services_.beginSheetModal(window(), alert, [this](int) { exit(); });
 }
 
 void KelvoAppDelegate::setLoadWindow(std::unique_ptr<LoadDataWindowController> loadWindow) {

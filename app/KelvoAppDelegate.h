@@ -4,7 +4,6 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <thread>
 
 #include "AppClassPoint.h"
@@ -12,18 +11,15 @@
 #include "CloseActionWindow.h"
 #include "HidManager.h"
 #include "ImportQueue.h"
-#include "SlotBank.h"
+#include "Outlets.h"
 #include "SlotTableModel.h"
-#include "StepButtons.h"
+#include "Slots.h"
 #include "TransferPackets.h"
 #include "TransferState.h"
-
-class QPushButton;
 
 namespace kelvo {
 
 class LoadDataWindowController;
-class SlotTableView;
 
 /// The number of the first CAB and of the first AMP row in the labels.
 inline constexpr int kFirstCabNumber = 27;
@@ -32,7 +28,7 @@ inline constexpr int kFirstAmpNumber = 56;
 /// The one controller: main window, slot tables, start-up, imports, deletion, and the answers of the device.
 ///
 /// Main thread, but for CMD_CallBack (receive thread) and exitApp (any).
-class KelvoAppDelegate final : public AppClass, public SlotTableDataSource {
+class KelvoAppDelegate final : public AppClass, public SlotTableDataSource, public Outlets {
 public:
     /// `manager` outlives the controller. Builds the windows; nothing is shown or started yet.
     KelvoAppDelegate(HidManager& manager, AppServices services);
@@ -63,40 +59,26 @@ public:
     /// Nothing: the selection is read when an action needs it.
     void tableViewSelectionDidChange(int) override {}
 
-    // Plain get and set. What is set of the interface must outlive the controller; nothing is connected to it.
-    CloseActionWindow& window() const { return *window_; }
-    void setWindow(CloseActionWindow& window) { window_ = &window; }
-    QPushButton& addIR() const { return *addIR_; }
-    void setAddIR(QPushButton& button) { addIR_ = &button; }
-    QPushButton& deleteIR() const { return *deleteIR_; }
-    void setDeleteIR(QPushButton& button) { deleteIR_ = &button; }
-    QPushButton& addAMP() const { return *addAMP_; }
-    void setAddAMP(QPushButton& button) { addAMP_ = &button; }
-    SlotTableView& ImportIRTableV() const { return *ImportIRTableV_; }
-    void setImportIRTableV(SlotTableView& table) { ImportIRTableV_ = &table; }
-    /// The AMP table, in spite of its name.
-    SlotTableView& ImportCabTableV() const { return *ImportCabTableV_; }
-    void setImportCabTableV(SlotTableView& table) { ImportCabTableV_ = &table; }
     const LoadDataWindowController& loadWindow() const { return *loadWindow_; }
     void setLoadWindow(std::unique_ptr<LoadDataWindowController> loadWindow);
 
-    // The same on any thread; the lists are copied as they are now.
+    // Plain get and set like the outlets, on any thread; the lists are copied as they are now.
     std::uint8_t PRESET_PARAValue() const { return PRESET_PARAValue_; }
     void setPRESET_PARAValue(std::uint8_t value) { PRESET_PARAValue_ = value; }
     std::uint8_t IRNameValue() const { return IRNameValue_; }
     void setIRNameValue(std::uint8_t value) { IRNameValue_ = value; }
     std::uint8_t AMPNameValue() const { return AMPNameValue_; }
     void setAMPNameValue(std::uint8_t value) { AMPNameValue_ = value; }
-    QStringList IRNameArr() const { return IRNameArr_.labels(); }
-    void setIRNameArr(const QStringList& labels) { IRNameArr_.setLabels(labels); }
-    QStringList AMPNameArr() const { return AMPNameArr_.labels(); }
-    void setAMPNameArr(const QStringList& labels) { AMPNameArr_.setLabels(labels); }
+    QStringList IRNameArr() const { return cab_.names.labels(); }
+    void setIRNameArr(const QStringList& labels) { cab_.names.setLabels(labels); }
+    QStringList AMPNameArr() const { return amp_.names.labels(); }
+    void setAMPNameArr(const QStringList& labels) { amp_.names.setLabels(labels); }
 
     /// A copy as it is now. Any thread.
     TransferState transferState() const;
 
 private:
-    std::shared_ptr<SlotTableModel> attachTable(SlotTableView& table, const TransferKind& kind);
+    void attachTable(SlotTableView& table, Slots& contents, const TransferKind& kind);
     void connectActions();
     void showMainWindow();
     void setNotice(const QString& notice);
@@ -136,29 +118,15 @@ private:
     mutable std::mutex transferMutex_;
     TransferState transfer_;
 
-    SlotBank IRNameArr_{kFirstCabNumber};
-    SlotBank AMPNameArr_{kFirstAmpNumber};
-
     std::atomic<std::uint8_t> PRESET_PARAValue_ = 0;
     std::atomic<std::uint8_t> IRNameValue_ = 0;  // nobody uses these two
     std::atomic<std::uint8_t> AMPNameValue_ = 0;
 
     std::unique_ptr<CloseActionWindow> interface_;
-    CloseActionWindow* window_;
-    QPushButton* addIR_ = nullptr;
-    QPushButton* deleteIR_ = nullptr;
-    QPushButton* addAMP_ = nullptr;
-    SlotTableView* ImportIRTableV_ = nullptr;
-    SlotTableView* ImportCabTableV_ = nullptr;
     ImportQueue queue_;
-    ImportQueue::Table cabImports_;
-    ImportQueue::Table ampImports_;
-    std::optional<StepButtons> cabSteps_;
-    std::optional<StepButtons> ampSteps_;
+    Slots cab_;
+    Slots amp_;
     std::uint64_t transfers_ = 0;  // begun so far
-    // Shared, so that news on its way to the main thread can tell whether the model is still there.
-    std::shared_ptr<SlotTableModel> cabModel_;
-    std::shared_ptr<SlotTableModel> ampModel_;
 
     // Guards the pointer against the receive thread, and the progress that came before there was a bar to show it.
     std::mutex loadWindowMutex_;

@@ -31,6 +31,15 @@ void SlotTableModel::showTransfer(int row, int acknowledged) {
     }
 }
 
+void SlotTableModel::showWaiting(const QList<int>& rows) {
+    const QList<int> before = std::exchange(waiting_, rows);
+    for (int row = 0; row < rowCount(); ++row) {
+        if (before.contains(row) != waiting_.contains(row)) {
+            tellTransfer(row);
+        }
+    }
+}
+
 void SlotTableModel::tellTransfer(int row) {
     if (const QModelIndex cell = index(row, 0); cell.isValid()) {
         emit dataChanged(cell, cell, {kTransferRole, Qt::AccessibleDescriptionRole});
@@ -50,15 +59,18 @@ QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     const bool travels = index.row() == transferRow_;
+    const bool waits = waiting_.contains(index.row());
     switch (role) {
         case Qt::DisplayRole:
             return rows_.at(index.row());
         case Qt::AccessibleTextRole:
             return spokenLabel(rows_.at(index.row()));
         case Qt::AccessibleDescriptionRole:
-            return travels ? QStringLiteral("%1 % sent").arg(100 * acknowledged_ / packets_) : QVariant();
+            return travels ? QStringLiteral("%1 % sent").arg(100 * acknowledged_ / packets_)
+                   : waits ? QStringLiteral("waiting")
+                           : QVariant();
         case kTransferRole:
-            return travels ? static_cast<double>(acknowledged_) / packets_ : QVariant();
+            return travels ? static_cast<double>(acknowledged_) / packets_ : waits ? 0.0 : QVariant();
         default:
             return {};
     }

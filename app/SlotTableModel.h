@@ -21,8 +21,9 @@ public:
 /// transfer into one of them, as far as the device has acknowledged it.
 class SlotTableModel : public QAbstractTableModel {
 public:
-    /// The share of a row's transfer that is acknowledged, a double from 0 to 1; no value without a transfer. The 1 is
-    /// there during one dataChanged only. A transfer that stops half-way keeps its share until the next one begins.
+    /// The share of a row's transfer that is acknowledged, a double from 0 to 1, or 0 where a row waits for its
+    /// transfer; no value without one. The 1 is there during one dataChanged only. A transfer that stops half-way keeps
+    /// its share until the next one begins.
     static constexpr int kTransferRole = Qt::UserRole;
 
     /// `packets` make one transfer.
@@ -34,6 +35,9 @@ public:
     /// So many packets of the transfer into `row` are acknowledged; with 0 it begins, and ends any other. What comes
     /// out of turn, or for another row than it began with, is no progress: the slot will not hold that file.
     void showTransfer(int row, int acknowledged);
+
+    /// The rows that wait for their transfers now.
+    void showWaiting(const QList<int>& rows);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -48,6 +52,7 @@ private:
     int tag_;
     int packets_;
     QStringList rows_;
+    QList<int> waiting_;
     int transferRow_ = -1;
     int acknowledged_ = 0;
 };

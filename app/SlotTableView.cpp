@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "ChosenFile.h"
+#include "FolderWalk.h"
 #include "SlotDelegate.h"
 #include "SlotTableModel.h"
 
@@ -85,7 +86,7 @@ void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& actio
 }
 
 void SlotTableView::setDropAction(const QString& fileType, std::function<bool(const QUrl&)> isGood,
-                                  std::function<void(const QUrl&)> action) {
+                                  std::function<void(const QList<QUrl>&)> action) {
     dropFileType_ = fileType;
     isGoodDrop_ = std::move(isGood);
     dropAction_ = std::move(action);
@@ -150,18 +151,35 @@ QItemSelectionModel::SelectionFlags SlotTableView::selectionCommand(const QModel
                            : QItemSelectionModel::NoUpdate;
 }
 
-QUrl SlotTableView::welcomeFile(const QDropEvent& event) const {
-    const QList<QUrl> urls = event.mimeData()->urls();
-    const QUrl file = urls.size() == 1 ? asChosen(urls.first()) : QUrl();
-    return hasFileType(file, dropFileType_) && isGoodDrop_(file) ? file : QUrl();
+QList<QUrl> SlotTableView::welcomeFiles(const QDropEvent& event) const {
+    QStringList paths;
+    for (const QUrl& url : event.mimeData()->urls()) {
+        if (const QUrl file = asChosen(url); hasFileType(file, dropFileType_)) {
+            paths.append(file.toLocalFile());
+        }
+    }
+    paths.removeDuplicates();
+    sortNaturally(paths);
+    QList<QUrl> files;
+    for (const QString& path : paths) {
+        const QUrl file = QUrl::fromLocalFile(path);
+        if (files.size() < model()->rowCount() && isGoodDrop_(file)) {
+            files.append(file);
+        }
+    }
+    return files;
 }
 
 bool SlotTableView::isWelcome() const {
-    return !dropFile_.isEmpty() && QApplication::activeModalWidget() == nullptr;
+    return !dropFiles_.isEmpty() && QApplication::activeModalWidget() == nullptr;
+}
+
+QList<QUrl> SlotTableView::filesFrom(int row) const {
+    return dropFiles_.mid(0, model()->rowCount() - row);
 }
 
 void SlotTableView::dragEnterEvent(QDragEnterEvent* event) {
-    dropFile_ = welcomeFile(*event);
+    dropFiles_ = welcomeFiles(*event);
     event->setAccepted(isWelcome());
 }
 
@@ -184,12 +202,12 @@ void SlotTableView::dropEvent(QDropEvent* event) {
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    // Queued, so that the program that the file comes from does not wait until it has been read.
+    // Queued, so that the program that the files come from does not wait until the first has been read.
     QMetaObject::invokeMethod(
         this,
-        [this, row, url = dropFile_] {
+        [this, row, files = filesFrom(row)] {
             selectRow(row);
-            dropAction_(url);
+            dropAction_(files);
         },
         Qt::QueuedConnection);
 }
@@ -210,7 +228,8 @@ void SlotTableView::paintEvent(QPaintEvent* event) {
     if (dropRow_ >= 0) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), kRowMarkWidth));
         const int inset = kRowMarkWidth / 2;
-        painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rowHeight(dropRow_))
+        const auto rows = static_cast<int>(filesFrom(dropRow_).size());
+        painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rows * rowHeight(dropRow_))
                              .adjusted(inset, inset, -inset - 1, -inset - 1));
     }
 }

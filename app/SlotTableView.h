@@ -24,11 +24,13 @@ public:
     /// Runs when the user presses `key` here.
     void setKeyAction(Qt::Key key, const std::function<void()>& action);
 
-    /// Runs after a local file of this type that `isGood` takes has been dropped on a row and the row has been
-    /// selected; anything else is no drop, and nothing is while a modal window is open. `isGood` is asked when a drag
-    /// comes over the table, not for its moves there.
+    /// Runs after local files of this type that `isGood` takes have been dropped on a row and the row has been
+    /// selected: with them in natural order, those that would not fit into this row and the ones below left out. What
+    /// else is among them is passed over, a folder too; nothing but that is no drop, and nothing is one while a modal
+    /// window is open. `isGood` is asked when a drag comes over the table, not for its moves there, once for each file,
+    /// and for no more of them than fill the table.
     void setDropAction(const QString& fileType, std::function<bool(const QUrl&)> isGood,
-                       std::function<void(const QUrl&)> action);
+                       std::function<void(const QList<QUrl>&)> action);
 
     /// What is being waited for, drawn subdued in the middle of the rows while there are no labels; empty for nothing.
     void setNotice(const QString& notice);
@@ -52,8 +54,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QUrl welcomeFile(const QDropEvent& event) const;
+    QList<QUrl> welcomeFiles(const QDropEvent& event) const;
     bool isWelcome() const;
+    QList<QUrl> filesFrom(int row) const;
     void markDropRow(int row);
     void fadeLine(int row);
     void fitRowsToFont();
@@ -62,10 +65,10 @@ private:
     QVariantAnimation fading_{this};
     QString dropFileType_;
     std::function<bool(const QUrl&)> isGoodDrop_;
-    std::function<void(const QUrl&)> dropAction_;
-    QUrl dropFile_;  // that is being dragged here and is welcome
+    std::function<void(const QList<QUrl>&)> dropAction_;
+    QList<QUrl> dropFiles_;  // that are being dragged here and are welcome
     QString notice_;
-    int dropRow_ = -1;  // under a file that is being dragged
+    int dropRow_ = -1;  // under the files that are being dragged
 };
 
 }  // namespace kelvo

@@ -31,9 +31,9 @@ void KelvoAppDelegate::deleteCAB() {
     const Alert alert{.messageText = QStringLiteral("Do you confirm deletion?"),
                       .buttons = {QStringLiteral("delete"), QStringLiteral("cancel")},
                       .style = AlertStyle::Warning,
-                      .informativeText = spokenLabel(IRNameArr().value(ImportIRTableV_->selectedRow())),
-                      .subject = ImportIRTableV_};
-    services_.beginSheetModal(*window_, alert, [this](int response) {
+                      .informativeText = spokenLabel(IRNameArr().value(ImportIRTableV().selectedRow())),
+                      .subject = &ImportIRTableV()};
+    services_.beginSheetModal(window(), alert, [this](int response) {
         if (response == kAlertFirstButtonReturn) {
             sendDeletion();
         } else if (response == kAlertSecondButtonReturn) {
@@ -45,13 +45,13 @@ void KelvoAppDelegate::deleteCAB() {
 void KelvoAppDelegate::sendDeletion() {
     // Bytes behind the slot are never written, so they stay zero.
     static PacketBuffer bbb{};
-    const int row = ImportIRTableV_->selectedRow();
+    const int row = ImportIRTableV().selectedRow();
     layOutHeader(bbb, CMD_DELETE_CAB);
     bbb[kDataOffset] = static_cast<std::uint8_t>(row & 0xFF);
     SendUartCmd(bbb.data());
-    queue_.takeOut(cabImports_, row);
-    IRNameArr_.setEmpty(row);
-    cabModel_->reloadData();
+    queue_.takeOut(cab_.imports, row);
+    cab_.names.setEmpty(row);
+    cab_.model->reloadData();
 }
 
 }  // namespace kelvo

@@ -13,6 +13,7 @@
 #include <iterator>
 #include <utility>
 
+#include "FileDrag.h"
 #include "KelvoAppDelegate.h"
 #include "LoadDataWindowController.h"
 #include "MemoryLines.h"
@@ -25,6 +26,7 @@ namespace {
 constexpr int kImportedCabRow = 0;
 constexpr int kImportedAmpRow = 1;
 constexpr int kDeletedCabRow = 3;
+constexpr int kSetRow = 5;
 
 using Steps = std::vector<StepDriver::Step>;
 
@@ -50,6 +52,7 @@ Tour::Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const Virtu
 Steps Tour::steps() {
     Steps steps{loadingAt(0), loadingAt(30), loadingAt(60), loadingAt(90)};
     append(steps, importSteps());
+    append(steps, setSteps());
     append(steps, deleteSteps());
     append(steps, unplugSteps());
     return steps;
@@ -96,11 +99,25 @@ Steps Tour::importSteps() {
     };
 }
 
-Steps Tour::deleteSteps() {
+Steps Tour::setSteps() {
     return {
         {"finished AMP import", [this] { return visibleFileDialog() == nullptr && changed("AMP 57 <-"); },
          [this] {
              takePicture(QStringLiteral("amp-imported"));
+             FileDrag drag(controller_.ImportIRTableV(), places_.set);
+             drag.enter(kSetRow);
+             drag.moveTo(kSetRow);
+             takePicture(QStringLiteral("set-over-the-table"));
+             drag.drop(kSetRow);
+         }},
+    };
+}
+
+Steps Tour::deleteSteps() {
+    return {
+        {"finished set", [this] { return changed("CAB 35 <-"); },
+         [this] {
+             takePicture(QStringLiteral("set-imported"));
              clickRow(controller_.ImportIRTableV(), kDeletedCabRow);
              click(controller_.deleteIR());
          }},

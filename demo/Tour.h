@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QUrl>
 #include <functional>
 #include <vector>
 
@@ -19,6 +21,7 @@ public:
         QString pictures;  ///< An existing directory for the pictures and the transcript.
         QString wave;      ///< The files to import.
         QString amp;
+        QList<QUrl> set;  ///< Waves, to drop together.
     };
     /// Called at each picture with its name, while the windows are as the picture shows them. May serve events.
     using AtPicture = std::function<void(const QString& name)>;
@@ -32,6 +35,7 @@ public:
 private:
     StepDriver::Step loadingAt(int percent);
     std::vector<StepDriver::Step> importSteps();
+    std::vector<StepDriver::Step> setSteps();
     std::vector<StepDriver::Step> deleteSteps();
     std::vector<StepDriver::Step> unplugSteps();
     bool changed(const std::string& beginning) const;

@@ -58,12 +58,12 @@ int main(int argc, char** argv) {
     const kelvo::ProgramText text{
         .name = QStringLiteral("kelvo-tour"),
         .synopsis = QStringLiteral("[OPTION]... PICTURES-FOLDER SAMPLES-FOLDER [hold]"),
-        .help =
-            QStringLiteral("Drives Kelvo on a virtual KR310 through an import into a CAB slot, that of the next file\n"
-                           "in the folder, one into an AMP slot, a deletion and an unplug, and writes a picture of "
-                           "each step and what the pedal holds at the end.\n"
-                           "With \"hold\" it prints each picture's name and waits for a line on standard input.\n\n") +
-            kelvo::optionsHelp(),
+        .help = QStringLiteral(
+                    "Drives Kelvo on a virtual KR310 through an import into a CAB slot, that of the next file\n"
+                    "in the folder, one into an AMP slot, a drop of four files, a deletion and an unplug, and writes "
+                    "a picture of each step and what the pedal holds at the end.\n"
+                    "With \"hold\" it prints each picture's name and waits for a line on standard input.\n\n") +
+                kelvo::optionsHelp(),
     };
     if (const auto status = answer(arguments.request(), text)) {
         return *status;
@@ -73,10 +73,14 @@ int main(int argc, char** argv) {
     if (words.size() != (hold ? 3 : 2)) {
         return *answer({.mistake = QStringLiteral("Two folders are wanted, and then \"hold\" or nothing.")}, text);
     }
+    const auto inSamples = [folder = QDir(words[1])](const char* name) {
+        return QUrl::fromLocalFile(folder.absoluteFilePath(QLatin1String(name)));
+    };
     kelvo::Tour::Places places{
         .pictures = QDir(words[0]).absolutePath(),
         .wave = QDir(words[1]).absoluteFilePath(QStringLiteral("Bright.wav")),
         .amp = QDir(words[1]).absoluteFilePath(QStringLiteral("Lead.amp")),
+        .set = {inSamples("Wide.wav"), inSamples("Room.wav"), inSamples("Dusty.wav"), inSamples("Open Back.wav")},
     };
     if (const QString trouble = troubleWith(places); !trouble.isEmpty()) {
         complain(text, trouble);

@@ -33,6 +33,7 @@ const UsbConsole::Command UsbConsole::kCommands[] = {
     {"stall", "", "the pedal refuses every output report", &UsbConsole::stall},
     {"go", "", "undoes hang and stall", &UsbConsole::go},
     {"memory", "", "lists what the pedal holds", &UsbConsole::listMemory},
+    {"reports", "", "prints each output report from now on, in hexadecimal", &UsbConsole::printReports},
     {"fault", "NAME[=N]", "switches a fault on", &UsbConsole::setFault},
     {"faults", "", "lists the faults", &UsbConsole::listFaults},
     {"sound", "", "switches all faults off", &UsbConsole::clearFaults},
@@ -96,6 +97,18 @@ void UsbConsole::go(std::string_view) {
 void UsbConsole::listMemory(std::string_view) {
     std::ranges::for_each(memoryLines(pedal_.memory()), sink_);
     sink_(kListed);
+}
+
+void UsbConsole::printReports(std::string_view) {
+    device_.setReportSink([this](std::span<const std::uint8_t> report) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        std::string line = "report ";
+        for (const std::uint8_t byte : report) {
+            line += {digits[byte >> 4], digits[byte & 0xF]};
+        }
+        sink_(line);
+    });
+    sink_("reporting");
 }
 
 void UsbConsole::setFault(std::string_view text) {

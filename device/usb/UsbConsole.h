@@ -17,12 +17,11 @@ namespace kelvo {
 ///     stall           stalling           the pedal refuses every output report with a stall
 ///     go              going              undoes both
 ///     memory          20 lines, listed   one line for each slot
-///     fault NAME[=N]  fault NAME[=N]     switches a fault on; those of a sound pedal stay on
-///     faults          names, listed      the faults there are
-///     sound           sound              switches all faults off
-///     pace MS         pace MS            milliseconds from one progress value of the start-up to the next; 10 at first
-///     help            commands, listed   the commands there are
-///     quit            (none)             unplugs and ends
+///     reports         reporting          from now on each output report is a line: "report" and its bytes in
+///     hexadecimal fault NAME[=N]  fault NAME[=N]     switches a fault on; those of a sound pedal stay on faults names,
+///     listed      the faults there are sound           sound              switches all faults off pace MS         pace
+///     MS            milliseconds from one progress value of the start-up to the next; 10 at first help commands,
+///     listed   the commands there are quit            (none)             unplugs and ends
 ///
 /// Everything else, and what cannot be done, is answered by one line that begins with "error: ". A plugged pedal is not
 /// plugged again, nor an unplugged one unplugged; the answer is the same.
@@ -48,6 +47,7 @@ private:
     void stall(std::string_view);
     void go(std::string_view);
     void listMemory(std::string_view);
+    void printReports(std::string_view);
     void setFault(std::string_view text);
     void listFaults(std::string_view);
     void clearFaults(std::string_view);

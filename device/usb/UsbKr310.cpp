@@ -88,6 +88,7 @@ void UsbKr310::takeReport(const UsbRequest& request, Clock::time_point now) {
     if (outputReports_ == faults.noAnswerAtReport) {
         return waitingOut_.push_back(request);
     }
+    reportSink_(request.data);
     for (InputReport& report : pedal_.receive(request.data).reports) {
         reports_.emplace(now + report.due, std::move(report.bytes));
     }

@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "UsbIp.h"
@@ -38,6 +40,11 @@ public:
     /// A change also settles the output reports that hang: they are taken, or they stall.
     void setOutput(Output output, Clock::time_point now);
 
+    /// Gets every output report from now on that goes to the pedal.
+    void setReportSink(std::function<void(std::span<const std::uint8_t> report)> sink) {
+        reportSink_ = std::move(sink);
+    }
+
     /// Answers waiting IN requests with the input reports that are due.
     void deliverDue(Clock::time_point now);
 
@@ -61,6 +68,7 @@ private:
     UsbIpReader reader_;
     Output output_ = Output::kTake;
     std::uint32_t outputReports_ = 0;
+    std::function<void(std::span<const std::uint8_t>)> reportSink_ = [](const auto&) {};
     bool wantsUnplug_ = false;
     /// Requests without an answer so far, in the order in which they came.
     std::vector<UsbRequest> waitingIn_;

@@ -50,7 +50,7 @@ protected:
 };
 
 TEST_F(Queue, countsKeysThatComeWhileTheFolderIsRead) {
-    queue_->importNow(table_, 3, url("1.wav"));
+    queue_->importNow(table_, 3, {url("1.wav")});
     queue_->step(table_, 3, 1);
     queue_->step(table_, 3, 1);
     queue_->step(table_, 3, 1);
@@ -64,9 +64,9 @@ TEST_F(Queue, countsKeysThatComeWhileTheFolderIsRead) {
 }
 
 TEST_F(Queue, forgetsAWalkWhoseFolderIsStillReadWhenTheUserImports) {
-    queue_->importNow(table_, 3, url("1.wav"));
+    queue_->importNow(table_, 3, {url("1.wav")});
     queue_->step(table_, 3, 1);
-    queue_->importNow(table_, 4, url("3.wav"));
+    queue_->importNow(table_, 4, {url("3.wav")});
     letDiskAnswer();
     ASSERT_TRUE(serveUntil([&] { return queue_->where(table_, 4).isRead && queue_->where(table_, 3).isRead; }));
     EXPECT_THAT(imports_, ElementsAre(std::pair(3, "1.wav"), std::pair(4, "3.wav")));
@@ -75,7 +75,7 @@ TEST_F(Queue, forgetsAWalkWhoseFolderIsStillReadWhenTheUserImports) {
 
 TEST_F(Queue, keepsTheRowsFileWhereTheImportOfItsNeighbourFails) {
     letDiskAnswer();
-    queue_->importNow(table_, 0, url("1.wav"));
+    queue_->importNow(table_, 0, {url("1.wav")});
     takesFiles_ = false;
     queue_->step(table_, 0, 1);
     ASSERT_TRUE(serveUntil([&] { return imports_.size() == 2; }));
@@ -83,7 +83,7 @@ TEST_F(Queue, keepsTheRowsFileWhereTheImportOfItsNeighbourFails) {
 }
 
 TEST_F(Queue, ofWhichNothingIsLeftIsToldNothing) {
-    queue_->importNow(table_, 0, url("1.wav"));
+    queue_->importNow(table_, 0, {url("1.wav")});
     queue_->step(table_, 0, 1);
     EXPECT_GT(changes_, 0);
     changes_ = 0;
@@ -95,7 +95,7 @@ TEST_F(Queue, ofWhichNothingIsLeftIsToldNothing) {
 }
 
 TEST_F(Queue, isNotDisturbedByATransferOfNoRow) {
-    queue_->importNow(table_, -1, url("1.wav"));
+    queue_->importNow(table_, -1, {url("1.wav")});
     queue_->step(table_, -1, 1);
     EXPECT_THAT(imports_, ElementsAre(std::pair(-1, "1.wav")));
     EXPECT_TRUE(queue_->where(table_, -1).file.isEmpty());

@@ -5,14 +5,9 @@
 #include <unistd.h>
 
 #include <QElapsedTimer>
-#include <QPushButton>
-#include <QTest>
-#include <array>
 
-#include "AppHarness.h"
 #include "Driver.h"
-#include "SampleFiles.h"
-#include "SlotTableView.h"
+#include "FileImports.h"
 
 namespace kelvo::test {
 namespace {
@@ -22,50 +17,19 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class NextFile : public testing::Test {
+class NextFile : public FileImports {
 protected:
-    explicit NextFile(const Faults& faults = {}) {
-        app_.start();
-        app_.pedal.setFaults(faults);
-        activate();
-        cab_.setFocus();
-    }
+    using FileImports::FileImports;
 
-    void activate() {
-        QWidget& window = app_.controller.window();
-        window.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
-    QString wave(const QString& name, std::uint8_t first = 1) const {
-        return files_.write(name, WaveFile{.data = {0, first, 0, 2}}.bytes());
-    }
-    QPushButton& button(const char* name) const {
-        return *app_.controller.window().findChild<QPushButton*>(QLatin1String(name));
-    }
     /// The import of a file that is there already, until the pedal holds it and the neighbours are known.
     void importFirst(int row, const QString& path) {
         app_.importIR(row, path);
-        ASSERT_TRUE(serveUntil([&] { return hasChanges(1) && isIdle() && knowsNeighbours(); }));
+        ASSERT_TRUE(changed(1));
+        ASSERT_TRUE(serveUntil([&] { return isIdle() && knowsNeighbours(); }));
     }
-    bool hasChanges(std::size_t n) const { return app_.manager.activity().changes.size() >= n; }
-    bool isIdle() const { return app_.controller.transferState().IRProgress.acknowledged == 4; }
     bool knowsNeighbours() const {
         return !button("nextIR").toolTip().startsWith("Import the next") && button("nextIR").isEnabled();
     }
-    void press(Qt::Key key, int times = 1) {
-        cab_.setFocus();
-        for (int i = 0; i < times; ++i) {
-            QTest::keyClick(&cab_, key, Qt::ControlModifier);
-        }
-    }
-    bool holds(int row, const std::string& name) const {
-        return serveUntil([&] { return app_.pedal.memory().cab[static_cast<std::size_t>(row)].name == name; });
-    }
-
-    SampleDir files_;
-    RunningApp app_;
-    SlotTableView& cab_ = app_.controller.ImportIRTableV();
-    SlotTableView& amp_ = app_.controller.ImportCabTableV();
 };
 
 TEST_F(NextFile, comesByCtrlDownAndTheOneBeforeByCtrlUpIntoTheSameRow) {
@@ -130,7 +94,7 @@ TEST_F(NextFile, ofAnAmpIsTheNextModel) {
     files_.write("b.amp", ampFile(two));
     files_.write("aa.wav", FileBytes(9, 1));
     app_.importAMP(3, files_.write("a.amp", ampFile(one)));
-    ASSERT_TRUE(serveUntil([&] { return hasChanges(1); }));
+    ASSERT_TRUE(changed(1));
     amp_.setFocus();
     QTest::keyClick(&amp_, Qt::Key_Down, Qt::ControlModifier);
     EXPECT_TRUE(serveUntil([&] { return app_.pedal.memory().amp[3].name == "b"; }));
@@ -189,7 +153,8 @@ TEST_F(NextFile, isRememberedForEachRow) {
     const SampleDir other;
     other.write("2.wav", WaveFile{.data = {0, 1}}.bytes());
     app_.importIR(5, other.write("1.wav", WaveFile{.data = {0, 1}}.bytes()));
-    ASSERT_TRUE(serveUntil([&] { return hasChanges(2) && isIdle(); }));
+    ASSERT_TRUE(changed(2));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
     clickRow(cab_, 0);
     wave("b.wav");
     press(Qt::Key_Down);
@@ -221,7 +186,8 @@ TEST_F(NextFile, fiftyTimesThroughAFolderOfWhichThreeAreRefusedPassesOverThem) {
     importFirst(6, files_.path("IR 1.wav"));
     for (std::size_t i = 2; i <= 48; ++i) {
         press(Qt::Key_Down);
-        ASSERT_TRUE(serveUntil([&] { return hasChanges(i) && isIdle(); })) << i;
+        ASSERT_TRUE(changed(i)) << i;
+        ASSERT_TRUE(serveUntil([&] { return isIdle(); })) << i;
     }
     press(Qt::Key_Down, 3);
     EXPECT_TRUE(serveUntil([&] { return button("nextIR").toolTip().startsWith("There is no next"); }));
@@ -244,18 +210,10 @@ protected:
         app_.importIR(row, files_.path(name));
         ASSERT_TRUE(serveUntil([&] { return knowsNeighbours(); }));
     }
-    void acknowledge(std::initializer_list<std::uint8_t> phases, std::uint8_t command = 0xE1) {
-        for (const std::uint8_t phase : phases) {
-            app_.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, command, phase});
-        }
-        QCoreApplication::processEvents();
-    }
     /// Whether the tooltip of the next button names that file, when the folder has been read.
     bool willBring(const QString& name) const {
         return serveUntil([&] { return button("nextIR").toolTip() == "Import " + name + " (Ctrl+Down)"; });
     }
-    std::string sending() const { return app_.controller.transferState().SendIRFileName.data(); }
-    std::uint64_t transfer() const { return app_.controller.transferState().IRProgress.number; }
 };
 
 TEST_F(NextFileOfASilentPedal, waitsForTheEndOfTheRunningTransferAndTheLatestWins) {

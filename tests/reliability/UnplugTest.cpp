@@ -1,9 +1,14 @@
-// The cable is pulled at every output report, and before every acknowledgement, of both transfers and of a deletion.
-// The alert comes, its button ends the process with status 0, and no slot is written that was not asked for.
+// The cable is pulled at every output report, and before every acknowledgement, of both transfers, of sets of files and
+// of a deletion; and at every output report of a transfer for whose end another file waits. The alert comes, its button
+// ends the process with status 0, and no slot is written that was not asked for.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QPushButton>
+
+#include "Driver.h"
+#include "FileDrag.h"
 #include "RVHidClass.h"
 #include "ReliabilityApp.h"
 #include "SlotTableView.h"
@@ -27,31 +32,51 @@ void expectTheEnd(RunningApp& app) {
 
 struct Action {
     const char* name;
-    std::uint32_t reports;
+    std::uint32_t reports;  // for one slot
     std::uint8_t acknowledgements;
-    const char* slot;
+    std::vector<std::string> written;  // one after the other
     void (*act)(RunningApp& app, const SampleDir& files);
 };
 
 const Action kActions[] = {
-    {"IRImport", 28, 4, "CAB 30",
+    {"IRImport",
+     28,
+     4,
+     {"CAB 30"},
      [](RunningApp& app, const SampleDir& files) { app.importIR(3, files.write("a.wav", waveOf(0x123456))); }},
-    {"AmpImport", 37, 5, "AMP 60",
+    {"AmpImport",
+     37,
+     5,
+     {"AMP 60"},
      [](RunningApp& app, const SampleDir& files) { app.importAMP(4, files.write("a.amp", ampOf(0x12345678))); }},
-    {"Deletion", 9, 0, "CAB 27",
+    {"Deletion",
+     9,
+     0,
+     {"CAB 27"},
      [](RunningApp& app, const SampleDir&) {
          app.controller.ImportIRTableV().selectRow(0);
          app.controller.deleteCAB();
          app.services.alerts.back().answer(kAlertFirstButtonReturn);
          app.services.alerts.clear();
      }},
+    {"SetOfWaves",
+     28,
+     4,
+     {"CAB 34", "CAB 35", "CAB 36"},
+     [](RunningApp& app, const SampleDir& files) {
+         drop(app.controller.ImportIRTableV(), 7,
+              {QUrl::fromLocalFile(files.write("a.wav", waveOf(0x123456))),
+               QUrl::fromLocalFile(files.write("b.wav", waveOf(0x234567))),
+               QUrl::fromLocalFile(files.write("c.wav", waveOf(0x345678)))});
+     }},
 };
 
 class Unplugged : public testing::TestWithParam<Action> {};
 
-TEST_P(Unplugged, atEachOutputReport_bringsTheAlertAndWritesNothing) {
+TEST_P(Unplugged, atEachOutputReport_bringsTheAlertAndWritesWhatWasCompleteBefore) {
     const SampleDir files;
-    for (std::uint32_t k = 1; k <= GetParam().reports; ++k) {
+    const auto& written = GetParam().written;
+    for (std::uint32_t k = 1; k <= GetParam().reports * written.size(); ++k) {
         RunningApp app;
         startQuickly(app);
         Faults faults;
@@ -60,7 +85,8 @@ TEST_P(Unplugged, atEachOutputReport_bringsTheAlertAndWritesNothing) {
         GetParam().act(app, files);
         expectTheEnd(app);
         EXPECT_EQ(triedReports(app), 1 + k);
-        EXPECT_THAT(changedSlots(app.pedal), IsEmpty()) << k;
+        const auto complete = static_cast<std::ptrdiff_t>((k - 1) / GetParam().reports);
+        EXPECT_EQ(changedSlots(app.pedal), std::vector(written.begin(), written.begin() + complete)) << k;
     }
 }
 
@@ -79,13 +105,37 @@ TEST_P(Unplugged, beforeEachAcknowledgement_bringsTheAlertAndWritesTheAskedSlotA
         app.manager.unplug();
         expectTheEnd(app);
         const bool complete = phase == GetParam().acknowledgements;
-        EXPECT_EQ(changedSlots(app.pedal),
-                  complete ? std::vector<std::string>{GetParam().slot} : std::vector<std::string>{});
+        EXPECT_EQ(changedSlots(app.pedal), complete ? std::vector{GetParam().written[0]} : std::vector<std::string>{});
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(During, Unplugged, testing::ValuesIn(kActions),
                          [](const auto& action) { return std::string(action.param.name); });
+
+TEST(UnpluggedWhileAFileWaits, atEachOutputReport_bringsTheAlertAndSendsNothingMore) {
+    const SampleDir files;
+    const QString first = files.write("a.wav", waveOf(0x123456));
+    files.write("b.wav", waveOf(0x234567));
+    files.write("c.wav", waveOf(0x345678));
+    for (std::uint32_t k = 1; k <= 28; ++k) {
+        RunningApp app;
+        startQuickly(app);
+        // The test gives the acknowledgements, so that the next file waits for certain.
+        app.pedal.setFaults({.silentFromPhase = 1, .unplugAtReport = triedReports(app) + k});
+        app.importIR(3, first);
+        auto& next = *app.controller.window().findChild<QPushButton*>(QStringLiteral("nextIR"));
+        click(next);
+        ASSERT_TRUE(serveUntil([&] { return next.toolTip() == "Import c.wav (Ctrl+Down)"; }));
+        // Nine reports for each packet of data: all packets before the one that is not complete are acknowledged.
+        for (std::uint8_t phase = 1; phase <= (k - 1) / 9; ++phase) {
+            app.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, 0xE1, phase});
+        }
+        expectTheEnd(app);
+        EXPECT_EQ(triedReports(app), 1 + k);
+        EXPECT_EQ(app.cabLabel(3), "30.A");
+        EXPECT_THAT(changedSlots(app.pedal), IsEmpty()) << k;
+    }
+}
 
 }  // namespace
 }  // namespace kelvo::test

@@ -135,6 +135,21 @@ TEST_F(RunningLoop, listsTheMemoryWithNamesAndChecksums) {
                             "AMP 64 \"\" crc32 f1e8ba9e", "AMP 65 \"\" crc32 f1e8ba9e", "listed"));
 }
 
+TEST_F(RunningLoop, tellsEachOutputReportOnceItIsAskedTo) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(outRequest(kOne, Bytes(64, 0x11)));
+    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
+    EXPECT_THAT(asked("reports"), ElementsAre("reporting"));
+    sendToDevice(outRequest(kOne, Bytes(64, 0xA5)));
+    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
+    std::string line = "report ";
+    for (int i = 0; i < 64; ++i) {
+        line += "a5";
+    }
+    EXPECT_THAT(asked("memory", 22),
+                testing::AllOf(testing::Contains(line), testing::Not(testing::Contains("report 11"))));
+}
+
 TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
     EXPECT_THAT(asked("fault split=5"), ElementsAre("fault split=5"));
     EXPECT_THAT(asked("fault merge"), ElementsAre("fault merge"));
@@ -156,12 +171,12 @@ TEST_F(RunningLoop, listsTheFaultsWithTheirNumbers) {
 }
 
 TEST_F(RunningLoop, listsItsCommandsWhenAskedForHelp) {
-    const auto list = asked("help", 13);
-    ASSERT_EQ(list.size(), 13U);
+    const auto list = asked("help", 14);
+    ASSERT_EQ(list.size(), 14U);
     EXPECT_EQ(list[0], "plug: plugs the pedal in, freshly powered up");
-    EXPECT_EQ(list[6], "fault NAME[=N]: switches a fault on");
-    EXPECT_EQ(list[10], "help: lists the commands");
-    EXPECT_EQ(list[12], "listed");
+    EXPECT_EQ(list[7], "fault NAME[=N]: switches a fault on");
+    EXPECT_EQ(list[11], "help: lists the commands");
+    EXPECT_EQ(list[13], "listed");
 }
 
 TEST_F(RunningLoop, saysWhatACommandLacks) {

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QTest>
+#include <array>
+#include <initializer_list>
+#include <string>
+
+#include "AppHarness.h"
+#include "SampleFiles.h"
+#include "SlotTableView.h"
+
+namespace kelvo::test {
+
+/// A window in use, with files to import. A pedal that is silent from phase 1 leaves its answers to acknowledge().
+class FileImports : public testing::Test {
+protected:
+    explicit FileImports(const Faults& faults = {}) {
+        app_.start();
+        app_.pedal.setFaults(faults);
+        activate();
+        cab_.setFocus();
+    }
+
+    void activate() {
+        QWidget& window = app_.controller.window();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+    QString wave(const QString& name, std::uint8_t first = 1) const {
+        return files_.write(name, WaveFile{.data = {0, first, 0, 2}}.bytes());
+    }
+    QString amp(const QString& name, std::uint32_t first = 1) const {
+        return files_.write(name, ampFile(std::array{first}));
+    }
+    QPushButton& button(const char* name) const {
+        return *app_.controller.window().findChild<QPushButton*>(QLatin1String(name));
+    }
+    void press(Qt::Key key, int times = 1) {
+        cab_.setFocus();
+        for (int i = 0; i < times; ++i) {
+            QTest::keyClick(&cab_, key, Qt::ControlModifier);
+        }
+    }
+    bool isIdle() const { return app_.controller.transferState().IRProgress.acknowledged == 4; }
+    /// Whether the pedal has finished n changes of its memory in all.
+    bool changed(std::size_t n) const {
+        return serveUntil([&] { return app_.manager.activity().changes.size() >= n; });
+    }
+    bool holds(int row, const std::string& name) const {
+        return serveUntil([&] { return app_.pedal.memory().cab[static_cast<std::size_t>(row)].name == name; });
+    }
+
+    void acknowledge(std::initializer_list<std::uint8_t> phases, std::uint8_t command = 0xE1) {
+        for (const std::uint8_t phase : phases) {
+            app_.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, command, phase});
+        }
+        QCoreApplication::processEvents();
+    }
+    std::string sending() const { return app_.controller.transferState().SendIRFileName.data(); }
+    std::uint64_t transfer() const { return app_.controller.transferState().IRProgress.number; }
+
+    SampleDir files_;
+    RunningApp app_;
+    SlotTableView& cab_ = app_.controller.ImportIRTableV();
+    SlotTableView& amp_ = app_.controller.ImportCabTableV();
+};
+
+}  // namespace kelvo::test

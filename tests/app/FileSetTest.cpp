@@ -1,0 +1,434 @@
+// Several files dropped together: one after the other into the row below the drop and those below it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDir>
+
+#include "Driver.h"
+#include "FileDrag.h"
+#include "FileImports.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class FileSet : public FileImports {
+protected:
+    using FileImports::FileImports;
+
+    static QList<QUrl> urls(const QStringList& paths) {
+        QList<QUrl> urls;
+        for (const QString& path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        return urls;
+    }
+    QList<QUrl> waves(const QStringList& names) const {
+        QStringList paths;
+        for (const QString& name : names) {
+            paths.append(wave(name + ".wav"));
+        }
+        return urls(paths);
+    }
+    QString bad(const QString& name) const { return files_.write(name, FileBytes(100, 'x')); }
+
+    /// The rows that a frame in the colour of a selection goes along on the left.
+    static std::vector<int> markedRows(const SlotTableView& table) {
+        const QImage picture = table.viewport()->grab().toImage();
+        std::vector<int> rows;
+        for (int row = 0; row < 10; ++row) {
+            const int middle = table.visualRect(table.model()->index(row, 0)).center().y();
+            if (picture.pixelColor(0, middle) == table.palette().color(QPalette::Highlight)) {
+                rows.push_back(row);
+            }
+        }
+        return rows;
+    }
+    static std::vector<int> waitingRows(const SlotTableView& table) {
+        std::vector<int> rows;
+        for (int row = 0; row < 10; ++row) {
+            if (table.model()->index(row, 0).data(Qt::AccessibleDescriptionRole) == "waiting") {
+                rows.push_back(row);
+            }
+        }
+        return rows;
+    }
+    std::vector<std::string> changes() const { return app_.manager.activity().changes; }
+};
+
+TEST_F(FileSet, goesInNaturalOrderIntoTheRowBelowTheDropAndThoseBelowIt) {
+    EXPECT_TRUE(drop(cab_, 4, waves({"IR 10", "ir 9", "IR 2"})));
+    ASSERT_TRUE(changed(3));
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 31 <- \"IR 2\""), StartsWith("CAB 32 <- \"IR 9\""),
+                                       StartsWith("CAB 33 <- \"IR 10\"")));
+    EXPECT_EQ(app_.cabLabel(4), "31.IR 2");
+    EXPECT_EQ(cab_.model()->index(6, 0).data().toString(), "33.IR 10");
+    EXPECT_EQ(cab_.selectedRow(), 4);
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+}
+
+TEST_F(FileSet, ofSeveralFoldersGoesOneFolderAfterTheOther) {
+    ASSERT_TRUE(QDir(files_.path("")).mkdir("b"));
+    ASSERT_TRUE(QDir(files_.path("")).mkdir("a"));
+    EXPECT_TRUE(drop(cab_, 0, waves({"b/1", "a/2", "b/3"})));
+    ASSERT_TRUE(changed(3));
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 27 <- \"2\""), StartsWith("CAB 28 <- \"1\""),
+                                       StartsWith("CAB 29 <- \"3\"")));
+}
+
+/// Every report of a drop of ten files is that of ten imports by button.
+template <typename Import>
+void expectTheReportsOfSingleImports(const RunningApp& app, std::size_t reportsOfOne, const Import& import) {
+    const std::size_t before = app.manager.activity().outputReports.size();
+    ASSERT_EQ(before, 1 + 10 * reportsOfOne);
+    for (std::size_t i = 0; i < 10; ++i) {
+        import(static_cast<int>(i));
+        ASSERT_TRUE(app.waitForChanges(11 + i));
+    }
+    const auto reports = app.manager.activity().outputReports;
+    ASSERT_EQ(reports.size(), 1 + 20 * reportsOfOne);
+    for (std::size_t i = 1; i < before; ++i) {
+        EXPECT_EQ(reports[i], reports[i + 10 * reportsOfOne]) << i;
+    }
+}
+
+TEST_F(FileSet, ofTenWavesSendsEveryReportThatTenSingleImportsSend) {
+    QStringList paths;
+    for (std::uint32_t i = 1; i <= 10; ++i) {
+        WaveFile wave{.sampleRate = i % 2 == 0 ? 48000U : 44100U, .bitsPerSample = 24};
+        for (std::uint32_t frame = 0; frame < 700; ++frame) {
+            append(wave.data, i * 0x010203U + frame * 0x011D3BU, 3);
+        }
+        paths.append(files_.write(QString("Wave %1.wav").arg(i), wave.bytes()));
+    }
+    EXPECT_TRUE(drop(cab_, 0, urls(paths)));
+    ASSERT_TRUE(changed(10));
+    expectTheReportsOfSingleImports(app_, 28, [&](int row) { app_.importIR(row, paths[row]); });
+    EXPECT_EQ(app_.pedal.memory().cab[0].name, "WAVE 1");
+    EXPECT_EQ(app_.pedal.memory().cab[9].name, "WAVE 10");
+}
+
+TEST_F(FileSet, ofTenModelsSendsEveryReportThatTenSingleImportsSend) {
+    QStringList paths;
+    for (std::uint32_t i = 1; i <= 10; ++i) {
+        std::array<std::uint32_t, 512> words{};
+        for (std::uint32_t word = 0; word < 512; ++word) {
+            words[word] = i * 0x01020304U + word * 0x00110305U;
+        }
+        paths.append(files_.write(QString("Amp%1.amp").arg(i), ampFile(words)));
+    }
+    EXPECT_TRUE(drop(amp_, 0, urls(paths)));
+    ASSERT_TRUE(changed(10));
+    expectTheReportsOfSingleImports(app_, 37, [&](int row) { app_.importAMP(row, paths[row]); });
+    EXPECT_EQ(app_.pedal.memory().amp[0].name, "Amp1");
+    EXPECT_EQ(app_.pedal.memory().amp[9].name, "Amp10");
+    EXPECT_EQ(app_.pedal.memory().amp[9].words[1], 0x0A25212DU);
+}
+
+TEST_F(FileSet, passesOverWhatIsRefusedWhichTakesNoRow) {
+    QList<QUrl> files = waves({"1", "4"}) + urls({bad("2.wav"), amp("3.amp"), bad("5.wav"), files_.path("gone.wav")});
+    files.append(QUrl("http://localhost/0.wav"));
+    EXPECT_TRUE(drop(cab_, 2, files));
+    ASSERT_TRUE(changed(2));
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 29 <- \"1\""), StartsWith("CAB 30 <- \"4\"")));
+    EXPECT_EQ(app_.cabLabel(4), "31.TWEED 1X8");
+}
+
+TEST_F(FileSet, ofModelsPassesOverAWaveAmongThem) {
+    EXPECT_TRUE(drop(amp_, 8, urls({amp("a.amp"), wave("b.wav"), amp("c.amp")})));
+    ASSERT_TRUE(changed(2));
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("AMP 64 <- \"a\""), StartsWith("AMP 65 <- \"c\"")));
+    EXPECT_EQ(app_.ampLabel(9), "65.C");
+}
+
+TEST_F(FileSet, passesOverAFolder) {
+    ASSERT_TRUE(QDir(files_.path("")).mkdir("folder.wav"));
+    const QList<QUrl> folders = urls({files_.path("folder.wav"), files_.path("")});
+    EXPECT_FALSE(drop(cab_, 0, folders));
+    EXPECT_TRUE(drop(cab_, 0, folders + waves({"z"})));
+    EXPECT_TRUE(holds(0, "Z"));
+}
+
+TEST_F(FileSet, ofRefusedFilesOnlyIsNoDrop) {
+    EXPECT_FALSE(drop(cab_, 2, urls({bad("1.wav"), bad("2.wav")})));
+}
+
+TEST_F(FileSet, takesAFileThatIsNamedTwiceOnce) {
+    const QList<QUrl> two = waves({"1", "2"});
+    EXPECT_TRUE(drop(cab_, 0, {two[1], two[0], QUrl(two[0].toString() + "?again"), two[1]}));
+    ASSERT_TRUE(changed(2));
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 27 <- \"1\""), StartsWith("CAB 28 <- \"2\"")));
+    EXPECT_EQ(app_.cabLabel(2), "29.VINTAGE412");
+}
+
+TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
+    FileDrag drag(cab_, waves({"1", "2", "3"}) + urls({bad("4.wav"), amp("5.amp")}));
+    EXPECT_TRUE(drag.enter(1));
+    EXPECT_TRUE(drag.moveTo(1));
+    EXPECT_THAT(markedRows(cab_), ElementsAre(1, 2, 3));
+    EXPECT_TRUE(drag.moveTo(6));
+    EXPECT_THAT(markedRows(cab_), ElementsAre(6, 7, 8));
+    EXPECT_TRUE(drag.moveTo(8));
+    EXPECT_THAT(markedRows(cab_), ElementsAre(8, 9));
+    drag.leave();
+    EXPECT_THAT(markedRows(cab_), IsEmpty());
+}
+
+TEST_F(FileSet, isJudgedOncePerDragAndNotBeyondWhatFillsTheTable) {
+    std::vector<QString> asked;
+    QList<QUrl> taken;
+    cab_.setDropAction(
+        "wav",
+        [&asked](const QUrl& url) {
+            asked.push_back(url.fileName());
+            return !url.fileName().startsWith('2');
+        },
+        [&taken](const QList<QUrl>& files) { taken = files; });
+    FileDrag drag(cab_, waves({"12", "11", "10", "9", "8", "7", "6", "5", "4", "3", "2", "1"}));
+    drag.enter(0);
+    for (int row = 0; row < 10; ++row) {
+        EXPECT_TRUE(drag.moveTo(row));
+    }
+    drag.drop(7);
+    EXPECT_THAT(asked, ElementsAre("1.wav", "2.wav", "3.wav", "4.wav", "5.wav", "6.wav", "7.wav", "8.wav", "9.wav",
+                                   "10.wav", "11.wav"));
+    EXPECT_EQ(taken, urls({files_.path("1.wav"), files_.path("3.wav"), files_.path("4.wav")}));
+}
+
+TEST_F(FileSet, leavesEachRowItsOwnFileToGoOnFrom) {
+    waves({"1", "2", "3", "4", "5"});
+    EXPECT_TRUE(drop(cab_, 3, urls({files_.path("2.wav"), files_.path("4.wav")})));
+    ASSERT_TRUE(changed(2));
+    ASSERT_TRUE(serveUntil([&] { return isIdle() && button("nextIR").toolTip() == "Import 3.wav (Ctrl+Down)"; }));
+    clickRow(cab_, 4);
+    EXPECT_TRUE(serveUntil([&] { return button("nextIR").toolTip() == "Import 5.wav (Ctrl+Down)"; }));
+    press(Qt::Key_Up);
+    EXPECT_TRUE(holds(4, "3"));
+    clickRow(cab_, 5);
+    EXPECT_FALSE(button("nextIR").isEnabled());
+}
+
+TEST_F(FileSet, thatAPedalHangsInLeavesTheWayToASingleImport) {
+    // The pedal keeps the end of the first to itself, so that it can be made to hang in the second.
+    app_.pedal.setFaults({.silentFromPhase = 4});
+    EXPECT_TRUE(drop(cab_, 0, waves({"1", "2", "3"})));
+    ASSERT_TRUE(changed(1));
+    app_.pedal.setFaults({.silentFromPhase = 3});
+    acknowledge({4});
+    ASSERT_TRUE(
+        app_.manager.waitFor([](const auto& activity) { return activity.outputReports.size() == 1 + 28 + 27; }));
+    QCoreApplication::processEvents();
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(2));
+    EXPECT_THAT(app_.services.alerts, IsEmpty());
+    app_.pedal.setFaults({});
+    app_.importIR(9, wave("9.wav"));
+    ASSERT_TRUE(changed(2));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 27 <- \"1\""), StartsWith("CAB 36 <- \"9\"")));
+    EXPECT_EQ(transfer(), 3U);
+    EXPECT_EQ(app_.manager.activity().outputReports.size(), 1 + 28 + 27 + 28U);
+}
+
+/// The test gives the pedal's answers.
+class FileSetOfASilentPedal : public FileSet {
+protected:
+    FileSetOfASilentPedal() : FileSet({.silentFromPhase = 1}) {}
+
+    /// The first of three transfers has begun, two rows wait.
+    void begin(int row = 4) {
+        ASSERT_TRUE(drop(cab_, row, waves({"1", "2", "3"})));
+        ASSERT_EQ(transfer(), 1U);
+        ASSERT_THAT(waitingRows(cab_), ElementsAre(row + 1, row + 2));
+    }
+    /// Nothing but this transfer has begun, although it and all before it have ended.
+    void expectTheEndAfter(std::uint64_t last) {
+        acknowledge({1, 2, 3, 4});
+        acknowledge({1, 2, 3, 4, 5}, 0xE2);
+        EXPECT_EQ(transfer(), last);
+        EXPECT_THAT(waitingRows(cab_), IsEmpty());
+        EXPECT_THAT(waitingRows(amp_), IsEmpty());
+    }
+};
+
+TEST_F(FileSetOfASilentPedal, goesOnWhenTheLastAcknowledgementHasCome) {
+    begin();
+    EXPECT_EQ(app_.cabLabel(5), "32.");
+    acknowledge({1, 2, 3});
+    EXPECT_EQ(transfer(), 1U);
+    acknowledge({4});
+    EXPECT_EQ(transfer(), 2U);
+    EXPECT_EQ(sending(), "2");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 5);
+    EXPECT_EQ(app_.cabLabel(5), "32.2");
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(6));
+    // What an earlier transfer left on its way ends nothing.
+    acknowledge({4, 3, 4});
+    EXPECT_EQ(transfer(), 2U);
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "3");
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    expectTheEndAfter(3);
+}
+
+TEST_F(FileSetOfASilentPedal, endsWithTheLastRow) {
+    ASSERT_TRUE(drop(cab_, 8, waves({"1", "2", "3", "4"})));
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(9));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "2");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 9);
+    expectTheEndAfter(2);
+}
+
+TEST_F(FileSetOfASilentPedal, ofModelsGoesOnWhenTheirNameIsAcknowledged) {
+    ASSERT_TRUE(drop(amp_, 0, urls({amp("1.amp"), amp("2.amp")})));
+    EXPECT_THAT(waitingRows(amp_), ElementsAre(1));
+    acknowledge({1, 2, 3, 4}, 0xE2);
+    EXPECT_STREQ(app_.controller.transferState().SendAMPFileName.data(), "1");
+    acknowledge({5}, 0xE2);
+    EXPECT_STREQ(app_.controller.transferState().SendAMPFileName.data(), "2");
+}
+
+TEST_F(FileSetOfASilentPedal, showsAnEmptyLineInTheRowsThatWait) {
+    begin();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(cab_.model()->index(4, 0).data(Qt::AccessibleDescriptionRole), "0 % sent");
+    EXPECT_EQ(cab_.model()->index(6, 0).data(SlotTableModel::kTransferRole), 0.0);
+    EXPECT_FALSE(cab_.model()->index(7, 0).data(SlotTableModel::kTransferRole).isValid());
+    EXPECT_FALSE(amp_.model()->index(5, 0).data(SlotTableModel::kTransferRole).isValid());
+}
+
+TEST_F(FileSetOfASilentPedal, beginsAtOnceThoughATransferRuns) {
+    app_.importIR(0, wave("0.wav"));
+    acknowledge({1});
+    ASSERT_TRUE(drop(cab_, 4, waves({"1", "2"})));
+    EXPECT_EQ(transfer(), 2U);
+    EXPECT_EQ(sending(), "1");
+    acknowledge({1, 2, 3});
+    EXPECT_EQ(transfer(), 2U);
+    acknowledge({4});
+    EXPECT_EQ(sending(), "2");
+}
+
+TEST_F(FileSetOfASilentPedal, leavesTheRowOfAFileThatIsGoneInTheMeantimeToTheNext) {
+    begin();
+    ASSERT_TRUE(QFile::remove(files_.path("2.wav")));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "3");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 5);
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    expectTheEndAfter(2);
+    EXPECT_EQ(app_.cabLabel(6), "33.BASS 4X10");
+}
+
+TEST_F(FileSetOfASilentPedal, tellsTheRowsThatBeginAndCeaseToWait) {
+    std::vector<int> told;
+    const QObject context;
+    QObject::connect(cab_.model(), &QAbstractItemModel::dataChanged, &context,
+                     [&](const QModelIndex& cell, const QModelIndex&, const QList<int>& roles) {
+                         if (roles.contains(Qt::AccessibleDescriptionRole) && cell.row() > 4) {
+                             told.push_back(cell.row());
+                         }
+                     });
+    begin();
+    EXPECT_THAT(told, ElementsAre(5, 6));
+    app_.services.choice.clear();
+    click(app_.controller.addIR());
+    EXPECT_THAT(told, ElementsAre(5, 6, 5, 6));
+}
+
+TEST_F(FileSetOfASilentPedal, isForgottenWhenAButtonOfAnImportIsPressed) {
+    begin();
+    app_.services.choice.clear();
+    click(app_.controller.addAMP());
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    expectTheEndAfter(1);
+}
+
+TEST_F(FileSetOfASilentPedal, isForgottenWhenReturnOpensTheChooser) {
+    begin();
+    app_.services.choice.clear();
+    QTest::keyClick(&cab_, Qt::Key_Return);
+    expectTheEndAfter(1);
+}
+
+TEST_F(FileSetOfASilentPedal, isForgottenWhenAKeyAsksForTheNextFile) {
+    begin();
+    EXPECT_EQ(cab_.selectedRow(), 4);
+    press(Qt::Key_Down);
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    ASSERT_TRUE(serveUntil([&] { return button("nextIR").toolTip() == "Import 3.wav (Ctrl+Down)"; }));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "2");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 4);
+    expectTheEndAfter(2);
+}
+
+TEST_F(FileSetOfASilentPedal, staysWhereAKeyAsksForNothing) {
+    begin();
+    clickRow(cab_, 9);
+    press(Qt::Key_Down);
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6));
+}
+
+TEST_F(FileSetOfASilentPedal, isForgottenWhenAnotherFileIsDropped) {
+    begin();
+    ASSERT_TRUE(drop(amp_, 0, urls({amp("a.amp")})));
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    expectTheEndAfter(1);
+    EXPECT_EQ(app_.controller.transferState().AMPProgress.number, 2U);
+}
+
+TEST_F(FileSetOfASilentPedal, givesWayToAnotherSet) {
+    begin();
+    ASSERT_TRUE(drop(amp_, 5, urls({amp("a.amp"), amp("b.amp"), amp("c.amp")})));
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
+    EXPECT_THAT(waitingRows(amp_), ElementsAre(6, 7));
+    // The transfer that was running when it came ends nothing of it.
+    acknowledge({1, 2, 3, 4});
+    EXPECT_THAT(waitingRows(amp_), ElementsAre(6, 7));
+    acknowledge({1, 2, 3, 4, 5}, 0xE2);
+    EXPECT_THAT(waitingRows(amp_), ElementsAre(7));
+    EXPECT_EQ(transfer(), 1U);
+}
+
+TEST_F(FileSetOfASilentPedal, ofWhichAWaitingRowIsDeletedGoesOnWithTheRest) {
+    begin();
+    clickRow(cab_, 5);
+    app_.controller.deleteCAB();
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6));
+    app_.services.alerts.back().answer(kAlertFirstButtonReturn);
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(6));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "3");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 6);
+    EXPECT_EQ(app_.cabLabel(5), "32EMPTY");
+    expectTheEndAfter(2);
+}
+
+TEST_F(FileSetOfASilentPedal, losesNothingByTheDeletionOfAnotherRow) {
+    ASSERT_TRUE(drop(amp_, 2, urls({amp("a.amp"), amp("b.amp")})));
+    clickRow(cab_, 3);
+    app_.controller.deleteCAB();
+    app_.services.alerts.back().answer(kAlertFirstButtonReturn);
+    EXPECT_THAT(waitingRows(amp_), ElementsAre(3));
+}
+
+TEST_F(FileSetOfASilentPedal, waitsBehindAPedalThatHangsUntilTheUserImports) {
+    begin();
+    acknowledge({1, 2, 3, 4, 1, 2});
+    // The second stops here.
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(6));
+    EXPECT_THAT(app_.services.alerts, IsEmpty());
+    app_.importIR(9, wave("9.wav"));
+    EXPECT_EQ(transfer(), 3U);
+    EXPECT_EQ(sending(), "9");
+    expectTheEndAfter(3);
+}
+
+}  // namespace
+}  // namespace kelvo::test

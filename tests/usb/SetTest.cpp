@@ -1,0 +1,81 @@
+// Files one after the other over the kernel's own USB stack: every output report that the pedal gets is told.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+#include "CableApp.h"
+#include "Driver.h"
+#include "FileDrag.h"
+#include "SampleFiles.h"
+
+namespace kelvo::test {
+namespace {
+
+/// A wave of 512 points that are different in each file.
+FileBytes waveOf(std::uint32_t number) {
+    WaveFile wave{.bitsPerSample = 24};
+    for (std::uint32_t i = 0; i < 512; ++i) {
+        append(wave.data, number * 0x010203U + i * 0x011D3BU, 3);
+    }
+    return wave.bytes();
+}
+
+class FilesInARow : public testing::Test {
+protected:
+    FilesInARow() {
+        app_.start();
+        pedal_.tell("reports", "reporting");
+    }
+
+    /// Whether that transfer ends, and no other has begun.
+    bool hasEnded(std::uint64_t transfer) {
+        return serveUntil([&] {
+            const TransferProgress& progress = app_.controller.transferState().IRProgress;
+            return progress.number == transfer && progress.acknowledged == 4;
+        });
+    }
+
+    SampleDir files_;
+    PluggedPedal pedal_;
+    CableApp app_{pedal_};
+};
+
+TEST_F(FilesInARow, tenWavesOfOneDropSendEveryReportThatTenSingleImportsSend) {
+    QList<QUrl> dropped;
+    for (std::uint32_t i = 1; i <= 10; ++i) {
+        dropped.append(QUrl::fromLocalFile(files_.write(QString("Set %1.wav").arg(i), waveOf(i))));
+    }
+    ASSERT_TRUE(drop(app_.controller.ImportIRTableV(), 0, dropped));
+    ASSERT_TRUE(hasEnded(10));
+    const auto ofTheSet = pedal_.takeReports();
+    EXPECT_EQ(ofTheSet.size(), 280U);
+    for (int row = 0; row < 10; ++row) {
+        app_.importIR(row, dropped[row].toLocalFile());
+        ASSERT_TRUE(hasEnded(11 + static_cast<std::uint64_t>(row)));
+    }
+    EXPECT_EQ(pedal_.takeReports(), ofTheSet);
+    EXPECT_THAT(pedal_.memory(), testing::Contains(testing::StartsWith("CAB 36 \"SET 10\"")));
+}
+
+TEST_F(FilesInARow, theNextFileSendsEveryReportThatItsSingleImportSends) {
+    const QString first = files_.write("a.wav", waveOf(1));
+    const QString second = files_.write("b.wav", waveOf(2));
+    app_.importIR(4, first);
+    ASSERT_TRUE(hasEnded(1));
+    EXPECT_EQ(pedal_.takeReports().size(), 28U);
+    QWidget& window = app_.controller.window();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&app_.controller.ImportIRTableV(), Qt::Key_Down, Qt::ControlModifier);
+    ASSERT_TRUE(hasEnded(2));
+    const auto ofTheKey = pedal_.takeReports();
+    EXPECT_EQ(ofTheKey.size(), 28U);
+    app_.importIR(4, second);
+    ASSERT_TRUE(hasEnded(3));
+    EXPECT_EQ(pedal_.takeReports(), ofTheKey);
+}
+
+}  // namespace
+}  // namespace kelvo::test
