@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "LayerPainter.h"
+#include "PatternCell.h"
 
 namespace kelvo {
 
@@ -74,6 +75,7 @@ void Layer::setOpacity(float opacity) {
 
 void Layer::setBackground(Background background) {
     background_ = std::move(background);
+    cell_ = {};
     changed();
 }
 
@@ -148,7 +150,12 @@ void Layer::drawBackground(QPainter& painter) const {
         painter.setBrush(*color);
         fillBounds(painter);
     } else if (const auto* const tile = std::get_if<LayerImage>(&background_)) {
-        drawPattern(painter, *tile, bounds_);
+        const double ratio = painter.transform().m11();
+        if (cell_.isNull() || ratio != cellRatio_) {
+            cell_ = patternCell(*tile, ratio);
+            cellRatio_ = ratio;
+        }
+        drawPattern(painter, cell_, bounds_);
     }
 }
 

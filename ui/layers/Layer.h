@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPointF>
 #include <QRectF>
 #include <map>
@@ -111,6 +112,9 @@ private:
     bool masksToBounds_ = false;
     float opacity_ = 1.0F;
     Background background_;
+    // The background's image as it is repeated, at the resolution of the last drawing.
+    mutable QImage cell_;
+    mutable double cellRatio_ = 0.0;
     std::optional<LayerImage> contents_;
     std::vector<Layer*> sublayers_;
     Layer* superlayer_ = nullptr;
