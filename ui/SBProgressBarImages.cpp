@@ -45,10 +45,6 @@ void drawInnerShadow(QPainter& painter, QSizeF size, const RingLook& look) {
     painter.fillPath(withFineCurves(shadow), shadowColor(look));
 }
 
-bool isEmpty(QSizeF size) {
-    return !(size.width() > 0.0 && size.height() > 0.0);
-}
-
 }  // namespace
 
 LayerImage SBProgressBar::stripesImageWithSize(QSizeF size) {
@@ -63,33 +59,24 @@ LayerImage SBProgressBar::stripesImageWithSize(QSizeF size) {
             }};
 }
 
-std::optional<LayerImage> SBProgressBar::borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const {
-    if (isEmpty(size)) {
-        return std::nullopt;
-    }
-    return LayerImage(size, [this, size, innerShadow](QPainter& painter) {
-        const QPainterPath ring = ringPath(size, ring_.borderWidth);
-        if (innerShadow) {
-            painter.fillPath(ring.translated(0.0, ring_.shadowWidth), shadowColor(ring_));
-        }
-        painter.fillPath(ring, ring_.borderColor);
-    });
+LayerImage SBProgressBar::borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const {
+    return {size, [this, size, innerShadow](QPainter& painter) {
+                const QPainterPath ring = ringPath(size, ring_.borderWidth);
+                if (innerShadow) {
+                    painter.fillPath(ring.translated(0.0, ring_.shadowWidth), shadowColor(ring_));
+                }
+                painter.fillPath(ring, ring_.borderColor);
+            }};
 }
 
-std::optional<LayerImage> SBProgressBar::keptBorderImage(QSizeF size) const {
-    if (isEmpty(size)) {
-        return std::nullopt;
-    }
-    return LayerImage(size, [ring = ringPath(size, ring_.borderWidth), color = ring_.borderColor](QPainter& painter) {
-        painter.fillPath(ring, color);
-    });
+LayerImage SBProgressBar::keptBorderImage(QSizeF size) const {
+    return {size, [ring = ringPath(size, ring_.borderWidth), color = ring_.borderColor](QPainter& painter) {
+                painter.fillPath(ring, color);
+            }};
 }
 
-std::optional<LayerImage> SBProgressBar::keptInnerShadow(QSizeF size) const {
-    if (isEmpty(size)) {
-        return std::nullopt;
-    }
-    return LayerImage(size, [look = ring_, size](QPainter& painter) { drawInnerShadow(painter, size, look); });
+LayerImage SBProgressBar::keptInnerShadow(QSizeF size) const {
+    return {size, [look = ring_, size](QPainter& painter) { drawInnerShadow(painter, size, look); }};
 }
 
 }  // namespace kelvo

@@ -22,12 +22,12 @@ void prepare(QPainter& painter) {
 
 void drawOwn(QPainter& painter, const Layer& layer) {
     layer.drawBackground(painter);
-    if (layer.contents() && !layer.contents()->isEmpty()) {
-        const QSizeF size = layer.contents()->size();
+    if (!layer.contents().isEmpty()) {
+        const QSizeF size = layer.contents().size();
         painter.save();
         painter.translate(layer.bounds().topLeft());
         painter.scale(layer.bounds().width() / size.width(), layer.bounds().height() / size.height());
-        layer.contents()->draw(painter);
+        layer.contents().draw(painter);
         painter.restore();
     }
 }
@@ -63,7 +63,7 @@ void paint(QPainter& painter, const Layer& layer, QSize size, const Layer* omitt
     painter.translate(position.x() - layer.anchorPoint().x() * bounds.width() - bounds.x(),
                       position.y() - layer.anchorPoint().y() * bounds.height() - bounds.y());
 
-    const bool several = layer.contents() || !layer.sublayers().empty();
+    const bool several = !layer.contents().isEmpty() || !layer.sublayers().empty();
     const bool cutsOff = cuts(painter, layer, size);
     if (cutsOff || (opacity < 1.0F && several)) {
         QImage group = blank(size);

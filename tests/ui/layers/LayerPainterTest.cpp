@@ -206,6 +206,21 @@ TEST_F(LayerPainterTest, area_mayBeginAnywhereEvenBetweenPixels) {
     EXPECT_EQ(paintLayers(root, {{4.0, 0.0}, {1, 1}, 2.0}).pixel(0, 0), 0xffffffffU);
 }
 
+TEST_F(LayerPainterTest, areaWithinARoundMask_looksAsItDoesInTheWhole) {
+    Layer sublayer(scene);
+    root.setFrame({0.5, 1, 60, 20});
+    root.setCornerRadius(10);
+    root.setMasksToBounds(true);
+    root.setBackground(QColor(0, 0, 200, 100));
+    root.addSublayer(sublayer);
+    sublayer.setFrame({-5, 3, 80, 9});
+    sublayer.setBackground(QColor(200, 0, 0, 100));
+    const QImage whole = paint({62, 22});
+    for (const QRect area : {QRect(11, 1, 30, 20), QRect(11, 0, 30, 22), QRect(9, 1, 30, 20), QRect(40, 1, 22, 20)}) {
+        EXPECT_EQ(paintLayers(root, {area.topLeft(), area.size(), 1.0}), whole.copy(area)) << area.x();
+    }
+}
+
 TEST_F(LayerPainterTest, omittedLayer_isLeftOutWithItsSublayers) {
     Layer omitted(scene);
     Layer below(scene);
