@@ -81,7 +81,7 @@ void SBProgressBarFrame::forget(const Look& look) {
     period_ = tile ? std::max(patternCell(*tile, look.ratio).width(), 1) : 1;
     strip_ = {};
     leftEnd_.clear();
-    trough_ = paintPart(0, size_.width(), &bar_.innerClipLayer());
+    trough_ = QPixmap::fromImage(paintLayersOf(bar_.clipLayer(), 0, size_.width(), &bar_.innerClipLayer()));
     layOut(bar_.innerClipLayer().frame());
 }
 
@@ -112,11 +112,22 @@ void SBProgressBarFrame::makeStrip(int phase) {
     QPainter(&strip_).drawTiledPixmap(strip_.rect(), columns);
 }
 
-QPixmap SBProgressBarFrame::paintPart(int x, int width, const Layer* omitted) {
+QImage SBProgressBarFrame::paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted) {
     ++paintedParts_;
+    return paintLayers(layer, {{static_cast<double>(x), 0.0}, {width, size_.height()}, look_.ratio}, omitted);
+}
+
+QPixmap SBProgressBarFrame::paintPart(int x, int width) {
+    QImage picture;
+    if (x >= endWidth_ && x + width <= size_.width() - endWidth_ && bar_.clipLayer().shownOpacity() == 1.0F) {
+        // Here the bar's mask cuts nothing off, so that the fill lies on the trough as it is.
+        picture = trough_.copy(x, 0, width, size_.height()).toImage();
+        QPainter(&picture).drawImage(0, 0, paintLayersOf(bar_.innerClipLayer(), x, width));
+    } else {
+        picture = paintLayersOf(bar_.clipLayer(), x, width);
+    }
     // Finds out whether the picture is opaque: such a one is copied, any other blended.
-    return QPixmap::fromImage(
-        paintLayers(bar_.clipLayer(), {{static_cast<double>(x), 0.0}, {width, size_.height()}, look_.ratio}, omitted));
+    return QPixmap::fromImage(std::move(picture));
 }
 
 const QPixmap& SBProgressBarFrame::partAt(int phase, Phases& phases, int x, int width) {

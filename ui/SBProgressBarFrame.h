@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCache>
+#include <QImage>
 #include <QPixmap>
 #include <QRectF>
 #include <array>
@@ -50,7 +51,8 @@ private:
     void forget(const Look& look);
     void layOut(const QRectF& inner);
     void makeStrip(int phase);
-    QPixmap paintPart(int x, int width, const Layer* omitted = nullptr);
+    QImage paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted = nullptr);
+    QPixmap paintPart(int x, int width);
     const QPixmap& partAt(int phase, Phases& phases, int x, int width);
 
     SBProgressBar& bar_;
