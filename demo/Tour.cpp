@@ -14,8 +14,8 @@
 #include <utility>
 
 #include "KelvoAppDelegate.h"
+#include "Kr310Memory.h"
 #include "LoadDataWindowController.h"
-#include "MemoryLines.h"
 #include "SlotTableView.h"
 #include "VirtualHidManager.h"
 
