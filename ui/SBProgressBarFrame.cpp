@@ -1,6 +1,7 @@
 #include "SBProgressBarFrame.h"
 
 #include <QPainter>
+#include <QPixmap>
 #include <algorithm>
 #include <cmath>
 
@@ -41,20 +42,20 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
     }
     const int partEnd = std::min(wholePixels((part.x() + part.width()) * ratio), size_.width());
     if (fillEnd_ < partEnd) {
-        painter.drawPixmap(QPoint(fillEnd_, 0), trough_, QRect(fillEnd_, 0, partEnd - fillEnd_, size_.height()));
+        painter.drawImage(QPoint(fillEnd_, 0), trough_, QRect(fillEnd_, 0, partEnd - fillEnd_, size_.height()));
     }
     if (fillEnd_ > 0) {
-        painter.drawPixmap(QPoint(rightX_, 0), partAt(phase, rightEnd_, rightX_, fillEnd_ - rightX_));
+        painter.drawImage(QPoint(rightX_, 0), partAt(phase, rightEnd_, rightX_, fillEnd_ - rightX_));
     }
     if (rightX_ > 0) {
-        painter.drawPixmap(QPoint(0, 0), partAt(phase, leftEnd_, 0, endWidth_));
+        painter.drawImage(QPoint(0, 0), partAt(phase, leftEnd_, 0, endWidth_));
     }
     if (rightX_ > endWidth_) {
         if (strip_.isNull()) {
             makeStrip(phase);
         }
         const int column = modulo(stripPhase_ - phase, period_);
-        painter.drawPixmap(QPoint(endWidth_, 0), strip_, QRect(column, 0, rightX_ - endWidth_, size_.height()));
+        painter.drawImage(QPoint(endWidth_, 0), strip_, QRect(column, 0, rightX_ - endWidth_, size_.height()));
     }
     if (alpha < 1.0) {
         painter.setOpacity(1.0);
@@ -81,7 +82,7 @@ void SBProgressBarFrame::forget(const Look& look) {
     period_ = tile ? std::max(patternCell(*tile, look.ratio).width(), 1) : 1;
     strip_ = {};
     leftEnd_.clear();
-    trough_ = QPixmap::fromImage(paintLayersOf(bar_.clipLayer(), 0, size_.width(), &bar_.innerClipLayer()));
+    trough_ = paintLayersOf(bar_.clipLayer(), 0, size_.width(), &bar_.innerClipLayer());
     layOut(bar_.innerClipLayer().frame());
 }
 
@@ -104,12 +105,10 @@ void SBProgressBarFrame::layOut(const QRectF& inner) {
 
 void SBProgressBarFrame::makeStrip(int phase) {
     stripPhase_ = phase;
-    const QPixmap columns = paintPart(endWidth_, period_);
-    strip_ = QPixmap(size_.width() + period_, size_.height());
-    if (columns.hasAlphaChannel()) {
-        strip_.fill(Qt::transparent);
-    }
-    QPainter(&strip_).drawTiledPixmap(strip_.rect(), columns);
+    const QImage columns = paintPart(endWidth_, period_);
+    strip_ = QImage(size_.width() + period_, size_.height(), columns.format());
+    strip_.fill(Qt::transparent);
+    QPainter(&strip_).fillRect(strip_.rect(), QBrush(columns));
 }
 
 QImage SBProgressBarFrame::paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted) {
@@ -117,24 +116,26 @@ QImage SBProgressBarFrame::paintLayersOf(const Layer& layer, int x, int width, c
     return paintLayers(layer, {{static_cast<double>(x), 0.0}, {width, size_.height()}, look_.ratio}, omitted);
 }
 
-QPixmap SBProgressBarFrame::paintPart(int x, int width) {
+QImage SBProgressBarFrame::paintPart(int x, int width) {
     QImage picture;
     if (x >= endWidth_ && x + width <= size_.width() - endWidth_ && bar_.clipLayer().shownOpacity() == 1.0F) {
         // Here the bar's mask cuts nothing off, so that the fill lies on the trough as it is.
-        picture = trough_.copy(x, 0, width, size_.height()).toImage();
+        picture = trough_.copy(x, 0, width, size_.height());
         QPainter(&picture).drawImage(0, 0, paintLayersOf(bar_.innerClipLayer(), x, width));
     } else {
         picture = paintLayersOf(bar_.clipLayer(), x, width);
     }
-    // Finds out whether the picture is opaque: such a one is copied, any other blended.
-    return QPixmap::fromImage(std::move(picture));
+    // A pixmap finds out whether it is opaque: such a picture is copied, any other blended.
+    return QPixmap::fromImage(std::move(picture)).toImage();
 }
 
-const QPixmap& SBProgressBarFrame::partAt(int phase, Phases& phases, int x, int width) {
-    if (!phases.contains(phase)) {
-        phases.insert(phase, new QPixmap(paintPart(x, width)));
+const QImage& SBProgressBarFrame::partAt(int phase, Phases& phases, int x, int width) {
+    QImage* part = phases.object(phase);
+    if (!part) {
+        part = new QImage(paintPart(x, width));
+        phases.insert(phase, part);
     }
-    return *phases.object(phase);
+    return *part;
 }
 
 }  // namespace kelvo

@@ -2,7 +2,6 @@
 
 #include <QCache>
 #include <QImage>
-#include <QPixmap>
 #include <QRectF>
 #include <array>
 #include <cstdint>
@@ -45,23 +44,23 @@ private:
 
     // One part of the bar with the stripes at the places where they have been lately. Bounded for very wide tiles.
     static constexpr int kMostPhases = 64;
-    using Phases = QCache<int, QPixmap>;
+    using Phases = QCache<int, QImage>;
 
     Look presentLook(double ratio);
     void forget(const Look& look);
     void layOut(const QRectF& inner);
     void makeStrip(int phase);
     QImage paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted = nullptr);
-    QPixmap paintPart(int x, int width);
-    const QPixmap& partAt(int phase, Phases& phases, int x, int width);
+    QImage paintPart(int x, int width);
+    const QImage& partAt(int phase, Phases& phases, int x, int width);
 
     SBProgressBar& bar_;
     Look look_;
     QSize size_;        // of the bar, in pixels
     int endWidth_ = 0;  // columns at either end of trough and fill that differ from the middle
     int period_ = 1;    // columns after which the stripes repeat
-    QPixmap trough_;
-    QPixmap strip_;
+    QImage trough_;
+    QImage strip_;
     int stripPhase_ = 0;
     Phases leftEnd_{kMostPhases};
 
