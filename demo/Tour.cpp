@@ -15,8 +15,8 @@
 
 #include "FileDrag.h"
 #include "KelvoAppDelegate.h"
+#include "Kr310Memory.h"
 #include "LoadDataWindowController.h"
-#include "MemoryLines.h"
 #include "SlotTableView.h"
 #include "VirtualHidManager.h"
 

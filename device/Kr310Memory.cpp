@@ -1,5 +1,6 @@
 #include "Kr310Memory.h"
 
+#include <cstdio>
 #include <string_view>
 
 namespace kelvo {
@@ -14,19 +15,6 @@ constexpr Names kAmpNames = {"CLEAN", "CRUNCH", "LEAD", "EDGE DRIVE", "HIGH GAIN
 /// Largest positive point: a factory cabinet is a single full-scale click, which leaves the sound as it is.
 constexpr std::uint32_t kFullScale = 0x7FFFFF;
 
-std::uint32_t crc32(const Kr310Slot& slot, unsigned bytesPerWord) {
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (const std::uint32_t word : slot.words) {
-        for (unsigned byte = 0; byte < bytesPerWord; ++byte) {
-            crc ^= (word >> (8 * byte)) & 0xFF;
-            for (int bit = 0; bit < 8; ++bit) {
-                crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320U : 0U);
-            }
-        }
-    }
-    return ~crc;
-}
-
 }  // namespace
 
 Kr310Memory Kr310Memory::factory() {
@@ -39,12 +27,38 @@ Kr310Memory Kr310Memory::factory() {
     return memory;
 }
 
-std::uint32_t cabCrc32(const Kr310Slot& slot) {
-    return crc32(slot, 3);
+std::string Kr310Bank::title(std::size_t slot) const {
+    return std::string(label) + ' ' + std::to_string(firstNumber + slot);
 }
 
-std::uint32_t ampCrc32(const Kr310Slot& slot) {
-    return crc32(slot, 4);
+std::uint32_t Kr310Bank::crc32(const Kr310Slot& slot) const {
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (const std::uint32_t word : slot.words) {
+        for (unsigned byte = 0; byte < bytesPerWord; ++byte) {
+            crc ^= (word >> (8 * byte)) & 0xFF;
+            for (int bit = 0; bit < 8; ++bit) {
+                crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320U : 0U);
+            }
+        }
+    }
+    return ~crc;
+}
+
+std::string Kr310Bank::crcText(const Kr310Slot& slot) const {
+    char digits[9];
+    std::snprintf(digits, sizeof digits, "%08x", static_cast<unsigned>(crc32(slot)));
+    return std::string("crc32 ") + digits;
+}
+
+std::vector<std::string> memoryLines(const Kr310Memory& memory) {
+    std::vector<std::string> lines;
+    for (const Kr310Bank& bank : {kCabBank, kAmpBank}) {
+        for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
+            const Kr310Slot& held = (memory.*bank.slots)[slot];
+            lines.push_back(bank.title(slot) + " \"" + held.name + "\" " + bank.crcText(held));
+        }
+    }
+    return lines;
 }
 
 }  // namespace kelvo

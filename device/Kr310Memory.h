@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace kelvo {
 
@@ -29,10 +30,27 @@ struct Kr310Memory {
     [[nodiscard]] static Kr310Memory factory();
 };
 
-/// CRC-32 (IEEE 802.3) of a slot's points, each as three bytes, low byte first.
-[[nodiscard]] std::uint32_t cabCrc32(const Kr310Slot& slot);
+/// What sets the slots of one kind apart: how they are called, and how many bytes of a word count.
+struct Kr310Bank {
+    const char* label;
+    /// The number of slot 0 on the pedal's display.
+    std::size_t firstNumber;
+    const char* unit;
+    unsigned bytesPerWord;
+    std::array<Kr310Slot, kSlotCount> Kr310Memory::*slots;
 
-/// CRC-32 (IEEE 802.3) of a slot's words, each as four bytes, low byte first.
-[[nodiscard]] std::uint32_t ampCrc32(const Kr310Slot& slot);
+    /// As the display has it: CAB 27
+    [[nodiscard]] std::string title(std::size_t slot) const;
+    /// CRC-32 (IEEE 802.3) of a slot's words, the low byte of each first.
+    [[nodiscard]] std::uint32_t crc32(const Kr310Slot& slot) const;
+    /// The same in words: crc32 a0a36dee
+    [[nodiscard]] std::string crcText(const Kr310Slot& slot) const;
+};
+
+inline constexpr Kr310Bank kCabBank{"CAB", 27, "points", 3, &Kr310Memory::cab};
+inline constexpr Kr310Bank kAmpBank{"AMP", 56, "words", 4, &Kr310Memory::amp};
+
+/// One line for each slot, the CAB slots first: CAB 27 "BRIGHT" crc32 a0a36dee
+[[nodiscard]] std::vector<std::string> memoryLines(const Kr310Memory& memory);
 
 }  // namespace kelvo

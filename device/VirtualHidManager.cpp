@@ -5,14 +5,6 @@
 #include "VirtualCable.h"
 
 namespace kelvo {
-namespace {
-
-bool matches(const HidMatching& wanted, const HidMatching& device) {
-    return wanted.vendorId == device.vendorId && wanted.productId == device.productId &&
-           wanted.versionNumber == device.versionNumber;
-}
-
-}  // namespace
 
 VirtualHidManager::VirtualHidManager(VirtualKr310& pedal) : VirtualHidManager(pedal, Options()) {}
 
@@ -45,7 +37,7 @@ bool VirtualHidManager::open() {
 }
 
 void VirtualHidManager::run() {
-    const bool watching = opened_ && matches(matching_, identity_);
+    const bool watching = opened_ && matching_ == identity_;
     while (true) {
         const VirtualCable::Event event = cable_->next(watching);
         if (event.kind == VirtualCable::EventKind::kStop) {

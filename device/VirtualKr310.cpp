@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdio>
 #include <iterator>
 #include <optional>
 #include <utility>
@@ -48,21 +47,6 @@ Frame nameList(std::uint8_t command, const Slots& slots, char padding) {
 }
 
 }  // namespace
-
-/// What sets CAB and AMP slots apart. `firstNumber` is the number of slot 0 on the pedal's display.
-struct VirtualKr310::SlotKind {
-    const char* label;
-    std::size_t firstNumber;
-    const char* unit;
-    std::uint32_t (*crc32)(const Kr310Slot& slot);
-    Slots Kr310Memory::*slots;
-    Kr310Transfer VirtualKr310::*transfer;
-};
-
-const VirtualKr310::SlotKind VirtualKr310::kCab = {
-    "CAB", 27, "points", cabCrc32, &Kr310Memory::cab, &VirtualKr310::cabTransfer_};
-const VirtualKr310::SlotKind VirtualKr310::kAmp = {
-    "AMP", 56, "words", ampCrc32, &Kr310Memory::amp, &VirtualKr310::ampTransfer_};
 
 VirtualKr310::VirtualKr310(Kr310Memory memory, LineSink sink)
     : sink_(std::move(sink)), memory_(std::move(memory)), cabTransfer_(kCabPlanes), ampTransfer_(kAmpPlanes) {}
@@ -117,9 +101,9 @@ void VirtualKr310::handle(const Frame& frame, AnswerWriter& answer, std::vector<
         case kConnect:
             return connect(frame, answer);
         case kCabData:
-            return takePacket(kCab, frame, answer, changes);
+            return takePacket(kCabBank, cabTransfer_, frame, answer, changes);
         case kAmpData:
-            return takePacket(kAmp, frame, answer, changes);
+            return takePacket(kAmpBank, ampTransfer_, frame, answer, changes);
         case kDeleteCab:
             return deleteCab(frame, changes);
         default:
@@ -158,22 +142,18 @@ void VirtualKr310::connect(const Frame& frame, AnswerWriter& answer) const {
     }
 }
 
-void VirtualKr310::takePacket(const SlotKind& kind, const Frame& frame, AnswerWriter& answer,
+void VirtualKr310::takePacket(const Kr310Bank& bank, Kr310Transfer& transfer, const Frame& frame, AnswerWriter& answer,
                               std::vector<std::string>& changes) {
     constexpr std::size_t slotAndPhase = 2;
-    Kr310Transfer& transfer = this->*kind.transfer;
     if (frame.data.size() < slotAndPhase || !transfer.fits(frame.data[1], frame.data.size() - slotAndPhase)) {
         return;
     }
     const std::uint8_t slot = frame.data[0];
     std::optional<Kr310Slot> content = transfer.take(slot, frame.data[1], std::span(frame.data).subspan(slotAndPhase));
     if (content && slot < kSlotCount) {
-        char crc[9];
-        std::snprintf(crc, sizeof crc, "%08x", static_cast<unsigned>(kind.crc32(*content)));
-        changes.push_back(std::string(kind.label) + ' ' + std::to_string(kind.firstNumber + slot) + " <- \"" +
-                          printable(content->name) + "\" " + std::to_string(kSlotWords) + ' ' + kind.unit + ", crc32 " +
-                          crc);
-        (memory_.*kind.slots)[slot] = std::move(*content);
+        changes.push_back(bank.title(slot) + " <- \"" + printable(content->name) + "\" " + std::to_string(kSlotWords) +
+                          ' ' + bank.unit + ", " + bank.crcText(*content));
+        (memory_.*bank.slots)[slot] = std::move(*content);
     }
     acknowledge(frame, transfer.lastPhase(), answer);
 }
@@ -200,7 +180,7 @@ void VirtualKr310::deleteCab(const Frame& frame, std::vector<std::string>& chang
         return;
     }
     memory_.cab[frame.data[0]] = {};
-    changes.push_back(std::string(kCab.label) + ' ' + std::to_string(kCab.firstNumber + frame.data[0]) + " cleared");
+    changes.push_back(kCabBank.title(frame.data[0]) + " cleared");
 }
 
 }  // namespace kelvo

@@ -66,13 +66,10 @@ public:
     [[nodiscard]] Reaction receive(std::span<const std::uint8_t> report);
 
 private:
-    struct SlotKind;
-    static const SlotKind kCab;
-    static const SlotKind kAmp;
-
     void handle(const Frame& frame, AnswerWriter& answer, std::vector<std::string>& changes);
     void connect(const Frame& frame, AnswerWriter& answer) const;
-    void takePacket(const SlotKind& kind, const Frame& frame, AnswerWriter& answer, std::vector<std::string>& changes);
+    void takePacket(const Kr310Bank& bank, Kr310Transfer& transfer, const Frame& frame, AnswerWriter& answer,
+                    std::vector<std::string>& changes);
     void acknowledge(const Frame& packet, std::uint8_t lastPhase, AnswerWriter& answer) const;
     void deleteCab(const Frame& frame, std::vector<std::string>& changes);
 

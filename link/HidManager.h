@@ -20,6 +20,7 @@ struct HidMatching {
     std::int64_t vendorId = 0;
     std::int64_t productId = 0;
     std::int64_t versionNumber = 0;
+    bool operator==(const HidMatching&) const = default;
 };
 
 /// One attached HID device. Its identity is its address. It may outlive its removal; reports are then refused.

@@ -29,14 +29,6 @@ QRectF inset(const QRectF& rect, double distance) {
             std::max(rect.height() - 2.0 * distance, 0.0)};
 }
 
-template <typename Kind>
-Kind& lazily(std::unique_ptr<Kind>& layer, LayerScene& scene) {
-    if (!layer) {
-        layer = std::make_unique<Kind>(scene);
-    }
-    return *layer;
-}
-
 }  // namespace
 
 SBProgressBar::SBProgressBar(QWidget* parent) : SBProgressBar(steadySeconds, parent) {}
@@ -61,98 +53,53 @@ void SBProgressBar::setUp() {
     colorTintOpacity_ = static_cast<double>(0.2F);
     backgroundColors_ = {white(0.55), white(0.4)};
 
-    setLayer(rootLayer());
-    fillLayer().setColors({white(0.75), white(1.0)});
+    clipLayer_.setMasksToBounds(true);
+    backgroundLayer_.setColors(backgroundColors_);
+    innerClipLayer_.setMasksToBounds(true);
+    stripesLayer_.setAnchorPoint({0.0, 0.5});
+    stripesLayer_.setOpacity(kStripesOpacity);
+    colorTintLayer_.setOpacity(static_cast<float>(colorTintOpacity_));
+
+    setLayer(rootLayer_);
+    fillLayer_.setColors({white(0.75), white(1.0)});
     for (Layer* const layer :
-         {static_cast<Layer*>(&fillLayer()), &stripesLayer(), &innerShadowLayer(), &colorTintLayer()}) {
-        innerClipLayer().addSublayer(*layer);
+         {static_cast<Layer*>(&fillLayer_), &stripesLayer_, &innerShadowLayer_, &colorTintLayer_}) {
+        innerClipLayer_.addSublayer(*layer);
     }
-    for (Layer* const layer : {static_cast<Layer*>(&backgroundLayer()), &borderLayer(), &innerClipLayer()}) {
-        clipLayer().addSublayer(*layer);
+    for (Layer* const layer : {static_cast<Layer*>(&backgroundLayer_), &borderLayer_, &innerClipLayer_}) {
+        clipLayer_.addSublayer(*layer);
     }
-    rootLayer().addSublayer(clipLayer());
+    rootLayer_.addSublayer(clipLayer_);
     resizeLayers();
     setAnimates(true);
-}
-
-Layer& SBProgressBar::rootLayer() {
-    return lazily(rootLayer_, scene());
-}
-
-Layer& SBProgressBar::clipLayer() {
-    if (!clipLayer_) {
-        lazily(clipLayer_, scene()).setMasksToBounds(true);
-    }
-    return *clipLayer_;
-}
-
-GradientLayer& SBProgressBar::backgroundLayer() {
-    if (!backgroundLayer_) {
-        lazily(backgroundLayer_, scene()).setColors(backgroundColors_);
-    }
-    return *backgroundLayer_;
-}
-
-Layer& SBProgressBar::borderLayer() {
-    return lazily(borderLayer_, scene());
-}
-
-Layer& SBProgressBar::innerClipLayer() {
-    if (!innerClipLayer_) {
-        lazily(innerClipLayer_, scene()).setMasksToBounds(true);
-    }
-    return *innerClipLayer_;
-}
-
-GradientLayer& SBProgressBar::fillLayer() {
-    return lazily(fillLayer_, scene());
-}
-
-Layer& SBProgressBar::stripesLayer() {
-    if (!stripesLayer_) {
-        lazily(stripesLayer_, scene()).setAnchorPoint({0.0, 0.5});
-        stripesLayer_->setOpacity(kStripesOpacity);
-    }
-    return *stripesLayer_;
-}
-
-Layer& SBProgressBar::innerShadowLayer() {
-    return lazily(innerShadowLayer_, scene());
-}
-
-Layer& SBProgressBar::colorTintLayer() {
-    if (!colorTintLayer_) {
-        lazily(colorTintLayer_, scene()).setOpacity(static_cast<float>(colorTintOpacity_));
-    }
-    return *colorTintLayer_;
 }
 
 void SBProgressBar::resizeLayers() {
     const ActionlessTransaction transaction(scene());
     const QRectF bounds = rect();
-    clipLayer().setFrame(bounds);
-    clipLayer().setCornerRadius(clipLayer().frame().height() / 2.0);
+    clipLayer_.setFrame(bounds);
+    clipLayer_.setCornerRadius(clipLayer_.frame().height() / 2.0);
     resizeInnerLayers();
-    for (Layer* const layer : {static_cast<Layer*>(&fillLayer()), &borderLayer(), &colorTintLayer(),
-                               static_cast<Layer*>(&backgroundLayer())}) {
+    for (Layer* const layer :
+         {static_cast<Layer*>(&fillLayer_), &borderLayer_, &colorTintLayer_, static_cast<Layer*>(&backgroundLayer_)}) {
         layer->setFrame(bounds);
     }
-    borderLayer().setContents(keptBorderImage(bounds.size()));
-    stripesLayer().setBackground(stripesImage_);
+    borderLayer_.setContents(keptBorderImage(bounds.size()));
+    stripesLayer_.setBackground(stripesImage_);
     // One tile more than the bar needs, so that the stripes can move right by one tile and still cover it.
     const double tile = stripesImage_.size().width();
     const double width = stripesImage_.isEmpty() ? 0.0 : (std::ceil(bounds.width() / tile) + 1.0) * tile;
-    stripesLayer().setFrame({-tile, bounds.y(), width, bounds.height()});
+    stripesLayer_.setFrame({-tile, bounds.y(), width, bounds.height()});
 }
 
 void SBProgressBar::resizeInnerLayers() {
     QRectF inner = inset(rect(), ring_.borderWidth);
     inner.setWidth(inner.width() * floatValue());
-    innerClipLayer().setFrame(inner);
-    innerClipLayer().setCornerRadius(innerClipLayer().frame().height() / 2.0);
-    innerShadowLayer().setFrame(inset(innerClipLayer().bounds(), -ring_.borderWidth));
-    innerShadowLayer().setCornerRadius(innerShadowLayer().frame().height() / 2.0);
-    innerShadowLayer().setContents(keptInnerShadow(innerShadowLayer().frame().size()));
+    innerClipLayer_.setFrame(inner);
+    innerClipLayer_.setCornerRadius(innerClipLayer_.frame().height() / 2.0);
+    innerShadowLayer_.setFrame(inset(innerClipLayer_.bounds(), -ring_.borderWidth));
+    innerShadowLayer_.setCornerRadius(innerShadowLayer_.frame().height() / 2.0);
+    innerShadowLayer_.setContents(keptInnerShadow(innerShadowLayer_.frame().size()));
     shownRing_ = ring_;
 }
 
@@ -232,8 +179,8 @@ void SBProgressBar::setColorTintOpacity(double opacity) {
 
 void SBProgressBar::reloadColorTint() {
     const ActionlessTransaction transaction(scene());
-    colorTintLayer().setBackground(colorTint_ ? Layer::Background(*colorTint_) : Layer::Background());
-    colorTintLayer().setOpacity(static_cast<float>(colorTintOpacity_));
+    colorTintLayer_.setBackground(colorTint_ ? Layer::Background(*colorTint_) : Layer::Background());
+    colorTintLayer_.setOpacity(static_cast<float>(colorTintOpacity_));
 }
 
 void SBProgressBar::setBackgroundColors(std::vector<QColor> colors) {
@@ -242,7 +189,7 @@ void SBProgressBar::setBackgroundColors(std::vector<QColor> colors) {
 }
 
 void SBProgressBar::reloadBackground() {
-    backgroundLayer().setColors(backgroundColors_);
+    backgroundLayer_.setColors(backgroundColors_);
 }
 
 void SBProgressBar::setBorderWidth(double width) {
@@ -290,7 +237,7 @@ QRect SBProgressBar::animatedRect() const {
     if (alphaIsFading()) {
         return rect();
     }
-    const QRectF fill = innerClipLayer_->frame();
+    const QRectF fill = innerClipLayer_.frame();
     return fill.isEmpty() ? QRect() : QRect(0, 0, static_cast<int>(std::ceil(fill.right())), height());
 }
 

@@ -109,15 +109,15 @@ public:
     /// that a show before the end of the fade wins.
     void setHidden(bool hidden);
 
-    Layer& rootLayer();
-    Layer& clipLayer();
-    GradientLayer& backgroundLayer();
-    Layer& borderLayer();
-    Layer& innerClipLayer();
-    GradientLayer& fillLayer();
-    Layer& stripesLayer();
-    Layer& innerShadowLayer();
-    Layer& colorTintLayer();
+    Layer& rootLayer() { return rootLayer_; }
+    Layer& clipLayer() { return clipLayer_; }
+    GradientLayer& backgroundLayer() { return backgroundLayer_; }
+    Layer& borderLayer() { return borderLayer_; }
+    Layer& innerClipLayer() { return innerClipLayer_; }
+    GradientLayer& fillLayer() { return fillLayer_; }
+    Layer& stripesLayer() { return stripesLayer_; }
+    Layer& innerShadowLayer() { return innerShadowLayer_; }
+    Layer& colorTintLayer() { return colorTintLayer_; }
 
     void reloadColorTint();
     void reloadBackground();
@@ -137,9 +137,9 @@ public:
 
     /// The stripe tile: white with a black diagonal band.
     static LayerImage stripesImageWithSize(QSizeF size);
-    /// The border ring for a layer of `size`, with or without the highlight below it; none for an empty size. The image
-    /// draws with the bar's widths and colour of the moment, so it must not be drawn after the bar's end.
-    std::optional<LayerImage> borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const;
+    /// The border ring for a layer of `size`, with or without the highlight below it; empty for an empty size. The
+    /// image draws with the bar's widths and colour of the moment, so it must not be drawn after the bar's end.
+    LayerImage borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const;
 
     /// The ring's look when the fill was last laid out.
     const RingLook& shownRing() const { return shownRing_; }
@@ -170,8 +170,8 @@ private:
     void setUp();
     /// The border images as a layer keeps them, with the widths and colour of this moment. Of the second one only what
     /// falls inside the ring: the ring itself would show through the soft edge of the fill's clip.
-    std::optional<LayerImage> keptBorderImage(QSizeF size) const;
-    std::optional<LayerImage> keptInnerShadow(QSizeF size) const;
+    LayerImage keptBorderImage(QSizeF size) const;
+    LayerImage keptInnerShadow(QSizeF size) const;
     bool alphaIsFading() const;
     void showFloatValue();
     void animateFloatValue(double value);
@@ -197,15 +197,15 @@ private:
     // What the running animation of floatValue stored last.
     double animatedValue_ = 0.0;
 
-    std::unique_ptr<Layer> rootLayer_;
-    std::unique_ptr<Layer> clipLayer_;
-    std::unique_ptr<GradientLayer> backgroundLayer_;
-    std::unique_ptr<Layer> borderLayer_;
-    std::unique_ptr<Layer> innerClipLayer_;
-    std::unique_ptr<GradientLayer> fillLayer_;
-    std::unique_ptr<Layer> stripesLayer_;
-    std::unique_ptr<Layer> innerShadowLayer_;
-    std::unique_ptr<Layer> colorTintLayer_;
+    Layer rootLayer_{scene()};
+    Layer clipLayer_{scene()};
+    GradientLayer backgroundLayer_{scene()};
+    Layer borderLayer_{scene()};
+    Layer innerClipLayer_{scene()};
+    GradientLayer fillLayer_{scene()};
+    Layer stripesLayer_{scene()};
+    Layer innerShadowLayer_{scene()};
+    Layer colorTintLayer_{scene()};
     std::unique_ptr<SBProgressBarFrame> frame_;
 };
 

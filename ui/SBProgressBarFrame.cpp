@@ -1,6 +1,7 @@
 #include "SBProgressBarFrame.h"
 
 #include <QPainter>
+#include <QPixmap>
 #include <algorithm>
 #include <cmath>
 
@@ -15,56 +16,9 @@ int wholePixels(double length) {
     return static_cast<int>(std::ceil(length - kRoundingError));
 }
 
-QImage cellOf(const Layer::Background& stripes, double ratio) {
-    QImage cell;
-    if (const auto* const tile = std::get_if<LayerImage>(&stripes)) {
-        cell = patternCell(*tile, ratio);
-    }
-    if (cell.isNull()) {
-        cell = QImage(1, 1, QImage::Format_ARGB32_Premultiplied);
-        const auto* const color = std::get_if<QColor>(&stripes);
-        cell.fill(color ? *color : QColor(Qt::transparent));
-    }
-    return cell;
-}
-
-bool isOpaque(const QImage& image) {
-    for (int y = 0; y < image.height(); ++y) {
-        const QRgb* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        if (std::any_of(row, row + image.width(), [](QRgb pixel) { return qAlpha(pixel) != 255; })) {
-            return false;
-        }
-    }
-    return true;
-}
-
-const QRgb* rowOf(const QImage& image, int y) {
-    return reinterpret_cast<const QRgb*>(image.constScanLine(y));
-}
-
-// The raster engine copies what is opaque by its format, and blends everything else.
-QImage::Format formatOf(bool opaque) {
-    return opaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
-}
-
-// A colour channel under the stripes' pixel: without stripes it is `none`, and it changes linearly with their alpha and
-// colour.
-int channel(int none, int black, int white, int alpha, int color) {
-    return none + ((black - none) * alpha + (white - black) * color) / 255;
-}
-
-QRgb under(QRgb stripe, QRgb none, QRgb black, QRgb white) {
-    if (stripe == 0xff000000U) {
-        return black;
-    }
-    if (stripe == 0xffffffffU) {
-        return white;
-    }
-    const int alpha = qAlpha(stripe);
-    return qRgba(channel(qRed(none), qRed(black), qRed(white), alpha, qRed(stripe)),
-                 channel(qGreen(none), qGreen(black), qGreen(white), alpha, qGreen(stripe)),
-                 channel(qBlue(none), qBlue(black), qBlue(white), alpha, qBlue(stripe)),
-                 channel(qAlpha(none), qAlpha(black), qAlpha(white), alpha, alpha));
+int modulo(int number, int period) {
+    const int rest = number % period;
+    return rest < 0 ? rest + period : rest;
 }
 
 }  // namespace
@@ -80,7 +34,8 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
     if (const QRectF inner = bar_.innerClipLayer().frame(); inner != inner_) {
         layOut(inner);
     }
-    const int stripesAt = static_cast<int>(std::lround((inner_.x() + bar_.stripesLayer().shownPosition().x()) * ratio));
+    const double stripesAt = (inner_.x() + bar_.stripesLayer().shownPosition().x()) * ratio;
+    const int phase = modulo(static_cast<int>(std::lround(stripesAt)), period_);
 
     if (alpha < 1.0) {
         painter.setOpacity(alpha);
@@ -90,14 +45,17 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
         painter.drawImage(QPoint(fillEnd_, 0), trough_, QRect(fillEnd_, 0, partEnd - fillEnd_, size_.height()));
     }
     if (fillEnd_ > 0) {
-        painter.drawImage(QPoint(rightX_, 0), pixelsOf(rightEnd_, cellColumn(rightX_, stripesAt)));
+        painter.drawImage(QPoint(rightX_, 0), partAt(phase, rightEnd_, rightX_, fillEnd_ - rightX_));
     }
     if (rightX_ > 0) {
-        painter.drawImage(QPoint(0, 0), pixelsOf(leftEnd_, cellColumn(0, stripesAt)));
-        const QRect middle(cellColumn(endWidth_, stripesAt), 0, rightX_ - endWidth_, size_.height());
-        if (!middle.isEmpty()) {
-            painter.drawImage(QPoint(endWidth_, 0), strip_, middle);
+        painter.drawImage(QPoint(0, 0), partAt(phase, leftEnd_, 0, endWidth_));
+    }
+    if (rightX_ > endWidth_) {
+        if (strip_.isNull()) {
+            makeStrip(phase);
         }
+        const int column = modulo(stripPhase_ - phase, period_);
+        painter.drawImage(QPoint(endWidth_, 0), strip_, QRect(column, 0, rightX_ - endWidth_, size_.height()));
     }
     if (alpha < 1.0) {
         painter.setOpacity(1.0);
@@ -120,117 +78,64 @@ void SBProgressBarFrame::forget(const Look& look) {
     size_ = {wholePixels(bar_.width() * look.ratio), wholePixels(bar_.height() * look.ratio)};
     const double roundEnd = bar_.height() / 2.0 + std::max(look.ring.borderWidth, 0.0);
     endWidth_ = wholePixels(std::min(roundEnd * look.ratio, static_cast<double>(size_.width()))) + 1;
-    cell_ = cellOf(bar_.stripesLayer().background(), look.ratio);
-    cellTop_ = static_cast<int>(std::lround((look.innerOrigin.y() + bar_.stripesLayer().frame().y()) * look.ratio));
-    cellIsOpaque_ = isOpaque(cell_);
+    const auto* const tile = std::get_if<LayerImage>(&bar_.stripesLayer().background());
+    period_ = tile ? std::max(patternCell(*tile, look.ratio).width(), 1) : 1;
     strip_ = {};
-    leftEnd_ = {};
-    keptRightEnds_.fill({});
-    ++drawnParts_;
-    trough_ = paintLayers(bar_.clipLayer(), {{0.0, 0.0}, size_, look.ratio}, {.omitted = &bar_.innerClipLayer()});
+    leftEnd_.clear();
+    trough_ = paintLayersOf(bar_.clipLayer(), 0, size_.width(), &bar_.innerClipLayer());
     layOut(bar_.innerClipLayer().frame());
 }
 
 void SBProgressBarFrame::layOut(const QRectF& inner) {
     inner_ = inner;
+    rightEnd_.clear();
     rightX_ = 0;
     fillEnd_ = 0;
-    if (inner.isEmpty()) {
-        return;
-    }
-    const double right = inner.right() * look_.ratio;
-    const int step = static_cast<int>(std::floor(right * kSteps));
-    const int column = step / kSteps;
-    fillEnd_ = std::clamp(column + 1, 1, size_.width());
-    if (right < 2.0 * endWidth_) {
-        rightEnd_ = makeEnd(makeColumns(0.0, fillEnd_));
-        return;
-    }
-    if (leftEnd_.phases.empty()) {
-        leftEnd_ = makeEnd(makeColumns(0.0, endWidth_));
-        makeStrip();
-    }
-    rightX_ = column - endWidth_;
-    // Over the trough's own round end no two places look the same.
-    Columns alone;
-    Columns& columns =
-        column < size_.width() - endWidth_ ? keptRightEnds_[static_cast<std::size_t>(step % kSteps)] : alone;
-    if (columns.black.isNull()) {
-        columns = makeColumns(rightX_, fillEnd_ - rightX_);
-    }
-    rightEnd_ = makeEnd(columns);
-}
-
-void SBProgressBarFrame::makeStrip() {
-    const Columns column = makeColumns(endWidth_, 1);
-    const int width = size_.width() + cell_.width();
-    strip_ = QImage(width, size_.height(), formatOf(column.isOpaque));
-    for (int y = 0; y < strip_.height(); ++y) {
-        QRgb* const row = reinterpret_cast<QRgb*>(strip_.scanLine(y));
-        const QRgb* const stripe = cellRow(y);
-        const QRgb none = *rowOf(column.none, y);
-        const QRgb black = *rowOf(column.black, y);
-        const QRgb white = *rowOf(column.white, y);
-        for (int x = 0; x < width; ++x) {
-            row[x] = x < cell_.width() ? under(stripe[x], none, black, white) : row[x - cell_.width()];
+    if (!inner.isEmpty()) {
+        const int column = static_cast<int>(std::floor(inner.right() * look_.ratio));
+        fillEnd_ = std::clamp(column + 1, 1, size_.width());
+        rightX_ = column - endWidth_;
+        if (rightX_ < endWidth_) {
+            rightX_ = 0;
+        } else if (strip_.isNull() && rightX_ < endWidth_ + period_) {
+            rightX_ = endWidth_;
         }
     }
 }
 
-QImage SBProgressBarFrame::paintBar(double x, int width, const QColor& stripes) {
-    ++drawnParts_;
-    return paintLayers(bar_.clipLayer(), {{x, 0.0}, {width, size_.height()}, look_.ratio},
-                       {.recolored = &bar_.stripesLayer(), .color = stripes});
+void SBProgressBarFrame::makeStrip(int phase) {
+    stripPhase_ = phase;
+    const QImage columns = paintPart(endWidth_, period_);
+    strip_ = QImage(size_.width() + period_, size_.height(), columns.format());
+    strip_.fill(Qt::transparent);
+    QPainter(&strip_).fillRect(strip_.rect(), QBrush(columns));
 }
 
-SBProgressBarFrame::Columns SBProgressBarFrame::makeColumns(double x, int width) {
-    Columns columns;
-    columns.black = paintBar(x, width, Qt::black);
-    columns.white = paintBar(x, width, Qt::white);
-    columns.none = cellIsOpaque_ ? columns.black : paintBar(x, width, Qt::transparent);
-    columns.isOpaque = isOpaque(columns.none) && isOpaque(columns.black) && isOpaque(columns.white);
-    return columns;
+QImage SBProgressBarFrame::paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted) {
+    ++paintedParts_;
+    return paintLayers(layer, {{static_cast<double>(x), 0.0}, {width, size_.height()}, look_.ratio}, omitted);
 }
 
-SBProgressBarFrame::End SBProgressBarFrame::makeEnd(const Columns& columns) const {
-    // Bounds what a very wide stripe tile can take.
-    constexpr int kMostPhases = 64;
-    return {columns, std::vector<End::Phase>(static_cast<std::size_t>(std::min(cell_.width(), kMostPhases)))};
-}
-
-const QImage& SBProgressBarFrame::pixelsOf(End& end, int cellColumn) {
-    End::Phase& phase = end.phases[static_cast<std::size_t>(cellColumn) % end.phases.size()];
-    if (phase.pixels.isNull() || phase.cellColumn != cellColumn) {
-        phase = {cellColumn, compose(end.columns, cellColumn)};
+QImage SBProgressBarFrame::paintPart(int x, int width) {
+    QImage picture;
+    if (x >= endWidth_ && x + width <= size_.width() - endWidth_ && bar_.clipLayer().shownOpacity() == 1.0F) {
+        // Here the bar's mask cuts nothing off, so that the fill lies on the trough as it is.
+        picture = trough_.copy(x, 0, width, size_.height());
+        QPainter(&picture).drawImage(0, 0, paintLayersOf(bar_.innerClipLayer(), x, width));
+    } else {
+        picture = paintLayersOf(bar_.clipLayer(), x, width);
     }
-    return phase.pixels;
+    // A pixmap finds out whether it is opaque: such a picture is copied, any other blended.
+    return QPixmap::fromImage(std::move(picture)).toImage();
 }
 
-QImage SBProgressBarFrame::compose(const Columns& columns, int cellColumn) const {
-    QImage pixels(columns.black.size(), formatOf(columns.isOpaque));
-    for (int y = 0; y < pixels.height(); ++y) {
-        QRgb* const row = reinterpret_cast<QRgb*>(pixels.scanLine(y));
-        const QRgb* const stripe = cellRow(y);
-        const QRgb* const none = rowOf(columns.none, y);
-        const QRgb* const black = rowOf(columns.black, y);
-        const QRgb* const white = rowOf(columns.white, y);
-        int column = cellColumn;
-        for (int x = 0; x < pixels.width(); ++x) {
-            row[x] = under(stripe[column], none[x], black[x], white[x]);
-            column = column + 1 == cell_.width() ? 0 : column + 1;
-        }
+const QImage& SBProgressBarFrame::partAt(int phase, Phases& phases, int x, int width) {
+    QImage* part = phases.object(phase);
+    if (!part) {
+        part = new QImage(paintPart(x, width));
+        phases.insert(phase, part);
     }
-    return pixels;
-}
-
-int SBProgressBarFrame::cellColumn(int x, int stripesAt) const {
-    const int column = (x - stripesAt) % cell_.width();
-    return column < 0 ? column + cell_.width() : column;
-}
-
-const QRgb* SBProgressBarFrame::cellRow(int y) const {
-    const int row = (y - cellTop_) % cell_.height();
-    return rowOf(cell_, row < 0 ? row + cell_.height() : row);
+    return *part;
 }
 
 }  // namespace kelvo

@@ -13,24 +13,19 @@ QColor shadowColor(const RingLook& look) {
     return QColor::fromRgbF(1.0F, 1.0F, 1.0F, kShadowAlpha * look.borderColor.alphaF());
 }
 
-void drawRing(QPainter& painter, QSizeF size, const RingLook& look, bool innerShadow) {
-    const double line = look.borderWidth;
+QPainterPath ringPath(QSizeF size, double line) {
+    QPainterPath ring;
     if (!(line > 0.0)) {
-        return;
+        return ring;
     }
     // In the line's middle half of the whole height, though it lies further in; a ring narrower than high is round like
     // its layer's clip.
     const double radius = std::min(size.height(), size.width() - line) / 2.0;
-    QPainterPath ring;
     for (const double in : {0.0, line}) {
         const double edgeRadius = radius + line / 2.0 - in;
         ring.addRoundedRect(QRectF({0.0, 0.0}, size).adjusted(in, in, -in, -in), edgeRadius, edgeRadius);
     }
-    ring = withFineCurves(ring);
-    if (innerShadow) {
-        painter.fillPath(ring.translated(0.0, look.shadowWidth), shadowColor(look));
-    }
-    painter.fillPath(ring, look.borderColor);
+    return withFineCurves(ring);
 }
 
 // What of the shadow falls inside the ring: between the fill's upper edge and the same edge further down.
@@ -50,10 +45,6 @@ void drawInnerShadow(QPainter& painter, QSizeF size, const RingLook& look) {
     painter.fillPath(withFineCurves(shadow), shadowColor(look));
 }
 
-bool isEmpty(QSizeF size) {
-    return !(size.width() > 0.0 && size.height() > 0.0);
-}
-
 }  // namespace
 
 LayerImage SBProgressBar::stripesImageWithSize(QSizeF size) {
@@ -68,26 +59,24 @@ LayerImage SBProgressBar::stripesImageWithSize(QSizeF size) {
             }};
 }
 
-std::optional<LayerImage> SBProgressBar::borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const {
-    if (isEmpty(size)) {
-        return std::nullopt;
-    }
-    return LayerImage(size,
-                      [this, size, innerShadow](QPainter& painter) { drawRing(painter, size, ring_, innerShadow); });
+LayerImage SBProgressBar::borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const {
+    return {size, [this, size, innerShadow](QPainter& painter) {
+                const QPainterPath ring = ringPath(size, ring_.borderWidth);
+                if (innerShadow) {
+                    painter.fillPath(ring.translated(0.0, ring_.shadowWidth), shadowColor(ring_));
+                }
+                painter.fillPath(ring, ring_.borderColor);
+            }};
 }
 
-std::optional<LayerImage> SBProgressBar::keptBorderImage(QSizeF size) const {
-    if (isEmpty(size)) {
-        return std::nullopt;
-    }
-    return LayerImage(size, [look = ring_, size](QPainter& painter) { drawRing(painter, size, look, false); });
+LayerImage SBProgressBar::keptBorderImage(QSizeF size) const {
+    return {size, [ring = ringPath(size, ring_.borderWidth), color = ring_.borderColor](QPainter& painter) {
+                painter.fillPath(ring, color);
+            }};
 }
 
-std::optional<LayerImage> SBProgressBar::keptInnerShadow(QSizeF size) const {
-    if (isEmpty(size)) {
-        return std::nullopt;
-    }
-    return LayerImage(size, [look = ring_, size](QPainter& painter) { drawInnerShadow(painter, size, look); });
+LayerImage SBProgressBar::keptInnerShadow(QSizeF size) const {
+    return {size, [look = ring_, size](QPainter& painter) { drawInnerShadow(painter, size, look); }};
 }
 
 }  // namespace kelvo

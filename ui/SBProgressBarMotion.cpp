@@ -19,18 +19,18 @@ void SBProgressBar::setAnimates(bool animates) {
     animates_ = animates;
     if (animates_) {
         scene().begin();
-        if (!stripesLayer().animation(kStripesKey) && animates_ && !sb_isHidden_) {
-            stripesLayer().addAnimation(stripesAnimation(), kStripesKey);
+        if (!stripesLayer_.animation(kStripesKey) && animates_ && !sb_isHidden_) {
+            stripesLayer_.addAnimation(stripesAnimation(), kStripesKey);
         }
-        stripesLayer().setOpacity(kStripesOpacity);
+        stripesLayer_.setOpacity(kStripesOpacity);
         scene().commit();
     } else {
         scene().setCompletionBlock([this] {
-            if (stripesLayer().animation(kStripesKey) && !animates_) {
-                stripesLayer().removeAnimation(kStripesKey);
+            if (stripesLayer_.animation(kStripesKey) && !animates_) {
+                stripesLayer_.removeAnimation(kStripesKey);
             }
         });
-        stripesLayer().setOpacity(0.0F);
+        stripesLayer_.setOpacity(0.0F);
     }
 }
 
@@ -41,7 +41,7 @@ void SBProgressBar::setAnimationDuration(double seconds) {
     animationDuration_ = seconds;
     if (animates_) {
         setAnimates(false);
-        stripesLayer().removeAnimation(kStripesKey);
+        stripesLayer_.removeAnimation(kStripesKey);
         setAnimates(true);
     }
 }
@@ -69,7 +69,7 @@ void SBProgressBar::hideFading() {
         if (sb_isHidden_) {
             QWidget::setVisible(false);
         }
-        stripesLayer().removeAnimation(kStripesKey);
+        stripesLayer_.removeAnimation(kStripesKey);
     });
     setAlphaValue(0.0);
 }
@@ -80,17 +80,17 @@ void SBProgressBar::showFading() {
     // Ends the fade-out, whose completion stops the stripes; hence the stripes come after it.
     setAlphaValue(1.0);
     if (animates_) {
-        stripesLayer().addAnimation(stripesAnimation(), kStripesKey);
+        stripesLayer_.addAnimation(stripesAnimation(), kStripesKey);
     }
 }
 
 bool SBProgressBar::alphaIsFading() const {
-    return rootLayer_->animation("opacity") != nullptr;
+    return rootLayer_.animation("opacity") != nullptr;
 }
 
 std::optional<BasicAnimation> SBProgressBar::defaultAnimationForKey(std::string_view key) {
     if (key == kValueKey) {
-        return BasicAnimation{.timingFunction = kEaseInEaseOut};
+        return BasicAnimation{.timingFunction = easeInEaseOut()};
     }
     return std::nullopt;
 }
@@ -124,21 +124,21 @@ void SBProgressBar::animateFloatValue(double value) {
     animation.fromValue = std::abs(from);
     animation.toValue = value;
     animation.removedOnCompletion = false;
-    rootLayer().addAnimation(animation, kValueKey);
+    rootLayer_.addAnimation(animation, kValueKey);
 }
 
 void SBProgressBar::layersAdvanced() {
-    const BasicAnimation* const animation = rootLayer().animation(kValueKey);
+    const BasicAnimation* const animation = rootLayer_.animation(kValueKey);
     if (!animation) {
         return;
     }
-    const auto moving = rootLayer().animatedValue(kValueKey);
+    const auto moving = rootLayer_.animatedValue(kValueKey);
     const double next = std::clamp(moving.value_or(*animation->toValue), 0.0, 1.0);
     // Fails if somebody has set a value of their own meanwhile, on whatever thread: that one stays.
     const bool ours = state_->floatValue.compare_exchange_strong(animatedValue_, -next);
     animatedValue_ = -next;
     if (!moving || !ours) {
-        rootLayer().removeAnimation(kValueKey);
+        rootLayer_.removeAnimation(kValueKey);
     }
     if (ours) {
         showFloatValue();

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "Faults.h"
-#include "MemoryLines.h"
+#include "Kr310Memory.h"
 
 namespace kelvo {
 namespace {

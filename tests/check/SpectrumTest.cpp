@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "Spectrum.h"
+#include "Plot.h"
 
 namespace kelvo {
 namespace {

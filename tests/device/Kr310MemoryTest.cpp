@@ -27,7 +27,7 @@ TEST(Kr310Memory, holdsAClickInTheFactoryCabinetsAndSilenceInEmptySlots) {
     const Kr310Memory memory = Kr310Memory::factory();
     EXPECT_EQ(memory.cab[0].words[0], 0x7FFFFFU);
     EXPECT_EQ(memory.cab[0].words[1], 0U);
-    EXPECT_EQ(cabCrc32(memory.cab[0]), 0xF1CF3378U);
+    EXPECT_EQ(kCabBank.crc32(memory.cab[0]), 0xF1CF3378U);
     EXPECT_EQ(memory.cab[5].words[0], 0U);
 }
 
@@ -38,29 +38,29 @@ TEST(Kr310Memory, isEmptyWhenItIsNotTheFactorys) {
 }
 
 TEST(CabCrc32, runsOverThreeBytesPerPoint) {
-    EXPECT_EQ(cabCrc32({}), 0x6C1CE17EU);
+    EXPECT_EQ(kCabBank.crc32({}), 0x6C1CE17EU);
 }
 
 TEST(AmpCrc32, runsOverFourBytesPerWord) {
-    EXPECT_EQ(ampCrc32({}), 0xF1E8BA9EU);
+    EXPECT_EQ(kAmpBank.crc32({}), 0xF1E8BA9EU);
 }
 
 TEST(CabCrc32, takesThePointsLowByteFirstUpToTheLast) {
     Kr310Slot slot;
     slot.words[511] = 0x800001;
-    EXPECT_EQ(cabCrc32(slot), 0x80660869U);
+    EXPECT_EQ(kCabBank.crc32(slot), 0x80660869U);
 }
 
 TEST(CabCrc32, leavesOutWhatLiesAboveBit23) {
     Kr310Slot slot;
     slot.words[511] = 0xFF800001;
-    EXPECT_EQ(cabCrc32(slot), 0x80660869U);
+    EXPECT_EQ(kCabBank.crc32(slot), 0x80660869U);
 }
 
 TEST(AmpCrc32, takesTheWordsLowByteFirst) {
     Kr310Slot slot;
     slot.words[0] = 0x01020304;
-    EXPECT_EQ(ampCrc32(slot), 0x31550A98U);
+    EXPECT_EQ(kAmpBank.crc32(slot), 0x31550A98U);
 }
 
 }  // namespace

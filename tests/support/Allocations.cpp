@@ -6,23 +6,25 @@
 namespace {
 
 thread_local std::size_t count = 0;
+thread_local std::size_t failingSize = 0;
 
 }  // namespace
 
 void* operator new(std::size_t size) {
     ++count;
-    void* const memory = std::malloc(size == 0 ? 1 : size);
+    void* const memory = failingSize != 0 && size == failingSize ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
     return memory;
 }
 
-void operator delete(void* memory) noexcept {
+// Not inlined, or g++ takes the free(3) in it for the wrong partner of new.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
@@ -41,4 +43,8 @@ void operator delete[](void* memory, std::size_t) noexcept {
 
 std::size_t kelvo::test::allocations() {
     return count;
+}
+
+void kelvo::test::failAllocationsOf(std::size_t size) {
+    failingSize = size;
 }

@@ -25,7 +25,7 @@ TEST_F(BarMotion, stripesAnimation_movesByOneTileForEver) {
     EXPECT_EQ(animation.duration, 0.3);
     EXPECT_EQ(animation.repeatCount, std::numeric_limits<double>::infinity());
     EXPECT_FALSE(animation.removedOnCompletion);
-    EXPECT_FALSE(animation.timingFunction.has_value());
+    EXPECT_EQ(animation.timingFunction, QEasingCurve(QEasingCurve::Linear));
     EXPECT_EQ(*bar.stripesLayer().animation("x"), animation);
 }
 

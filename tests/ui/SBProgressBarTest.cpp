@@ -247,7 +247,9 @@ TEST(SBProgressBar, moveWithinTheSameWindow_doesNotRegisterAgain) {
 TEST(SBProgressBar, defaultAnimation_existsForTheValueOnly) {
     const auto animation = SBProgressBar::defaultAnimationForKey("floatValue");
     ASSERT_TRUE(animation.has_value());
-    EXPECT_EQ(*animation, (BasicAnimation{.timingFunction = TimingCurve{0.42, 0.0, 0.58, 1.0}}));
+    QEasingCurve pace(QEasingCurve::BezierSpline);
+    pace.addCubicBezierSegment({0.42, 0.0}, {0.58, 1.0}, {1.0, 1.0});
+    EXPECT_EQ(*animation, (BasicAnimation{.timingFunction = pace}));
     EXPECT_FALSE(SBProgressBar::defaultAnimationForKey("colorTint").has_value());
     EXPECT_FALSE(SBProgressBar::defaultAnimationForKey("").has_value());
 }

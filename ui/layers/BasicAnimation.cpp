@@ -1,9 +1,27 @@
 #include "BasicAnimation.h"
 
+#include <QPointF>
 #include <algorithm>
 #include <cmath>
 
 namespace kelvo {
+namespace {
+
+QEasingCurve bezierCurve(QPointF inner1, QPointF inner2) {
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment(inner1, inner2, {1.0, 1.0});
+    return curve;
+}
+
+}  // namespace
+
+QEasingCurve defaultTiming() {
+    return bezierCurve({0.25, 0.1}, {0.25, 1.0});
+}
+
+QEasingCurve easeInEaseOut() {
+    return bezierCurve({0.42, 0.0}, {0.58, 1.0});
+}
 
 std::optional<double> BasicAnimation::valueAt(double elapsed, double ownValue) const {
     if (elapsed >= length()) {
@@ -13,7 +31,7 @@ std::optional<double> BasicAnimation::valueAt(double elapsed, double ownValue) c
     const double start = fromValue ? *fromValue : (byValue && toValue ? *toValue - byDistance : ownValue);
     const double end = toValue ? *toValue : (byValue ? start + byDistance : ownValue);
     const double time = std::fmod(std::max(elapsed, 0.0), duration) / duration;
-    return start + (end - start) * (timingFunction ? timingFunction->at(time) : time);
+    return start + (end - start) * timingFunction.valueForProgress(time);
 }
 
 }  // namespace kelvo

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QEasingCurve>
 #include <optional>
 #include <string>
-
-#include "TimingCurve.h"
 
 namespace kelvo {
 
@@ -19,8 +18,8 @@ struct BasicAnimation {
 
     /// Seconds of one run; zero or less takes the default, 0.25 s, when the animation is added.
     double duration = 0.0;
-    /// Even pace when empty.
-    std::optional<TimingCurve> timingFunction{};
+    /// The pace, even at first.
+    QEasingCurve timingFunction{};
     /// Infinity runs for ever.
     double repeatCount = 1.0;
     /// One that is kept stays listed under its key when it has ended, but shows no more.
@@ -34,5 +33,9 @@ struct BasicAnimation {
 
     bool operator==(const BasicAnimation&) const = default;
 };
+
+/// The paces of implicit animations and of those that start and end slowly.
+QEasingCurve defaultTiming();
+QEasingCurve easeInEaseOut();
 
 }  // namespace kelvo

@@ -7,8 +7,7 @@
 namespace kelvo {
 
 void GradientLayer::setColors(std::vector<QColor> colors) {
-    colors_ = std::move(colors);
-    changed();
+    set(colors_, std::move(colors));
 }
 
 void GradientLayer::drawBackground(QPainter& painter) const {

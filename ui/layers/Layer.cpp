@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "LayerPainter.h"
+#include "PatternCell.h"
 
 namespace kelvo {
 
@@ -28,32 +29,11 @@ QRectF Layer::frame() const {
 void Layer::setFrame(const QRectF& frame) {
     bounds_.setSize({std::max(frame.width(), 0.0), std::max(frame.height(), 0.0)});
     position_ = {frame.x() + anchorPoint_.x() * bounds_.width(), frame.y() + anchorPoint_.y() * bounds_.height()};
-    changed();
+    scene_.changed();
 }
 
 void Layer::setBounds(const QRectF& bounds) {
-    bounds_ = {bounds.x(), bounds.y(), std::max(bounds.width(), 0.0), std::max(bounds.height(), 0.0)};
-    changed();
-}
-
-void Layer::setAnchorPoint(QPointF anchorPoint) {
-    anchorPoint_ = anchorPoint;
-    changed();
-}
-
-void Layer::setPosition(QPointF position) {
-    position_ = position;
-    changed();
-}
-
-void Layer::setCornerRadius(double radius) {
-    cornerRadius_ = radius;
-    changed();
-}
-
-void Layer::setMasksToBounds(bool masks) {
-    masksToBounds_ = masks;
-    changed();
+    set(bounds_, {bounds.x(), bounds.y(), std::max(bounds.width(), 0.0), std::max(bounds.height(), 0.0)});
 }
 
 void Layer::setOpacity(float opacity) {
@@ -66,20 +46,15 @@ void Layer::setOpacity(float opacity) {
         addAnimation({.keyPath = "opacity",
                       .fromValue = shown,
                       .toValue = static_cast<double>(opacity),
-                      .timingFunction = kDefaultTiming},
+                      .timingFunction = defaultTiming()},
                      "opacity");
     }
-    changed();
+    scene_.changed();
 }
 
 void Layer::setBackground(Background background) {
-    background_ = std::move(background);
-    changed();
-}
-
-void Layer::setContents(std::optional<LayerImage> contents) {
-    contents_ = std::move(contents);
-    changed();
+    cell_ = {};
+    set(background_, std::move(background));
 }
 
 void Layer::addSublayer(Layer& layer) {
@@ -88,7 +63,7 @@ void Layer::addSublayer(Layer& layer) {
     }
     sublayers_.push_back(&layer);
     layer.superlayer_ = this;
-    changed();
+    scene_.changed();
 }
 
 void Layer::addAnimation(BasicAnimation animation, const std::string& key) {
@@ -99,7 +74,7 @@ void Layer::addAnimation(BasicAnimation animation, const std::string& key) {
     ++group->running;
     const auto replaced = std::exchange(animations_[key], {std::move(animation), scene_.now(), group});
     scene_.animated_.insert(this);
-    changed();
+    scene_.changed();
     if (replaced.group && !replaced.ended) {
         LayerScene::animationEnded(replaced.group);
     }
@@ -118,7 +93,7 @@ void Layer::removeAnimation(const std::string& key) {
     if (animations_.empty()) {
         scene_.animated_.erase(this);
     }
-    changed();
+    scene_.changed();
     if (!removed.mapped().ended) {
         LayerScene::animationEnded(removed.mapped().group);
     }
@@ -148,7 +123,12 @@ void Layer::drawBackground(QPainter& painter) const {
         painter.setBrush(*color);
         fillBounds(painter);
     } else if (const auto* const tile = std::get_if<LayerImage>(&background_)) {
-        drawPattern(painter, *tile, bounds_);
+        const double ratio = painter.transform().m11();
+        if (cell_.isNull() || ratio != cellRatio_) {
+            cell_ = patternCell(*tile, ratio);
+            cellRatio_ = ratio;
+        }
+        drawPattern(painter, cell_, bounds_);
     }
 }
 
@@ -167,7 +147,7 @@ void Layer::endAnimations(double now, std::vector<std::shared_ptr<AnimationGroup
         if (over) {
             running.ended = true;
             ended.push_back(running.group);
-            changed();
+            scene_.changed();
         }
         it = over && running.animation.removedOnCompletion ? animations_.erase(it) : std::next(it);
     }

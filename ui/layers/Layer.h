@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPointF>
 #include <QRectF>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -41,16 +43,16 @@ public:
     void setBounds(const QRectF& bounds);
     /// The point of the bounds that lies at the position, (0, 0) upper left to (1, 1) lower right; (0.5, 0.5) at first.
     QPointF anchorPoint() const { return anchorPoint_; }
-    void setAnchorPoint(QPointF anchorPoint);
+    void setAnchorPoint(QPointF anchorPoint) { set(anchorPoint_, anchorPoint); }
     QPointF position() const { return position_; }
-    void setPosition(QPointF position);
+    void setPosition(QPointF position) { set(position_, position); }
 
     /// Rounds the background and, with masksToBounds, the clip; at most half of the shorter side is used.
     double cornerRadius() const { return cornerRadius_; }
-    void setCornerRadius(double radius);
+    void setCornerRadius(double radius) { set(cornerRadius_, radius); }
     /// Whether the sublayers are cut off at the bounds.
     bool masksToBounds() const { return masksToBounds_; }
-    void setMasksToBounds(bool masks);
+    void setMasksToBounds(bool masks) { set(masksToBounds_, masks); }
 
     float opacity() const { return opacity_; }
     /// Fades from what is shown to the new value in LayerScene::kDefaultDuration, unless actions are disabled or the
@@ -59,9 +61,9 @@ public:
 
     const Background& background() const { return background_; }
     void setBackground(Background background);
-    const std::optional<LayerImage>& contents() const { return contents_; }
-    /// The image is drawn when it is needed, to fill the bounds.
-    void setContents(std::optional<LayerImage> contents);
+    const LayerImage& contents() const { return contents_; }
+    /// The image, which may be empty, is drawn when it is needed, to fill the bounds.
+    void setContents(LayerImage contents) { set(contents_, std::move(contents)); }
 
     /// Puts the layer above the sublayers that are there, taking it from the superlayer it had.
     void addSublayer(Layer& layer);
@@ -84,7 +86,11 @@ public:
     virtual void drawBackground(QPainter& painter) const;
 
 protected:
-    void changed() { scene_.changed(); }
+    template <typename Value>
+    void set(Value& property, Value value) {
+        property = std::move(value);
+        scene_.changed();
+    }
     /// Fills the bounds, rounded, with the painter's brush.
     void fillBounds(QPainter& painter) const;
 
@@ -111,7 +117,10 @@ private:
     bool masksToBounds_ = false;
     float opacity_ = 1.0F;
     Background background_;
-    std::optional<LayerImage> contents_;
+    // The background's image as it is repeated, at the resolution of the last drawing.
+    mutable QImage cell_;
+    mutable double cellRatio_ = 0.0;
+    LayerImage contents_;
     std::vector<Layer*> sublayers_;
     Layer* superlayer_ = nullptr;
     std::map<std::string, Running> animations_;

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "Layer.h"
-#include "PatternCell.h"
 
 namespace kelvo {
 namespace {
@@ -21,18 +20,14 @@ void prepare(QPainter& painter) {
     painter.setPen(Qt::NoPen);
 }
 
-void drawOwn(QPainter& painter, const Layer& layer, const LayerVariation& variation) {
-    if (variation.recolored == &layer) {
-        painter.fillRect(layer.bounds(), variation.color);
-    } else {
-        layer.drawBackground(painter);
-    }
-    if (layer.contents() && !layer.contents()->isEmpty()) {
-        const QSizeF size = layer.contents()->size();
+void drawOwn(QPainter& painter, const Layer& layer) {
+    layer.drawBackground(painter);
+    if (!layer.contents().isEmpty()) {
+        const QSizeF size = layer.contents().size();
         painter.save();
         painter.translate(layer.bounds().topLeft());
         painter.scale(layer.bounds().width() / size.width(), layer.bounds().height() / size.height());
-        layer.contents()->draw(painter);
+        layer.contents().draw(painter);
         painter.restore();
     }
 }
@@ -47,10 +42,20 @@ void cut(QPainter& painter, const Layer& layer, QSize size) {
     painter.fillPath(outside, Qt::black);
 }
 
-void paint(QPainter& painter, const Layer& layer, QSize size, const LayerVariation& variation) {
+// Whether the layer's mask takes anything away from a picture of the size: in its middle there is nothing to cut.
+bool cuts(const QPainter& painter, const Layer& layer, QSize size) {
+    if (!layer.masksToBounds()) {
+        return false;
+    }
+    const double radius = layer.cornerRadius();
+    const QRectF wide = layer.bounds().adjusted(radius, 0.0, -radius, 0.0);
+    return !painter.transform().mapRect(wide).contains(QRectF({0.0, 0.0}, QSizeF(size)));
+}
+
+void paint(QPainter& painter, const Layer& layer, QSize size, const Layer* omitted) {
     const float opacity = layer.shownOpacity();
     const QRectF bounds = layer.bounds();
-    if (&layer == variation.omitted || !(opacity > 0.0F) || (layer.masksToBounds() && bounds.isEmpty())) {
+    if (&layer == omitted || !(opacity > 0.0F) || (layer.masksToBounds() && bounds.isEmpty())) {
         return;
     }
     const QTransform outer = painter.transform();
@@ -58,18 +63,19 @@ void paint(QPainter& painter, const Layer& layer, QSize size, const LayerVariati
     painter.translate(position.x() - layer.anchorPoint().x() * bounds.width() - bounds.x(),
                       position.y() - layer.anchorPoint().y() * bounds.height() - bounds.y());
 
-    const bool several = layer.contents() || !layer.sublayers().empty();
-    if (layer.masksToBounds() || (opacity < 1.0F && several)) {
+    const bool several = !layer.contents().isEmpty() || !layer.sublayers().empty();
+    const bool cutsOff = cuts(painter, layer, size);
+    if (cutsOff || (opacity < 1.0F && several)) {
         QImage group = blank(size);
         {
             QPainter inner(&group);
             prepare(inner);
             inner.setTransform(painter.transform());
-            drawOwn(inner, layer, variation);
+            drawOwn(inner, layer);
             for (const Layer* const sublayer : layer.sublayers()) {
-                paint(inner, *sublayer, size, variation);
+                paint(inner, *sublayer, size, omitted);
             }
-            if (layer.masksToBounds()) {
+            if (cutsOff) {
                 cut(inner, layer, size);
             }
         }
@@ -79,10 +85,10 @@ void paint(QPainter& painter, const Layer& layer, QSize size, const LayerVariati
         painter.setOpacity(1.0);
     } else {
         painter.setOpacity(static_cast<double>(opacity));
-        drawOwn(painter, layer, variation);
+        drawOwn(painter, layer);
         painter.setOpacity(1.0);
         for (const Layer* const sublayer : layer.sublayers()) {
-            paint(painter, *sublayer, size, variation);
+            paint(painter, *sublayer, size, omitted);
         }
     }
     painter.setTransform(outer);
@@ -90,13 +96,13 @@ void paint(QPainter& painter, const Layer& layer, QSize size, const LayerVariati
 
 }  // namespace
 
-QImage paintLayers(const Layer& layer, const LayerArea& area, const LayerVariation& variation) {
+QImage paintLayers(const Layer& layer, const LayerArea& area, const Layer* omitted) {
     QImage image = blank(area.size);
     QPainter painter(&image);
     prepare(painter);
     painter.translate(-area.origin);
     painter.scale(area.ratio, area.ratio);
-    paint(painter, layer, area.size, variation);
+    paint(painter, layer, area.size, omitted);
     return image;
 }
 
@@ -120,12 +126,8 @@ QPainterPath roundedRect(const QRectF& rect, double radius) {
     return path;
 }
 
-void drawPattern(QPainter& painter, const LayerImage& tile, const QRectF& rect) {
+void drawPattern(QPainter& painter, const QImage& cell, const QRectF& rect) {
     const QTransform toDevice = painter.transform();
-    const QImage cell = patternCell(tile, toDevice.m11());
-    if (cell.isNull()) {
-        return;
-    }
     const QRectF target = toDevice.mapRect(rect);
     QBrush brush(cell);
     brush.setTransform(QTransform::fromTranslate(std::round(target.x()), std::round(target.y())));

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QColor>
 #include <QImage>
 #include <QPainterPath>
 #include <QPointF>
 #include <QSize>
-
-#include "LayerImage.h"
 
 class QPainter;
 
@@ -22,19 +19,10 @@ struct LayerArea {
     double ratio = 1.0;
 };
 
-/// What is painted otherwise than the layers say.
-struct LayerVariation {
-    /// Left out, with its sublayers.
-    const Layer* omitted = nullptr;
-    /// Shown with the plain colour instead of its own background.
-    const Layer* recolored = nullptr;
-    QColor color{};
-};
-
 /// Paints the layer and its sublayers as they are shown now, from scratch. This is the slow and exact way: all edges
-/// are antialiased, a layer that clips or fades its sublayers is painted apart and cut as a whole. Returns a
-/// premultiplied image, transparent where there is nothing.
-QImage paintLayers(const Layer& layer, const LayerArea& area, const LayerVariation& variation = {});
+/// are antialiased, a layer that clips or fades its sublayers is painted apart and cut as a whole. `omitted` is left
+/// out, with its sublayers. Returns a premultiplied image, transparent where there is nothing.
+QImage paintLayers(const Layer& layer, const LayerArea& area, const Layer* omitted = nullptr);
 
 /// The path with short lines for its curves, which the raster engine draws up to an eighth of a pixel too flat.
 QPainterPath withFineCurves(const QPainterPath& path);
@@ -42,7 +30,7 @@ QPainterPath withFineCurves(const QPainterPath& path);
 /// The rectangle with round corners of at most half the shorter side.
 QPainterPath roundedRect(const QRectF& rect, double radius);
 
-/// Repeats the image over the rectangle, from its upper left corner, which is moved to a whole device pixel.
-void drawPattern(QPainter& painter, const LayerImage& tile, const QRectF& rect);
+/// Repeats the pattern cell over the rectangle, from its upper left corner, which is moved to a whole device pixel.
+void drawPattern(QPainter& painter, const QImage& cell, const QRectF& rect);
 
 }  // namespace kelvo

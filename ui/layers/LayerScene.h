@@ -7,11 +7,12 @@
 #include <set>
 #include <vector>
 
-#include "LayerClock.h"
-
 namespace kelvo {
 
 class Layer;
+
+/// The time that animations run by: seconds since any fixed moment, never going back.
+using LayerClock = std::function<double()>;
 
 /// Animations that were added within one transaction, and what to do when all of them have ended.
 struct AnimationGroup {

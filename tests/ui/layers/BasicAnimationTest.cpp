@@ -14,7 +14,7 @@ TEST(BasicAnimation, defaults_areOneEvenRunThatIsRemoved) {
     EXPECT_EQ(animation.duration, 0.0);
     EXPECT_EQ(animation.repeatCount, 1.0);
     EXPECT_TRUE(animation.removedOnCompletion);
-    EXPECT_FALSE(animation.timingFunction.has_value());
+    EXPECT_EQ(animation.timingFunction, QEasingCurve(QEasingCurve::Linear));
 }
 
 struct Way {
@@ -70,7 +70,7 @@ TEST(BasicAnimation, repeatedForEver_neverEnds) {
 
 TEST(BasicAnimation, withTimingFunction_followsItsCurve) {
     const BasicAnimation animation{
-        .fromValue = 100.0, .toValue = 200.0, .duration = 4.0, .timingFunction = kEaseInEaseOut};
+        .fromValue = 100.0, .toValue = 200.0, .duration = 4.0, .timingFunction = easeInEaseOut()};
     EXPECT_NEAR(animation.valueAt(1.0, kOwnValue).value(), 112.916, 0.01);
     EXPECT_NEAR(animation.valueAt(2.0, kOwnValue).value(), 150.0, 1e-6);
 }

@@ -14,8 +14,8 @@ protected:
     LayerScene scene{[this] { return seconds; }};
     Layer root{scene};
 
-    QImage paint(QSize size, double ratio = 1.0, const LayerVariation& variation = {}) {
-        return paintLayers(root, {{0.0, 0.0}, size, ratio}, variation);
+    QImage paint(QSize size, double ratio = 1.0, const Layer* omitted = nullptr) {
+        return paintLayers(root, {{0.0, 0.0}, size, ratio}, omitted);
     }
     static LayerImage redLeftHalf(QSizeF size) {
         return {size, [size](QPainter& painter) {
@@ -166,6 +166,15 @@ TEST_F(LayerPainterTest, pattern_repeatsFromTheBoundsCorner) {
     }
 }
 
+TEST_F(LayerPainterTest, pattern_isRepeatedAnewAtAnotherResolutionAndForAnotherImage) {
+    root.setFrame({0, 0, 8, 2});
+    root.setBackground(redLeftHalf({4, 2}));
+    EXPECT_EQ(paint({8, 2}).pixel(4, 0), 0xffff0000U);
+    EXPECT_EQ(paint({16, 4}, 2.0).pixel(4, 0), 0x00000000U);
+    root.setBackground(redLeftHalf({2, 2}));
+    EXPECT_EQ(paint({16, 4}, 2.0).pixel(4, 0), 0xffff0000U);
+}
+
 TEST_F(LayerPainterTest, gradient_runsFromTopToBottomAtEvenDistances) {
     GradientLayer gradient(scene);
     root.addSublayer(gradient);
@@ -197,18 +206,35 @@ TEST_F(LayerPainterTest, area_mayBeginAnywhereEvenBetweenPixels) {
     EXPECT_EQ(paintLayers(root, {{4.0, 0.0}, {1, 1}, 2.0}).pixel(0, 0), 0xffffffffU);
 }
 
-TEST_F(LayerPainterTest, variation_leavesOutOneLayerAndRecoloursAnother) {
-    Layer one(scene);
+TEST_F(LayerPainterTest, areaWithinARoundMask_looksAsItDoesInTheWhole) {
+    Layer sublayer(scene);
+    root.setFrame({0.5, 1, 60, 20});
+    root.setCornerRadius(10);
+    root.setMasksToBounds(true);
+    root.setBackground(QColor(0, 0, 200, 100));
+    root.addSublayer(sublayer);
+    sublayer.setFrame({-5, 3, 80, 9});
+    sublayer.setBackground(QColor(200, 0, 0, 100));
+    const QImage whole = paint({62, 22});
+    for (const QRect area : {QRect(11, 1, 30, 20), QRect(11, 0, 30, 22), QRect(9, 1, 30, 20), QRect(40, 1, 22, 20)}) {
+        EXPECT_EQ(paintLayers(root, {area.topLeft(), area.size(), 1.0}), whole.copy(area)) << area.x();
+    }
+}
+
+TEST_F(LayerPainterTest, omittedLayer_isLeftOutWithItsSublayers) {
+    Layer omitted(scene);
+    Layer below(scene);
     Layer other(scene);
-    for (Layer* const layer : {&one, &other}) {
-        root.addSublayer(*layer);
+    root.addSublayer(omitted);
+    omitted.addSublayer(below);
+    root.addSublayer(other);
+    for (Layer* const layer : {&omitted, &below, &other}) {
+        layer->setFrame({layer == &other ? 1.0 : 0.0, 0, 1, 1});
         layer->setBackground(QColor(Qt::white));
     }
-    one.setFrame({0, 0, 1, 1});
-    other.setFrame({1, 0, 1, 1});
-    const QImage image = paint({2, 1}, 1.0, {.omitted = &one, .recolored = &other, .color = QColor(Qt::red)});
+    const QImage image = paint({2, 1}, 1.0, &omitted);
     EXPECT_EQ(image.pixel(0, 0), 0x00000000U);
-    EXPECT_EQ(image.pixel(1, 0), 0xffff0000U);
+    EXPECT_EQ(image.pixel(1, 0), 0xffffffffU);
 }
 
 }  // namespace
