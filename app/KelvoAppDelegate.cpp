@@ -5,6 +5,7 @@
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QScreen>
+#include <QWindow>
 #include <initializer_list>
 #include <utility>
 
@@ -130,8 +131,10 @@ void KelvoAppDelegate::showMainWindow() {
     setNotice(QObject::tr("Looking for the KR310…"));
     window_->adjustSize();
     center(*window_);
-    // The sleep that follows serves no events: without this the user would look at an empty frame.
+    // The sleep that follows serves no events: without this the user would look at an empty frame, and the window
+    // system would wait for the answers that it wants from a new active window.
     showUntilPainted(*window_);
+    serveUntilActive(*window_);
 }
 
 void KelvoAppDelegate::setNotice(const QString& notice) {
@@ -149,11 +152,17 @@ void KelvoAppDelegate::loadFromDevice() {
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
     QWidget& loadingWindow = openLoadWindow();
+    // Where a program cannot place its windows, the window system centres one above that to which it belongs.
+    loadingWindow.winId();
+    loadingWindow.windowHandle()->setTransientParent(window_->windowHandle());
     center(loadingWindow);
     runModalForWindow(loadingWindow);
     // The sleep that follows serves no events: without this the loading window would still stand there.
     serveUntilActive(*window_);
     services_.sleep(1);
+    // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones. Before the names are
+    // there, so that they are not painted as dead.
+    QCoreApplication::processEvents();
     NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
     cabModel_->reloadData();
     ampModel_->reloadData();
@@ -162,8 +171,6 @@ void KelvoAppDelegate::loadFromDevice() {
 
 void KelvoAppDelegate::takeOrders() {
     setNotice({});
-    // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones.
-    QCoreApplication::processEvents();
     window_->setEnabled(true);
     ImportIRTableV_->selectRow(0);
     ImportCabTableV_->selectRow(0);
