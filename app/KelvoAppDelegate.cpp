@@ -1,6 +1,7 @@
 #include "KelvoAppDelegate.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QPushButton>
@@ -31,6 +32,15 @@ namespace {
 void center(QWidget& window) {
     const QRect available = window.screen()->availableGeometry();
     window.move(available.center() - QRect(QPoint(), window.size()).center());
+}
+
+// Where a program cannot place its windows, the window system centres one above that to which it belongs. On X it can,
+// and there both would be minimised together, which the loading window does not let happen.
+void belongTo(QWidget& window, const QWidget& owner) {
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) {
+        window.winId();
+        window.windowHandle()->setTransientParent(owner.windowHandle());
+    }
 }
 
 // Whether an import would take the file.
@@ -152,9 +162,7 @@ void KelvoAppDelegate::loadFromDevice() {
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
     QWidget& loadingWindow = openLoadWindow();
-    // Where a program cannot place its windows, the window system centres one above that to which it belongs.
-    loadingWindow.winId();
-    loadingWindow.windowHandle()->setTransientParent(window_->windowHandle());
+    belongTo(loadingWindow, *window_);
     center(loadingWindow);
     runModalForWindow(loadingWindow);
     // The sleep that follows serves no events: without this the loading window would still stand there.
