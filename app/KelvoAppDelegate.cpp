@@ -34,10 +34,10 @@ void center(QWidget& window) {
     window.move(available.center() - QRect(QPoint(), window.size()).center());
 }
 
-// Where a program cannot place its windows, the window system centres one above that to which it belongs. On X it can,
-// and there both would be minimised together, which the loading window does not let happen.
+// On Wayland a program cannot place its windows: the window system centres one above that to which it belongs. On X
+// both would be minimised together, which the loading window does not let happen.
 void belongTo(QWidget& window, const QWidget& owner) {
-    if (QGuiApplication::platformName() != QLatin1String("xcb")) {
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         window.winId();
         window.windowHandle()->setTransientParent(owner.windowHandle());
     }

@@ -7,7 +7,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
-#include <QWindow>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -107,16 +106,6 @@ TEST(StartUp, hasBecomeTheActiveWindowBeforeItSleeps) {
     };
     app.controller.applicationDidFinishLaunching();
     EXPECT_TRUE(active);
-}
-
-// Where a program cannot place its windows, the window system does, by what they belong to.
-TEST(StartUp, theLoadingWindowBelongsToTheMainWindow) {
-    RunningApp app;
-    const QWindow* owner = nullptr;
-    app.whileLoading = [&] { owner = app.controller.loadWindow().window()->windowHandle()->transientParent(); };
-    app.start();
-    ASSERT_NE(owner, nullptr);
-    EXPECT_EQ(owner, app.controller.window().windowHandle());
 }
 
 /// Notes of each painting of the table whether it showed names, and whether they could be used.
