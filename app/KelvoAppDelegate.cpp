@@ -1,10 +1,12 @@
 #include "KelvoAppDelegate.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QPushButton>
 #include <QScreen>
+#include <QWindow>
 #include <initializer_list>
 #include <utility>
 
@@ -30,6 +32,15 @@ namespace {
 void center(QWidget& window) {
     const QRect available = window.screen()->availableGeometry();
     window.move(available.center() - QRect(QPoint(), window.size()).center());
+}
+
+// On Wayland a program cannot place its windows: the window system centres one above that to which it belongs. On X
+// both would be minimised together, which the loading window does not let happen.
+void belongTo(QWidget& window, const QWidget& owner) {
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+        window.winId();
+        window.windowHandle()->setTransientParent(owner.windowHandle());
+    }
 }
 
 // Whether an import would take the file.
@@ -129,8 +140,10 @@ void KelvoAppDelegate::showMainWindow() {
     setNotice(QObject::tr("Looking for the KR310…"));
     window().adjustSize();
     center(window());
-    // The sleep that follows serves no events: without this the user would look at an empty frame.
+    // The sleep that follows serves no events: without this the user would look at an empty frame, and the window
+    // system would wait for the answers that it wants from a new active window.
     showUntilPainted(window());
+    serveUntilActive(window());
 }
 
 void KelvoAppDelegate::setNotice(const QString& notice) {
@@ -148,11 +161,15 @@ void KelvoAppDelegate::loadFromDevice() {
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
     QWidget& loadingWindow = openLoadWindow();
+    belongTo(loadingWindow, *window_);
     center(loadingWindow);
     runModalForWindow(loadingWindow);
     // The sleep that follows serves no events: without this the loading window would still stand there.
     serveUntilActive(window());
     services_.sleep(1);
+    // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones. Before the names are
+    // there, so that they are not painted as dead.
+    QCoreApplication::processEvents();
     NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
     cab_.model->reloadData();
     amp_.model->reloadData();
@@ -161,8 +178,6 @@ void KelvoAppDelegate::loadFromDevice() {
 
 void KelvoAppDelegate::takeOrders() {
     setNotice({});
-    // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones.
-    QCoreApplication::processEvents();
     window().setEnabled(true);
     ImportIRTableV().selectRow(0);
     ImportCabTableV().selectRow(0);

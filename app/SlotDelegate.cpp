@@ -106,7 +106,7 @@ void SlotDelegate::setFinished(int row, double opacity) {
 void SlotDelegate::paintTransfer(QPainter& painter, const QRect& row, const QModelIndex& index,
                                  const QColor& ink) const {
     const QVariant share = index.data(SlotTableModel::kTransferRole);
-    const QRect line(row.left(), row.bottom() + 1 - kLineHeight, row.width(), kLineHeight);
+    const QRect line(row.left(), row.bottom() + 1 - kLineHeight - kLineMargin, row.width(), kLineHeight);
     painter.save();
     if (share.isValid()) {
         painter.setOpacity(kTrough);

@@ -18,8 +18,9 @@ public:
     /// The width in pixels that a label takes in the font with the margins at its sides.
     static int labelWidth(const QFontMetrics& metrics, const QString& label);
 
-    /// The line's height in pixels.
+    /// The line's height in pixels, and that of the row's ground below it, which tells it from the next row.
     static constexpr int kLineHeight = 2;
+    static constexpr int kLineMargin = 2;
 
     /// The opacity, from 1 down to 0, of the full line that a finished transfer leaves in this row for a moment.
     void setFinished(int row, double opacity);

@@ -35,8 +35,9 @@ QString sentence(const FolderPlace& place, const QString& neighbour, const QStri
 StepButtons::StepButtons(SlotTableView& view, QPushButton& import, QPushButton& previous, QPushButton& next,
                          ImportQueue& queue, ImportQueue::Table& table)
     : view_(view), previous_(previous), next_(next), queue_(queue), table_(table) {
-    previous_.setIcon(QIcon::fromTheme(QStringLiteral("go-up"), symbolIcon(Symbol::Up)));
-    next_.setIcon(QIcon::fromTheme(QStringLiteral("go-down"), symbolIcon(Symbol::Down)));
+    // Not the theme's: a grey arrow looks the same on a dead button as on a live one.
+    previous_.setIcon(symbolIcon(Symbol::Up));
+    next_.setIcon(symbolIcon(Symbol::Down));
     connectStep(previous_, import, Qt::Key_Up, -1);
     connectStep(next_, import, Qt::Key_Down, 1);
     table_.changed = [this] { update(); };

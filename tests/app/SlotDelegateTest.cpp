@@ -140,10 +140,12 @@ class LineDrawing : public SlotDrawing {
 protected:
     LineDrawing() { palette_.setColor(QPalette::Highlight, QColor(0, 0, 200)); }
 
-    /// The colours of the row's last lines but two, from there down, at x.
+    /// The colours of the row's last five pixels at x, from above. Where the line is, the row's own
+    /// stand above and below it: a selected row's line must not run into the next row's ground.
     std::vector<QColor> foot(int x, QStyle::State more = {}) {
         const QImage image = draw("27.A", QStyle::State_Enabled | QStyle::State_Active | more, palette_);
-        return {image.pixelColor(x, kHeight - 3), image.pixelColor(x, kHeight - 2), image.pixelColor(x, kHeight - 1)};
+        return {image.pixelColor(x, kHeight - 5), image.pixelColor(x, kHeight - 4), image.pixelColor(x, kHeight - 3),
+                image.pixelColor(x, kHeight - 2), image.pixelColor(x, kHeight - 1)};
     }
     const QColor ground_ = Qt::white;
     const QColor strong_{0, 0, 200};
@@ -152,47 +154,49 @@ protected:
 };
 
 TEST_F(LineDrawing, isNotThereWithoutATransfer) {
-    EXPECT_THAT(foot(0), ElementsAre(ground_, ground_, ground_));
+    EXPECT_THAT(foot(0), ElementsAre(ground_, ground_, ground_, ground_, ground_));
 }
 
 TEST_F(LineDrawing, isTwoPixelsHighAndStrongAsFarAsTheTransferIs) {
     share_ = 0.25;
-    EXPECT_THAT(foot(0), ElementsAre(ground_, strong_, strong_));
-    EXPECT_THAT(foot(49), ElementsAre(ground_, strong_, strong_));
-    EXPECT_THAT(foot(50), ElementsAre(ground_, trough_, trough_));
-    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_));
+    EXPECT_THAT(foot(0), ElementsAre(ground_, strong_, strong_, ground_, ground_));
+    EXPECT_THAT(foot(49), ElementsAre(ground_, strong_, strong_, ground_, ground_));
+    EXPECT_THAT(foot(50), ElementsAre(ground_, trough_, trough_, ground_, ground_));
+    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_, ground_, ground_));
     share_ = 0.8;
-    EXPECT_THAT(foot(159), ElementsAre(ground_, strong_, strong_));
-    EXPECT_THAT(foot(160), ElementsAre(ground_, trough_, trough_));
+    EXPECT_THAT(foot(159), ElementsAre(ground_, strong_, strong_, ground_, ground_));
+    EXPECT_THAT(foot(160), ElementsAre(ground_, trough_, trough_, ground_, ground_));
 }
 
 TEST_F(LineDrawing, showsATransferThatNothingAcknowledges) {
     share_ = 0.0;
-    EXPECT_THAT(foot(0), ElementsAre(ground_, trough_, trough_));
+    EXPECT_THAT(foot(0), ElementsAre(ground_, trough_, trough_, ground_, ground_));
 }
 
 TEST_F(LineDrawing, isSeenOnASelectedRowWithAndWithoutTheFocus) {
     share_ = 0.5;
     const QColor pale(179, 179, 239);
-    EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(pale, strong_, strong_));
+    EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(pale, strong_, strong_, pale, pale));
     table_.show();
     table_.activateWindow();
     table_.setFocus();
     QApplication::processEvents();
     ASSERT_TRUE(table_.hasFocus());
-    EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(strong_, QColor(Qt::white), QColor(Qt::white)));
-    EXPECT_THAT(foot(100, QStyle::State_Selected), ElementsAre(strong_, QColor(64, 64, 214), QColor(64, 64, 214)));
+    EXPECT_THAT(foot(99, QStyle::State_Selected),
+                ElementsAre(strong_, QColor(Qt::white), QColor(Qt::white), strong_, strong_));
+    EXPECT_THAT(foot(100, QStyle::State_Selected),
+                ElementsAre(strong_, QColor(64, 64, 214), QColor(64, 64, 214), strong_, strong_));
 }
 
 TEST_F(LineDrawing, ofAFinishedTransferIsFullAndAsOpaqueAsItIsTold) {
     delegate_.setFinished(0, 1.0);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, strong_, strong_));
+    EXPECT_THAT(foot(199), ElementsAre(ground_, strong_, strong_, ground_, ground_));
     delegate_.setFinished(0, 0.25);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_));
+    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_, ground_, ground_));
     delegate_.setFinished(0, 0.0);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_));
+    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_, ground_, ground_));
     delegate_.setFinished(1, 1.0);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_));
+    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_, ground_, ground_));
 }
 
 TEST_F(SlotDrawing, isLegibleOnADarkGround) {

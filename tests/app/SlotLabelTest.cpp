@@ -21,26 +21,27 @@ TEST_P(SplitLabel, intoNumberAndName) {
     EXPECT_EQ(pieces.isEmpty, GetParam().isEmpty);
 }
 
-INSTANTIATE_TEST_SUITE_P(Labels, SplitLabel,
-                         testing::Values(Split{"27.GREENBACK", "27.", "GREENBACK", false},
-                                         Split{"58.CLEAN", "58.", "CLEAN", false},
-                                         Split{"30EMPTY", "30", "EMPTY", true},
-                                         Split{"30.EMPTY", "30.", "EMPTY", false},  // somebody's file of that name
-                                         Split{"32.", "32.", "", true},             // no name in the pedal
-                                         Split{"61.          ", "61.", "          ", true},
-                                         Split{"27.4X12.WAV", "27.", "4X12.WAV", false},  //
-                                         Split{"", "", "", true}, Split{"NAME", "", "NAME", false},
-                                         Split{"27.A\nB", "27.", QStringLiteral("A\u00B7B"), false},
-                                         Split{"56.\t\t", "56.", QStringLiteral("\u00B7\u00B7"), false},
-                                         Split{"56.\u00B7\u00B7", "56.", QStringLiteral("\u00B7\u00B7"), false},
-                                         Split{"27.\u00A0\u3000", "27.", QStringLiteral("\u00B7\u00B7"), false},
-                                         Split{"27.\x01\x1F\x7F", "27.", QStringLiteral("\u00B7\u00B7\u00B7"), false}));
+INSTANTIATE_TEST_SUITE_P(
+    Labels, SplitLabel,
+    testing::Values(Split{"27.GREENBACK", "27.", "GREENBACK", false}, Split{"58.CLEAN", "58.", "CLEAN", false},
+                    Split{"30EMPTY", "30", "EMPTY", true},
+                    Split{"30.EMPTY", "30.", "EMPTY", false},  // somebody's file of that name
+                    Split{"32.", "32.", "", true},             // no name in the pedal
+                    Split{"61.          ", "61.", "          ", true},
+                    Split{"27.4X12.WAV", "27.", "4X12.WAV", false},  //
+                    Split{"", "", "", true}, Split{"NAME", "", "NAME", false},
+                    Split{"27.A\nB", "27.", QStringLiteral("A\u00B7B"), false},
+                    Split{"56.\t\n\v\f\r", "56.", QStringLiteral("\u00B7\u00B7\u00B7\u00B7\u00B7"), false},
+                    Split{"56.\u00B7\u00B7", "56.", QStringLiteral("\u00B7\u00B7"), false},
+                    Split{"27.\u00A0\u3000", "27.", QStringLiteral("\u00B7\u00B7"), false},
+                    Split{"27.\x01\x1F\x7F", "27.", QStringLiteral("\u00B7\u00B7\u00B7"), false}));
 
 TEST(SpokenLabel, saysNumberAndNameOrThatTheSlotIsEmpty) {
     EXPECT_EQ(spokenLabel("27.GREENBACK"), "27. GREENBACK");
     EXPECT_EQ(spokenLabel("58.LEAD      "), "58. LEAD");
     EXPECT_EQ(spokenLabel("61.          "), "61. empty");
     EXPECT_EQ(spokenLabel("30EMPTY"), "30 empty");
+    EXPECT_EQ(spokenLabel("62.\t\n\v\f\r"), QStringLiteral("62. \u00B7\u00B7\u00B7\u00B7\u00B7"));
     EXPECT_EQ(spokenLabel(""), "");
 }
 

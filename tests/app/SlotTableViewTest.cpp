@@ -110,7 +110,7 @@ protected:
     /// How blue the end of a row's line is; the row's ground is white or a light grey.
     int foot(int row) const {
         const QRect rect = cab_.visualRect(cab_.model()->index(row, 0));
-        const QColor pixel = cab_.viewport()->grab().toImage().pixelColor(rect.right() - 2, rect.bottom());
+        const QColor pixel = cab_.viewport()->grab().toImage().pixelColor(rect.right() - 2, rect.bottom() - 3);
         return pixel.blue() - pixel.red();
     }
 

@@ -6,7 +6,10 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QTimer>
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 #include "AppHarness.h"
 #include "Driver.h"
@@ -70,6 +73,64 @@ TEST(StartUp, hasPaintedTheWindowBeforeItSleeps) {
     };
     app.controller.applicationDidFinishLaunching();
     EXPECT_TRUE(shown);
+}
+
+/// Makes a new window the active one a moment after it has been painted.
+class SlowWindowManager : public QObject {
+public:
+    explicit SlowWindowManager(QWidget& window) : window_(window) {
+        before_.show();
+        window_.installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint && !std::exchange(hasSeen_, true)) {
+            before_.activateWindow();
+            QTimer::singleShot(std::chrono::milliseconds(50), &window_, [this] { window_.activateWindow(); });
+        }
+        return false;
+    }
+
+private:
+    QWidget& window_;
+    QWidget before_;
+    bool hasSeen_ = false;
+};
+
+// What a window manager asks a window then, and hears nothing of, it takes for a program that does not respond.
+TEST(StartUp, hasBecomeTheActiveWindowBeforeItSleeps) {
+    RunningApp app;
+    const SlowWindowManager manager(app.controller.window());
+    bool active = false;
+    app.services.onSleep = [&](unsigned seconds) {
+        active = active || (seconds == 2 && app.controller.window().isActiveWindow());
+    };
+    app.controller.applicationDidFinishLaunching();
+    EXPECT_TRUE(active);
+}
+
+/// Notes of each painting of the table whether it showed names, and whether they could be used.
+class PaintedNames : public QObject {
+public:
+    explicit PaintedNames(SlotTableView& table) : table_(table) { table.viewport()->installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint && !cell(table_, 0).isEmpty()) {
+            ++(table_.isEnabled() ? live : dead);
+        }
+        return false;
+    }
+    int live = 0;
+    int dead = 0;
+
+private:
+    SlotTableView& table_;
+};
+
+TEST(StartUp, theNamesAreNotPaintedBeforeTheyCanBeUsed) {
+    RunningApp app;
+    const PaintedNames painted(app.controller.ImportIRTableV());
+    app.start();
+    ASSERT_TRUE(serveUntil([&] { return painted.live > 0; }));
+    EXPECT_EQ(painted.dead, 0);
 }
 
 TEST(StartUp, withoutAPedal_showsTheAlertAndEndsTheProcessWithStatusZeroOnItsButton) {

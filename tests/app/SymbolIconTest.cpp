@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QImage>
 #include <QPalette>
+#include <QPushButton>
 
+#include "AppHarness.h"
+#include "SampleFiles.h"
 #include "SymbolIcon.h"
 
 namespace kelvo {
@@ -55,6 +59,33 @@ TEST_F(SymbolIcon, isSharpAtEveryScale) {
                 ASSERT_TRUE(alpha == 0 || alpha == 255) << size << ": " << x << ", " << y << " is " << alpha;
             }
         }
+    }
+}
+
+// A grey arrow of a theme would look the same on a dead button as on a live one.
+TEST_F(SymbolIcon, ofAStepIsOurOwnWhateverTheThemeHas) {
+    const SampleDir themes;
+    ASSERT_TRUE(QDir().mkpath(themes.path("arrows/16")));
+    FileBytes index;
+    append(index, "[Icon Theme]\nName=Arrows\nDirectories=16\n[16]\nSize=16\n");
+    themes.write("arrows/index.theme", index);
+    QImage grey(16, 16, QImage::Format_RGB32);
+    grey.fill(Qt::lightGray);
+    for (const char* const name : {"go-up", "go-down"}) {
+        ASSERT_TRUE(grey.save(themes.path(QStringLiteral("arrows/16/%1.png").arg(QLatin1String(name)))));
+    }
+    QIcon::setThemeSearchPaths({themes.path(".")});
+    QIcon::setThemeName("arrows");
+    ASSERT_TRUE(QIcon::hasThemeIcon("go-up"));
+
+    const test::RunningApp app;
+    for (const char* const name : {"previousIR", "nextIR", "previousAMP", "nextAMP"}) {
+        const auto* const button = app.controller.window().findChild<QPushButton*>(QLatin1String(name));
+        const auto middle = [button](QIcon::Mode mode) {
+            return button->icon().pixmap(QSize(16, 16), 1.0, mode).toImage().pixelColor(8, 8);
+        };
+        EXPECT_EQ(middle(QIcon::Normal), QColor(10, 20, 30)) << name;
+        EXPECT_EQ(middle(QIcon::Disabled), QColor(90, 100, 110)) << name;
     }
 }
 
