@@ -161,7 +161,7 @@ void KelvoAppDelegate::loadFromDevice() {
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
     QWidget& loadingWindow = openLoadWindow();
-    belongTo(loadingWindow, *window_);
+    belongTo(loadingWindow, window());
     center(loadingWindow);
     runModalForWindow(loadingWindow);
     // The sleep that follows serves no events: without this the loading window would still stand there.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 
 #include "AppHarness.h"
@@ -82,6 +83,16 @@ TEST_F(SlotTables, keepTheSelectionOverAReload) {
     controller_.deleteCAB();
     app_.services.alerts[0].answer(1000);
     EXPECT_EQ(controller_.ImportIRTableV().selectedRow(), 4);
+}
+
+TEST_F(SlotTables, tellOfAllTheirRowsAtAReload) {
+    app_.start();
+    SlotTableModel model(controller_, 1, 4);
+    const QSignalSpy told(&model, &QAbstractItemModel::dataChanged);
+    model.reloadData();
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told[0][0].toModelIndex(), model.index(0, 0));
+    EXPECT_EQ(told[0][1].toModelIndex(), model.index(9, 0));
 }
 
 TEST_F(SlotTables, giveNoDataForAnInvalidIndex) {

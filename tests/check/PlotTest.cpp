@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QFileInfo>
+#include <QPainter>
 #include <cmath>
 
 #include "Plot.h"
@@ -44,6 +45,85 @@ int curvePixels(const QImage& picture, const QRect& area) {
         }
     }
     return count;
+}
+
+struct Tick {
+    const char* label;
+    double place;
+};
+
+/// The frame of a panel, `top` rows down and 250 high, with what stands around and the lines in it.
+void drawExpectedPanel(QPainter& painter, double top, const std::vector<Tick>& columns, const std::vector<Tick>& rows,
+                       const char* below, const char* beside) {
+    const QColor grid(0xDD, 0xDD, 0xDD);
+    const QColor ink(0x22, 0x22, 0x22);
+    for (const auto& [label, column] : columns) {
+        painter.setPen(grid);
+        painter.drawLine(QPointF(column, top), QPointF(column, top + 250));
+        painter.setPen(ink);
+        painter.drawText(QRectF(column - 40, top + 254, 80, 20), Qt::AlignCenter, label);
+    }
+    for (const auto& [label, row] : rows) {
+        painter.setPen(grid);
+        painter.drawLine(QPointF(96, row), QPointF(970, row));
+        painter.setPen(ink);
+        painter.drawText(QRectF(20, row - 10, 70, 20), Qt::AlignRight | Qt::AlignVCenter, label);
+    }
+    painter.drawRect(QRectF(96, top, 874, 250));
+    painter.drawText(QRectF(96, top + 276, 874, 20), Qt::AlignCenter, below);
+    painter.translate(14, top + 125);
+    painter.rotate(-90);
+    painter.drawText(QRectF(-150, -10, 300, 20), Qt::AlignCenter, beside);
+    painter.resetTransform();
+}
+
+QImage expectedPlotOfSilence() {
+    QImage picture(1000, 700, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QColor(0x22, 0x22, 0x22));
+    QFont font = painter.font();
+    font.setPixelSize(19);
+    painter.setFont(font);
+    painter.drawText(QRectF(96, 14, 874, 30), Qt::AlignLeft | Qt::AlignVCenter, "a.wav");
+    font.setPixelSize(14);
+    painter.setFont(font);
+    drawExpectedPanel(
+        painter, 60, {{"0", 110.5667}, {"2", 256.2333}, {"4", 401.9}, {"6", 547.5667}, {"8", 693.2333}, {"10", 838.9}},
+        {{"-0.001", 304.0476}, {"-0.0005", 244.5238}, {"0", 185}, {"0.0005", 125.4762}, {"0.001", 65.9524}},
+        "time (ms)", "level (full scale = 1)");
+    drawExpectedPanel(painter, 385,
+                      {{"20", 96},
+                       {"50", 211.9332},
+                       {"100", 299.6333},
+                       {"200", 387.3333},
+                       {"500", 503.2665},
+                       {"1 k", 590.9666},
+                       {"2 k", 678.6667},
+                       {"5 k", 794.5999},
+                       {"10 k", 882.2999},
+                       {"20 k", 970}},
+                      {{"-60", 635},
+                       {"-50", 593.3333},
+                       {"-40", 551.6667},
+                       {"-30", 510},
+                       {"-20", 468.3333},
+                       {"-10", 426.6667},
+                       {"0", 385}},
+                      "frequency (Hz)", "gain (dB)");
+    return picture;
+}
+
+TEST(Plot, ofSilenceHasItsFramesLinesAndWordsInTheirPlaces) {
+    const QImage picture = plotPoints("a.wav", {});
+    const QImage expected = expectedPlotOfSilence();
+    for (int row = 0; row < 700; ++row) {
+        for (int column = 0; column < 1000 && std::abs(row - 185) > 1; ++column) {  // the curve is at 185
+            ASSERT_NEAR(qGreen(picture.pixel(column, row)), qGreen(expected.pixel(column, row)), 3)
+                << column << ", " << row;
+        }
+    }
 }
 
 TEST(Plot, is1000By700AndMostlyPaper) {

@@ -44,6 +44,23 @@ TEST(WaveLayout, hasEveryFieldOfTheRecords) {
     EXPECT_EQ(wave.frames, 100U);
 }
 
+TEST(WaveLayout, ofNothingIsAllZero) {
+    const WaveLayout wave = findWave({});
+    EXPECT_EQ(wave.broken, WaveRule::RiffMark);
+    EXPECT_EQ(wave.riffheader.size, 0U);
+    EXPECT_EQ(wave.fmtOffset, 0U);
+    EXPECT_EQ(wave.fmt_block.size, 0U);
+    EXPECT_EQ(wave.fmt_block.format.formatTag, 0U);
+    EXPECT_EQ(wave.fmt_block.format.channels, 0U);
+    EXPECT_EQ(wave.fmt_block.format.sampleRate, 0U);
+    EXPECT_EQ(wave.fmt_block.format.byteRate, 0U);
+    EXPECT_EQ(wave.fmt_block.format.blockAlign, 0U);
+    EXPECT_EQ(wave.fmt_block.format.bitsPerSample, 0U);
+    EXPECT_EQ(wave.dataOffset, 0U);
+    EXPECT_EQ(wave.data_block.size, 0U);
+    EXPECT_EQ(wave.frames, 0U);
+}
+
 TEST(WaveLayout, tellsWhatIsDeclaredFromWhatIsThere) {
     WaveLayout wave = findWave(WaveFile{.data = FileBytes(80), .declaredDataSize = 2000}.bytes());
     EXPECT_EQ(wave.data_block.size, 2000U);

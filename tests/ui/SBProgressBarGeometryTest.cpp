@@ -145,6 +145,24 @@ TEST(SBProgressBarGeometry, borderImageWithInnerShadow_hasALightLineBelowTheRing
     EXPECT_EQ(image.pixel(30, 19), 0xff4a4a4aU);
 }
 
+TEST(SBProgressBarGeometry, innerShadow_isAsThickAboveEveryColumnOfTheFill) {
+    BarStage stage(42, 22);
+    stage.bar.setFloatValue(1.0);
+    const QImage image = drawn(*stage.bar.innerShadowLayer().contents(), 40.0);
+    ASSERT_EQ(image.size(), QSize(1680, 880));
+    for (int column = 0; column < 1680; ++column) {
+        int covered = 0;
+        for (int row = 0; row < 880; ++row) {
+            covered += qAlpha(image.pixel(column, row));
+        }
+        const bool isInside = column >= 40 && column < 1640;
+        EXPECT_NEAR(covered, isInside ? 6120 : 0, isInside ? 60 : 0) << column;  // 40 pixels of 0.6
+    }
+    EXPECT_EQ(qAlpha(image.pixel(840, 39)), 0);
+    EXPECT_EQ(qAlpha(image.pixel(840, 41)), 153);
+    EXPECT_EQ(qAlpha(image.pixel(840, 81)), 0);
+}
+
 TEST(SBProgressBarGeometry, borderImage_drawsWithTheBarsLookOfTheMoment) {
     SBProgressBar bar;
     const LayerImage image = bar.borderImageForSize_withInnerShadow({60, 20}, true);

@@ -40,6 +40,7 @@ INSTANTIATE_TEST_SUITE_P(
                                 "07 05 81 03 40 00 01 07 05 01 03 40 00 01"},
                     ControlCase{"its first nine bytes", "80 06 00 02 00 00 09 00", "09 02 29 00 01 01 00 80 32"},
                     ControlCase{"languages", "80 06 00 03 00 00 FF 00", "04 03 09 04"},
+                    ControlCase{"languages, wanted in 256 bytes", "80 06 00 03 00 00 00 01", "04 03 09 04"},
                     ControlCase{"manufacturer", "80 06 01 03 09 04 FF 00",
                                 "10 03 56 00 69 00 72 00 74 00 75 00 61 00 6C 00"},
                     ControlCase{"product", "80 06 02 03 09 04 FF 00", "0C 03 4B 00 52 00 33 00 31 00 30 00"},

@@ -58,6 +58,7 @@ protected:
         QCoreApplication::processEvents();
     }
     int timers() { return static_cast<int>(QAbstractEventDispatcher::instance()->registeredTimers(&view).size()); }
+    int timerInterval() { return QAbstractEventDispatcher::instance()->registeredTimers(&view).at(0).interval; }
     // Serves events until `done`; a generous limit keeps a failure from hanging.
     static void serveUntil(const std::function<bool()>& done) {
         QEventLoop loop;
@@ -189,6 +190,21 @@ TEST_F(LayerViewTest, hidden_stillEndsWhatEnds) {
     serveUntil([&ended] { return ended; });
     EXPECT_TRUE(ended);
     EXPECT_EQ(view.frames, 0);
+}
+
+TEST_F(LayerViewTest, hidden_waitsForTheNextEnd) {
+    layer.addAnimation({.keyPath = "opacity", .duration = 0.25}, "a");
+    view.advance();
+    EXPECT_EQ(timerInterval(), 250);
+    seconds = 0.125;
+    view.advance();
+    EXPECT_EQ(timerInterval(), 125);
+}
+
+TEST_F(LayerViewTest, hidden_waitsNoLongerThanATimerCan) {
+    layer.addAnimation({.keyPath = "opacity", .duration = 3e6}, "a");
+    view.advance();
+    EXPECT_EQ(timerInterval(), 1'000'000'000);
 }
 
 TEST_F(LayerViewTest, change_isPaintedWithoutAnAnimation) {
