@@ -54,7 +54,7 @@ std::vector<std::string> memoryLines(const Kr310Memory& memory) {
     std::vector<std::string> lines;
     for (const Kr310Bank& bank : {kCabBank, kAmpBank}) {
         for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
-            const Kr310Slot& held = (memory.*bank.slots)[slot];
+            const Kr310Slot& held = (memory.*bank.place)[slot];
             lines.push_back(bank.title(slot) + " \"" + held.name + "\" " + bank.crcText(held));
         }
     }

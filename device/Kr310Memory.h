@@ -37,7 +37,7 @@ struct Kr310Bank {
     std::size_t firstNumber;
     const char* unit;
     unsigned bytesPerWord;
-    std::array<Kr310Slot, kSlotCount> Kr310Memory::*slots;
+    std::array<Kr310Slot, kSlotCount> Kr310Memory::*place;
 
     /// As the display has it: CAB 27
     [[nodiscard]] std::string title(std::size_t slot) const;

@@ -153,7 +153,7 @@ void VirtualKr310::takePacket(const Kr310Bank& bank, Kr310Transfer& transfer, co
     if (content && slot < kSlotCount) {
         changes.push_back(bank.title(slot) + " <- \"" + printable(content->name) + "\" " + std::to_string(kSlotWords) +
                           ' ' + bank.unit + ", " + bank.crcText(*content));
-        (memory_.*bank.slots)[slot] = std::move(*content);
+        (memory_.*bank.place)[slot] = std::move(*content);
     }
     acknowledge(frame, transfer.lastPhase(), answer);
 }
