@@ -9,6 +9,7 @@
 #include "Driver.h"
 #include "FileDrag.h"
 #include "SampleFiles.h"
+#include "SlotTableView.h"
 
 namespace kelvo::test {
 namespace {
