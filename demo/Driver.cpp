@@ -46,10 +46,6 @@ void StepDriver::poll() {
         timer_.stop();
         return;
     }
-    // What a step does may serve events, and so come back here.
-    if (acting_) {
-        return;
-    }
     const Step& step = steps_[next_];
     if (!step.ready()) {
         if (std::chrono::steady_clock::now() - since_ > patience_) {
@@ -58,9 +54,8 @@ void StepDriver::poll() {
         }
         return;
     }
-    acting_ = true;
+    // May serve events; those of this timer wait until it is done.
     step.act();
-    acting_ = false;
     ++next_;
     since_ = std::chrono::steady_clock::now();
 }

@@ -41,7 +41,6 @@ private:
     std::chrono::milliseconds patience_;
     std::chrono::steady_clock::time_point since_;
     std::size_t next_ = 0;
-    bool acting_ = false;
     QTimer timer_;
 };
 

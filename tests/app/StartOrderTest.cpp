@@ -14,6 +14,7 @@
 #include "LoadDataWindowController.h"
 #include "LogListener.h"
 #include "SBProgressBar.h"
+#include "SlotTableView.h"
 #include "WatchedDevice.h"
 
 namespace kelvo::test {
@@ -43,6 +44,32 @@ TEST(StartOrder, theQueryGoesOutBeforeTheReceiveThreadExists) {
     ASSERT_EQ(counts.size(), 3U);
     EXPECT_EQ(counts[1], counts[0]);
     EXPECT_EQ(counts[2], counts[0] + 1);
+}
+
+TEST(StartOrder, theControllerIsTheApplicationUntilItsEnd) {
+    {
+        RunningApp app;
+        app.start();
+        EXPECT_EQ(AppClassPoint, &app.controller);
+    }
+    EXPECT_EQ(AppClassPoint, nullptr);
+}
+
+TEST(StartOrder, bothTablesSayThatTheNamesAreAwaited) {
+    RunningApp app;
+    const auto middleOf = [](SlotTableView& table) {
+        return table.viewport()->grab(table.visualRect(table.model()->index(5, 0))).toImage();
+    };
+    std::vector<QImage> middles;
+    app.whileLoading = [&] {
+        middles = {middleOf(app.controller.ImportIRTableV()), middleOf(app.controller.ImportCabTableV())};
+        app.controller.ImportIRTableV().setNotice({});
+        middles.push_back(middleOf(app.controller.ImportIRTableV()));
+    };
+    app.start();
+    ASSERT_EQ(middles.size(), 3U);
+    EXPECT_EQ(middles[0], middles[1]);
+    EXPECT_NE(middles[0], middles[2]);
 }
 
 TEST(StartOrder, theControllerIsTheApplicationBeforeItsWindowIsShown) {

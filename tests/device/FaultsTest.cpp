@@ -28,6 +28,15 @@ TEST(Faults, areAllOffAtFirst) {
               0U);
 }
 
+TEST(FaultTable, hasNumbersForThoseThatTakeOneOnly) {
+    for (const FaultEntry& fault : faultTable()) {
+        if (fault.argument.empty()) {
+            EXPECT_EQ(fault.usual, 0U) << fault.name;
+            EXPECT_EQ(numbersOf(fault), "0 to 0") << fault.name;
+        }
+    }
+}
+
 TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_EQ(parsed("silent").silentFromPhase, 0);
     EXPECT_EQ(parsed("delay").answerDelay, milliseconds(500));

@@ -49,6 +49,25 @@ TEST(VirtualHidManagerReports, carryAWholeImport) {
     EXPECT_EQ(bench.pedal.memory().cab[3].name, "MYCAB");
 }
 
+TEST(VirtualHidManagerReports, countAsPendingUntilTheHostHasTakenThem) {
+    Bench bench;
+    std::size_t pending = 0;
+    bench.onEvent = [&](const std::string& event) {
+        if (event.starts_with("report") && pending == 0) {
+            // Its answer is the second.
+            EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 2)));
+            pending = bench.manager.activity().pendingReports;
+        }
+    };
+    bench.manager.plug();
+    bench.start();
+    bench.awaitArrivals(1);
+    EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));
+    bench.awaitInputReports(2);
+    bench.finish();
+    EXPECT_EQ(pending, 2U);
+}
+
 TEST(VirtualHidManagerReports, areRecordedWholeAndInOrder) {
     ConnectedBench bench;
     EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));

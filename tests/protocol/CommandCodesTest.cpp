@@ -17,6 +17,14 @@ TEST(CommandCodes, areThoseOfTheDevice) {
     EXPECT_EQ(CMD_PRESET_PARA, 165);
 }
 
+TEST(FrameOffsets, areThoseOfTheDevice) {
+    EXPECT_EQ(kHeader2Offset, 1U);
+    EXPECT_EQ(kLengthOffset, 2U);
+    EXPECT_EQ(kCommandOffset, 4U);
+    EXPECT_EQ(kDataOffset, 5U);
+    EXPECT_EQ(kFrameOverhead, 6U);
+}
+
 TEST(FrameLength, isReadLowByteFirst) {
     constexpr std::array<std::uint8_t, 4> frame{0xAA, 0x55, 0x03, 0x02};
     EXPECT_EQ(frameLength(frame.data()), 515);
