@@ -128,7 +128,7 @@ TEST_F(KelvoTour, takesTheToolkitsOptionsInEitherForm) {
     const Outcome result =
         runProgram("kelvo-tour", {pictures, "--platform=offscreen", KELVO_SAMPLES, "-style", "Windows"});
     EXPECT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(QDir(pictures).entryList({"*.png"}).size(), 13);
+    EXPECT_EQ(QDir(pictures).entryList({"*.png"}).size(), 15);
 }
 
 TEST_F(KelvoTour, whosePictureCannotBeWritten_endsWith1AndSaysSo) {

@@ -148,7 +148,7 @@ TEST(SBProgressBarGeometry, borderImageWithInnerShadow_hasALightLineBelowTheRing
 TEST(SBProgressBarGeometry, innerShadow_isAsThickAboveEveryColumnOfTheFill) {
     BarStage stage(42, 22);
     stage.bar.setFloatValue(1.0);
-    const QImage image = drawn(*stage.bar.innerShadowLayer().contents(), 40.0);
+    const QImage image = drawn(stage.bar.innerShadowLayer().contents(), 40.0);
     ASSERT_EQ(image.size(), QSize(1680, 880));
     for (int column = 0; column < 1680; ++column) {
         int covered = 0;
