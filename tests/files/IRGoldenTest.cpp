@@ -46,7 +46,7 @@ void appendSample(FileBytes& data, std::uint32_t sample, std::uint32_t bitsPerSa
 }
 
 Words convert(std::span<const std::uint32_t> samples, std::uint32_t rate, std::uint32_t bitsPerSample,
-               std::uint32_t channels) {
+              std::uint32_t channels) {
     WaveFile wave{.sampleRate = rate, .bitsPerSample = bitsPerSample, .channels = channels, .data = {}};
     for (const std::uint32_t sample : samples) {
         appendSample(wave.data, sample, bitsPerSample);
