@@ -32,7 +32,8 @@ constexpr std::size_t kTick = 10 * kReportPayload;
 class CountingApp final : public kelvo::AppClass {
 public:
     void CMD_CallBack(kelvo::FrameView frame) override {
-        benchmark::DoNotOptimize(frame[0]);
+        std::uint8_t first = frame[0];
+        benchmark::DoNotOptimize(first);
         ++frames;
     }
     void exitApp() override {}
