@@ -64,6 +64,10 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(ne
     fading_.setStartValue(1.0);
     fading_.setEndValue(0.0);
     fading_.setDuration(kFadeMilliseconds);
+    connect(&fading_, &QVariantAnimation::valueChanged, this, [this](const QVariant& opacity) {
+        delegate_->setFinished(fadingRow_, opacity.toDouble());
+        viewport()->update();
+    });
 }
 
 int SlotTableView::tag() const {
@@ -116,11 +120,7 @@ void SlotTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& b
 
 void SlotTableView::fadeLine(int row) {
     fading_.stop();
-    fading_.disconnect(this);
-    connect(&fading_, &QVariantAnimation::valueChanged, this, [this, row](const QVariant& opacity) {
-        delegate_->setFinished(row, opacity.toDouble());
-        viewport()->update();
-    });
+    fadingRow_ = row;
     const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
     fading_.setEasingCurve(isAnimated ? QEasingCurve(QEasingCurve::InQuad) : atItsEnd());
     // The animation tells changes only, and this is where it is already.

@@ -63,6 +63,7 @@ private:
 
     SlotDelegate* delegate_;
     QVariantAnimation fading_{this};
+    int fadingRow_ = -1;
     QString dropFileType_;
     std::function<bool(const QUrl&)> isGoodDrop_;
     std::function<void(const QList<QUrl>&)> dropAction_;
