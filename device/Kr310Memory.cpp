@@ -8,9 +8,9 @@ namespace {
 
 using Names = std::array<std::string_view, kSlotCount>;
 
-constexpr Names kCabNames = {"OPEN 1X12", "CLOSED2X12", "VINTAGE412", "MODERN 412", "TWEED 1X8",
+constexpr Names kFactoryCabNames = {"OPEN 1X12", "CLOSED2X12", "VINTAGE412", "MODERN 412", "TWEED 1X8",
                              "",          "BASS 4X10",  "",           "ACOUSTIC",   ""};
-constexpr Names kAmpNames = {"CLEAN", "CRUNCH", "LEAD", "EDGE DRIVE", "HIGH GAIN", "", "JAZZ", "BASS", "", ""};
+constexpr Names kFactoryAmpNames = {"CLEAN", "CRUNCH", "LEAD", "EDGE DRIVE", "HIGH GAIN", "", "JAZZ", "BASS", "", ""};
 
 /// Largest positive point: a factory cabinet is a single full-scale click, which leaves the sound as it is.
 constexpr std::uint32_t kFullScale = 0x7FFFFF;
@@ -20,9 +20,9 @@ constexpr std::uint32_t kFullScale = 0x7FFFFF;
 Kr310Memory Kr310Memory::factory() {
     Kr310Memory memory;
     for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
-        memory.cab[slot].name = kCabNames[slot];
-        memory.cab[slot].words[0] = kCabNames[slot].empty() ? 0 : kFullScale;
-        memory.amp[slot].name = kAmpNames[slot];
+        memory.cab[slot].name = kFactoryCabNames[slot];
+        memory.cab[slot].words[0] = kFactoryCabNames[slot].empty() ? 0 : kFullScale;
+        memory.amp[slot].name = kFactoryAmpNames[slot];
     }
     return memory;
 }
