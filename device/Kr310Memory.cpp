@@ -9,7 +9,7 @@ namespace {
 using Names = std::array<std::string_view, kSlotCount>;
 
 constexpr Names kFactoryCabNames = {"OPEN 1X12", "CLOSED2X12", "VINTAGE412", "MODERN 412", "TWEED 1X8",
-                             "",          "BASS 4X10",  "",           "ACOUSTIC",   ""};
+                                    "",          "BASS 4X10",  "",           "ACOUSTIC",   ""};
 constexpr Names kFactoryAmpNames = {"CLEAN", "CRUNCH", "LEAD", "EDGE DRIVE", "HIGH GAIN", "", "JAZZ", "BASS", "", ""};
 
 /// Largest positive point: a factory cabinet is a single full-scale click, which leaves the sound as it is.
