@@ -129,13 +129,13 @@ QImage SBProgressBarFrame::paintPart(int x, int width) {
     return QPixmap::fromImage(std::move(picture)).toImage();
 }
 
-const QImage& SBProgressBarFrame::partAt(int phase, Phases& phases, int x, int width) {
-    QImage* part = phases.object(phase);
-    if (!part) {
-        part = new QImage(paintPart(x, width));
-        phases.insert(phase, part);
+QImage SBProgressBarFrame::partAt(int phase, Phases& phases, int x, int width) {
+    if (const QImage* const kept = phases.object(phase)) {
+        return *kept;
     }
-    return *part;
+    QImage part = paintPart(x, width);
+    phases.insert(phase, new QImage(part));
+    return part;
 }
 
 }  // namespace kelvo

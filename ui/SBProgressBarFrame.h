@@ -52,7 +52,7 @@ private:
     void makeStrip(int phase);
     QImage paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted = nullptr);
     QImage paintPart(int x, int width);
-    const QImage& partAt(int phase, Phases& phases, int x, int width);
+    QImage partAt(int phase, Phases& phases, int x, int width);
 
     SBProgressBar& bar_;
     Look look_;
