@@ -10,7 +10,7 @@
 
 namespace kelvo {
 
-/// Composes the frames of one bar from pictures of its parts, at the resolution they are shown at. The layers' painter
+/// Composes the frames of one bar from pictures of its pieces, at the resolution they are shown at. The layers' painter
 /// paints each when it is first shown; a frame only copies.
 ///
 /// The stripes move in whole device pixels, so a part has as many pictures as the stripes have pixels before they

@@ -1,4 +1,4 @@
-// Frames put together from pictures of the parts, against the same layers painted from scratch.
+// Frames put together from pictures of its pieces, against the same layers painted from scratch.
 
 #include <gtest/gtest.h>
 
