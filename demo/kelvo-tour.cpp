@@ -59,9 +59,9 @@ int main(int argc, char** argv) {
         .name = QStringLiteral("kelvo-tour"),
         .synopsis = QStringLiteral("[OPTION]... PICTURES-FOLDER SAMPLES-FOLDER [hold]"),
         .help = QStringLiteral(
-                    "Drives Kelvo on a virtual KR310 through an import into a CAB slot, that of the next file\n"
-                    "in the folder, one into an AMP slot, a drop of four files, a deletion and an unplug, and writes "
-                    "a picture of each step and what the pedal holds at the end.\n"
+                    "Drives Kelvo on a virtual KR310 through an import into a CAB slot, that of the next file in the\n"
+                    "folder, one into an AMP slot, a drop of four files, a deletion and an unplug, and writes a\n"
+                    "picture of each step and what the pedal holds at the end.\n"
                     "With \"hold\" it prints each picture's name and waits for a line on standard input.\n\n") +
                 kelvo::optionsHelp(),
     };

@@ -82,7 +82,8 @@ def statements(code):
         before = code[:match.start()].rstrip()
         begin = match.start() + len(match.group()) - len(match.group().lstrip())
         end = close_of(code, begin, ';{')
-        if end and code[end] == ';' and before[-1:] in (';', '{', '}', ':', ')'):
+        declares = re.search(r'= (?:delete|default)$', code[begin:end or begin])
+        if end and code[end] == ';' and before[-1:] in (';', '{', '}', ':', ')') and not declares:
             yield begin, end + 1
 
 
