@@ -17,11 +17,7 @@ AppServices ConnectedApp::services() {
     return {
         .sleep =
             [this](unsigned seconds) {
-                // The first of the ordered sleeps comes right behind the first paint.
                 if (seconds == 2) {
-                    if (painted_) {
-                        painted_();
-                    }
                     static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
                 }
             },
@@ -38,8 +34,7 @@ AppServices ConnectedApp::services() {
     };
 }
 
-void ConnectedApp::start(std::function<void()> painted) {
-    painted_ = std::move(painted);
+void ConnectedApp::start() {
     manager.plug();
     controller_.applicationDidFinishLaunching();
     controller_.ImportIRTableV().selectRow(0);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QUrl>
-#include <functional>
 
 #include "KelvoAppDelegate.h"
 #include "VirtualHidManager.h"
@@ -17,9 +16,8 @@ class ConnectedApp {
 public:
     explicit ConnectedApp(const VirtualHidManager::Options& cable = {}, VirtualKr310::LineSink sink = {});
 
-    /// Plugs the pedal in and goes through start-up until both tables are filled. `painted` is called when the main
-    /// window has first been painted.
-    void start(std::function<void()> painted = {});
+    /// Plugs the pedal in and goes through start-up until both tables are filled.
+    void start();
 
     /// Imports into row 0 as if the user had chosen the file; returns when the first packet has been sent.
     void importIR(const QString& path);
@@ -32,7 +30,6 @@ private:
     AppServices services();
 
     QUrl choice_;
-    std::function<void()> painted_;
     KelvoAppDelegate controller_{manager, services()};
 };
 

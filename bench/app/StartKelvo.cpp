@@ -10,6 +10,7 @@
 #include <iostream>
 
 #include "ConnectedApp.h"
+#include "FirstPaint.h"
 #include "NSApplicationMain.h"
 #include "ProcessFigures.h"
 
@@ -17,9 +18,9 @@ int main(int argc, char** argv) {
     const std::int64_t begun = argc > 1 ? std::atoll(argv[1]) : 0;
     const int idleSeconds = argc > 2 ? std::atoi(argv[2]) : 0;
     const auto application = kelvo::makeApplication(argc, argv);
+    const kelvo::FirstPaint painted;
     kelvo::ConnectedApp app;
-    std::int64_t painted = 0;
-    app.start([&painted] { painted = kelvo::monotonicNow(); });
+    app.start();
     QCoreApplication::processEvents();
     const std::int64_t resident = kelvo::residentKiB();
 
@@ -28,7 +29,7 @@ int main(int argc, char** argv) {
     const auto before = kelvo::processorTime();
     idle.exec();
     const std::chrono::duration<double, std::milli> used = kelvo::processorTime() - before;
-    std::cout << "{\"first_paint_ms\": " << static_cast<double>(painted - begun) / 1e6
+    std::cout << "{\"first_paint_ms\": " << static_cast<double>(painted.time() - begun) / 1e6
               << ", \"resident_kib\": " << resident << ", \"idle_ms\": " << used.count() << "}" << std::endl;
     // As the utility ends, without clean-up.
     std::_Exit(EXIT_SUCCESS);
