@@ -8,6 +8,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QSocketNotifier>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -90,6 +91,10 @@ int main(int argc, char** argv) {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const auto application = kelvo::makeApplication(arguments.argc(), arguments.argv());
     kelvo::VirtualKr310 pedal;
+    if (hold) {
+        // Loading goes on while others take their pictures of it.
+        pedal.setStartup({.progressPace = std::chrono::milliseconds(30)});
+    }
     kelvo::VirtualHidManager manager(pedal);
     manager.plug();
     kelvo::KelvoAppDelegate controller(manager, kelvo::desktopServices());
