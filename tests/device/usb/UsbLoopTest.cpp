@@ -212,7 +212,7 @@ TEST_F(RunningLoop, stallsHangsAndGoesOnAsItIsTold) {
 }
 
 TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
-    pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(60)});
+    pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(500)});
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     const auto start = std::chrono::steady_clock::now();
     sendToDevice(outRequest(kOne, connectReport()));
@@ -221,9 +221,9 @@ TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
         sendToDevice(inRequest(kTwo));
     }
     EXPECT_EQ(fromDevice(48 + 112).size(), 160 * 3 - 1U);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
     const std::string rest = fromDevice(5 * 112);
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(60));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
     EXPECT_NE(rest.find("08 AA 55 02 00 A5 C7 59 B7"), std::string::npos) << rest;
 }
 
