@@ -1,15 +1,15 @@
 #include "ImportQueue.h"
 
+#include <numeric>
+
 #include "MainQueue.h"
 
 namespace kelvo {
 
 void ImportQueue::importNow(Table& table, int row, const QList<QUrl>& files) {
     clear();
-    set_ = {.table = &table, .files = files};
-    for (qsizetype i = 0; i < files.size(); ++i) {
-        set_.rows.append(row++);
-    }
+    set_ = {.table = &table, .rows = QList<int>(files.size()), .files = files};
+    std::iota(set_.rows.begin(), set_.rows.end(), row);
     importNextOfSet();
 }
 

@@ -226,11 +226,12 @@ void SlotTableView::paintEvent(QPaintEvent* event) {
     painter.drawText(QRect(0, rowViewportPosition(middleRow), viewport()->width(), rowHeight(middleRow)),
                      Qt::AlignCenter, notice_);
     if (dropRow_ >= 0) {
-        painter.setPen(QPen(palette().color(QPalette::Highlight), kRowMarkWidth));
+        painter.setPen(
+            QPen(palette().color(QPalette::Highlight), kRowMarkWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         const int inset = kRowMarkWidth / 2;
         const auto rows = static_cast<int>(filesFrom(dropRow_).size());
         painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rows * rowHeight(dropRow_))
-                             .adjusted(inset, inset, -inset - 1, -inset - 1));
+                             .adjusted(inset, inset, -inset, -inset));
     }
 }
 

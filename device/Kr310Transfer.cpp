@@ -3,12 +3,6 @@
 #include <algorithm>
 
 namespace kelvo {
-namespace {
-
-/// Phase that no packet has: the transfer is over and only phase 1 begins another.
-constexpr std::uint8_t kOver = 0;
-
-}  // namespace
 
 bool Kr310Transfer::fits(std::uint8_t phase, std::size_t size) const {
     if (phase == lastPhase()) {
@@ -19,13 +13,13 @@ bool Kr310Transfer::fits(std::uint8_t phase, std::size_t size) const {
 
 std::optional<Kr310Slot> Kr310Transfer::take(std::uint8_t slot, std::uint8_t phase,
                                              std::span<const std::uint8_t> bytes) {
-    const bool continues = slot == slot_ && nextPhase_ != kOver && (phase == nextPhase_ || phase + 1 == nextPhase_);
+    const bool continues = slot == slot_ && (phase == nextPhase_ || phase + 1 == nextPhase_);
     if (phase != 1 && !continues) {
-        nextPhase_ = kOver;
+        reset();
         return std::nullopt;
     }
     if (phase == lastPhase()) {
-        nextPhase_ = kOver;
+        reset();
         return assemble(bytes);
     }
     slot_ = slot;

@@ -34,7 +34,7 @@ private:
 
     std::uint8_t planes_;
     std::uint8_t slot_ = 0;
-    std::uint8_t nextPhase_ = 1;
+    std::uint8_t nextPhase_ = 1;  // that may come as well as phase 1
     std::array<std::array<std::uint8_t, kSlotWords>, 4> bytes_{};
 };
 

@@ -113,21 +113,14 @@ void SBProgressBar::viewResized() {
 
 bool SBProgressBar::event(QEvent* event) {
     const bool handled = LayerView::event(event);
-    switch (event->type()) {
-        case QEvent::ParentChange:
-        case QEvent::Show:
-            if (std::exchange(knownWindow_, window()) != window()) {
-                viewDidMoveToWindow();
-            }
-            break;
-        case QEvent::Move:
-        case QEvent::Resize:
-            for (int i = 0; i < frameRegistrations_; ++i) {
-                viewResized();
-            }
-            break;
-        default:
-            break;
+    const QEvent::Type type = event->type();
+    if ((type == QEvent::ParentChange || type == QEvent::Show) && std::exchange(knownWindow_, window()) != window()) {
+        viewDidMoveToWindow();
+    }
+    if (type == QEvent::Move || type == QEvent::Resize) {
+        for (int i = 0; i < frameRegistrations_; ++i) {
+            viewResized();
+        }
     }
     return handled;
 }

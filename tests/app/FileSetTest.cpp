@@ -178,6 +178,22 @@ TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
     EXPECT_THAT(markedRows(cab_), IsEmpty());
 }
 
+TEST_F(FileSet, isMarkedByAFrameOfTwoPixelsAroundTheRowsThatWillBeWritten) {
+    const auto picture = [this] { return cab_.viewport()->grab().toImage(); };
+    const QImage before = picture();
+    FileDrag drag(cab_, waves({"1", "2"}));
+    drag.enter(4);
+    drag.moveTo(4);
+    const QImage marked = picture();
+    const QRect rows(0, cab_.rowViewportPosition(4), marked.width(), 2 * cab_.rowHeight(4));
+    for (int y = 0; y < marked.height(); ++y) {
+        for (int x = 0; x < marked.width(); ++x) {
+            const bool isFrame = rows.contains(x, y) && !rows.adjusted(2, 2, -2, -2).contains(x, y);
+            ASSERT_EQ(marked.pixel(x, y) != before.pixel(x, y), isFrame) << x << ", " << y;
+        }
+    }
+}
+
 TEST_F(FileSet, isJudgedOncePerDragAndNotBeyondWhatFillsTheTable) {
     std::vector<QString> asked;
     QList<QUrl> taken;

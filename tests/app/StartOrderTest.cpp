@@ -55,21 +55,27 @@ TEST(StartOrder, theControllerIsTheApplicationUntilItsEnd) {
     EXPECT_EQ(AppClassPoint, nullptr);
 }
 
-TEST(StartOrder, bothTablesSayThatTheNamesAreAwaited) {
+TEST(StartOrder, bothTablesSayWhatIsAwaited) {
     RunningApp app;
-    const auto middleOf = [](SlotTableView& table) {
-        return table.viewport()->grab(table.visualRect(table.model()->index(5, 0))).toImage();
+    const auto tell = [](SlotTableView& table, const QString& notice) {
+        const QImage shown = table.grab().toImage();
+        table.setNotice(notice);
+        return table.grab().toImage() == shown;
     };
-    std::vector<QImage> middles;
-    app.whileLoading = [&] {
-        middles = {middleOf(app.controller.ImportIRTableV()), middleOf(app.controller.ImportCabTableV())};
-        app.controller.ImportIRTableV().setNotice({});
-        middles.push_back(middleOf(app.controller.ImportIRTableV()));
+    const auto bothTell = [&](const QString& notice) {
+        return tell(app.controller.ImportIRTableV(), notice) && tell(app.controller.ImportCabTableV(), notice);
     };
+    std::vector<bool> told;
+    app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
+        if (seconds == 2) {
+            told = {bothTell("Looking for the KR310…"), bothTell({})};
+        }
+        found(seconds);
+    };
+    app.whileLoading = [&] { told.insert(told.end(), {bothTell("Reading the slot names…"), bothTell({})}); };
     app.start();
-    ASSERT_EQ(middles.size(), 3U);
-    EXPECT_EQ(middles[0], middles[1]);
-    EXPECT_NE(middles[0], middles[2]);
+    told.push_back(bothTell({}));
+    EXPECT_THAT(told, ElementsAre(true, false, true, false, true));
 }
 
 TEST(StartOrder, theControllerIsTheApplicationBeforeItsWindowIsShown) {

@@ -137,6 +137,17 @@ TEST(InternalIR, isToldByItsMagicAndCountsItsPoints) {
     EXPECT_FALSE(isInternalIR(bytes));
 }
 
+TEST(InternalIR, tellsItsNameByOneByte) {
+    FileBytes bytes;
+    append(bytes, "TavikIR");
+    EXPECT_EQ(internalName(bytes), "");
+    bytes.push_back(3);
+    const std::string name(internalName(bytes));
+    EXPECT_EQ(name, FileNameBuff[3].substr(0, 15));
+    bytes.push_back(0xFF);
+    EXPECT_EQ(internalName(bytes), name);
+}
+
 TEST(LevelOfAPoint, isAPartOfFullScaleAndIgnoresTheHighestByte) {
     EXPECT_EQ(levelOf(0x000000), 0.0F);
     EXPECT_EQ(levelOf(0x400000), 0.5F);

@@ -161,6 +161,19 @@ TEST_F(PartCount, onceTheStripesHaveGoneRound_nothingIsPaintedAgain) {
     }
 }
 
+TEST_F(PartCount, tileOf64Pixels_isKeptWhole) {
+    stage.bar.setStripesImage(SBProgressBar::stripesImageWithSize({64, 20}));
+    stage.bar.setFloatValue(0.4);
+    stage.bar.resizeLayers();
+    stage.bar.setAnimationDuration(1.0);
+    stage.step(1.0);  // the stripes that began anew have faded in
+    paintedBy();
+    for (int i = 0; i < 2 * 64; ++i) {
+        stage.step(1.0 / 64.0);
+        EXPECT_LE(paintedBy(), i < 64 ? 2 : 0) << i;
+    }
+}
+
 TEST_F(PartCount, newValue_paintsTheRightEndAndNothingElse) {
     stage.bar.setFloatValue(0.4);
     paintedBy();

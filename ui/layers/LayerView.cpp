@@ -40,14 +40,14 @@ void LayerView::advance() {
     schedule();
 }
 
-int LayerView::frameInterval() const {
-    if (!scene_.isAnimating() || !isOnScreen()) {
-        return 0;
-    }
+int LayerView::frameIntervalAt(double refreshRate) {
     constexpr double kMostFramesPerSecond = 60.0;
-    const double rate = screen()->refreshRate();
-    return static_cast<int>(
-        std::ceil(1000.0 / (rate > 1.0 ? std::min(rate, kMostFramesPerSecond) : kMostFramesPerSecond)));
+    const double rate = refreshRate > 1.0 ? std::min(refreshRate, kMostFramesPerSecond) : kMostFramesPerSecond;
+    return static_cast<int>(std::ceil(1000.0 / rate));
+}
+
+int LayerView::frameInterval() const {
+    return scene_.isAnimating() && isOnScreen() ? frameIntervalAt(screen()->refreshRate()) : 0;
 }
 
 void LayerView::paintFrame(QPainter& painter, const QRect& part) {

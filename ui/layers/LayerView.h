@@ -34,7 +34,10 @@ public:
     /// Brings the layers to the clock's time. The view's timer calls it; a test that steps the clock does so itself.
     void advance();
 
-    /// Milliseconds from frame to frame while the view is moving and can be seen; 0 if no frames are asked for.
+    /// Milliseconds from frame to frame on a screen of so many hertz: at most 60 frames a second, and as many where a
+    /// screen does not tell its rate.
+    static int frameIntervalAt(double refreshRate);
+    /// The same on the view's screen while the view is moving and can be seen; 0 if no frames are asked for.
     int frameInterval() const;
 
     /// The part of the widget that running animations change.

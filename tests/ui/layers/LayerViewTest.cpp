@@ -77,6 +77,18 @@ TEST_F(LayerViewTest, movingOnScreen_asksForAtMostSixtyFramesASecond) {
     EXPECT_LE(view.frameInterval(), 40);
 }
 
+TEST_F(LayerViewTest, framesAreNoFasterThanTheScreenAndNeverMoreThanSixtyASecond) {
+    EXPECT_EQ(LayerView::frameIntervalAt(60.0), 17);
+    EXPECT_EQ(LayerView::frameIntervalAt(59.94), 17);
+    EXPECT_EQ(LayerView::frameIntervalAt(144.0), 17);
+    EXPECT_EQ(LayerView::frameIntervalAt(50.0), 20);
+    EXPECT_EQ(LayerView::frameIntervalAt(27.0), 38);
+    EXPECT_EQ(LayerView::frameIntervalAt(2.0), 500);
+    // No screen: it does not tell.
+    EXPECT_EQ(LayerView::frameIntervalAt(1.0), 17);
+    EXPECT_EQ(LayerView::frameIntervalAt(0.0), 17);
+}
+
 TEST_F(LayerViewTest, standingStill_asksForNone) {
     show();
     EXPECT_EQ(view.frameInterval(), 0);
