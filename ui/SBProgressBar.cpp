@@ -47,7 +47,7 @@ SBProgressBar::~SBProgressBar() {
 }
 
 void SBProgressBar::setUp() {
-    ring_ = {.borderWidth = 1.0, .shadowWidth = 1.0, .borderColor = white(0.291)};
+    ring_ = {.borderColor = white(0.291)};
     animationDuration_ = 0.3;
     stripesImage_ = stripesImageWithSize(kStripesTile);
     colorTintOpacity_ = static_cast<double>(0.2F);
