@@ -64,6 +64,23 @@ TEST(ServeEvents, windowServedUntilActive_isActive) {
     EXPECT_TRUE(window.isActiveWindow());
 }
 
+TEST(ServeEvents, windowServedUntilActive_hasBeenPaintedWhereTheOneAboveWas) {
+    PaintedWindow window;
+    QWidget above;
+    showWithFocus(window);
+    showWithFocus(above);
+    QTimer::singleShot(0, &window, [&] {
+        window.activateWindow();
+        // As the window system does when what was above has gone.
+        QTimer::singleShot(0, &window, [&] {
+            window.paints = 0;
+            window.update();
+        });
+    });
+    serveUntilActive(window);
+    EXPECT_EQ(window.paints, 1);
+}
+
 TEST(ServeEvents, windowThatIsActive_isNotWaitedFor) {
     QWidget window;
     showWithFocus(window);
