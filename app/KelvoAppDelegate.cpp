@@ -156,7 +156,6 @@ void KelvoAppDelegate::loadFromDevice() {
     aaaa[0] = kFrameHeader1;
     aaaa[kHeader2Offset] = kFrameHeader2;
     aaaa[kLengthOffset] = 2;
-    aaaa[kLengthOffset + 1] = 0;
     aaaa[kCommandOffset] = CMD_CONNECT;
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });

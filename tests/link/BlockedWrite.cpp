@@ -1,35 +1,21 @@
 #include "BlockedWrite.h"
 
-#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <array>
 #include <future>
-#include <string>
 #include <utility>
 
 #include "SleepingThread.h"
-#include "UniqueFd.h"
 
 namespace kelvo {
-namespace {
 
-void fill(const std::string& node) {
-    const UniqueFd fd(::open(node.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    const std::array<char, 1> byte{};
-    while (::write(fd.get(), byte.data(), byte.size()) == 1) {
-    }
-}
-
-}  // namespace
-
-BlockedWrite::BlockedWrite(FakeBus& bus, int number, std::shared_ptr<HidDevice> device) {
-    fill(bus.realNode(number));
+BlockedWrite::BlockedWrite(std::shared_ptr<HidDevice> device) {
     std::promise<pid_t> id;
-    thread_ = std::thread([this, &id, device = std::move(device)] {
+    thread_ = std::thread([&id, device = std::move(device)] {
         id.set_value(gettid());
-        result_ = device->setReport(Report{});
+        while (device->setReport(Report{})) {
+        }
     });
     waitUntilThreadIsIn(SYS_write, id.get_future().get());
 }
@@ -40,9 +26,8 @@ BlockedWrite::~BlockedWrite() {
     }
 }
 
-bool BlockedWrite::result() {
+void BlockedWrite::waitForRefusal() {
     thread_.join();
-    return result_;
 }
 
 }  // namespace kelvo

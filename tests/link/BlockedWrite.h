@@ -3,23 +3,22 @@
 #include <memory>
 #include <thread>
 
-#include "FakeBus.h"
 #include "HidManager.h"
 
 namespace kelvo {
 
-/// A setReport that the kernel does not let return: its node is full and nobody takes anything out of the cable.
+/// Reports that are written until one is refused. Nobody takes anything out of the cable, so a write is soon one that
+/// the kernel does not let return.
 class BlockedWrite {
 public:
-    /// Returns when the write is blocked in the kernel. Keeps `device` until the write has returned.
-    BlockedWrite(FakeBus& bus, int number, std::shared_ptr<HidDevice> device);
+    /// Returns when a write is blocked in the kernel. Keeps `device` until it has returned.
+    explicit BlockedWrite(std::shared_ptr<HidDevice> device);
     ~BlockedWrite();
 
-    /// Waits for the write's end and returns what setReport said.
-    bool result();
+    /// Waits until a write has been refused.
+    void waitForRefusal();
 
 private:
-    bool result_ = true;
     std::thread thread_;
 };
 

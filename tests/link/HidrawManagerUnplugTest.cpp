@@ -111,13 +111,13 @@ TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isReportedWhileTheWriteIsSt
     RunningManager link(bus);
     link.start();
     link.waitFor(1);
-    BlockedWrite write(bus, 0, link.device());
+    BlockedWrite write(link.device());
     bus.send(0, Bytes(64, 4));
     EXPECT_EQ(link.waitFor(2), (Events{"arrived", "report of 64 bytes beginning with 4"}));
     bus.unplug(0);
     EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 4", "removed"}));
     bus.cut(0);
-    EXPECT_FALSE(write.result());
+    write.waitForRefusal();
 }
 
 TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isNoticedByTheEndOfTheNode) {
@@ -126,10 +126,10 @@ TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isNoticedByTheEndOfTheNode)
     RunningManager link(bus);
     link.start();
     link.waitFor(1);
-    BlockedWrite write(bus, 0, link.device());
+    BlockedWrite write(link.device());
     bus.cut(0);
     EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
-    EXPECT_FALSE(write.result());
+    write.waitForRefusal();
 }
 
 TEST(HidrawManagerUnplug, leavesTheDescriptorOpenUnderABlockedWriteEvenWhenTheManagerHasGone) {
@@ -138,13 +138,13 @@ TEST(HidrawManagerUnplug, leavesTheDescriptorOpenUnderABlockedWriteEvenWhenTheMa
     auto link = std::make_unique<RunningManager>(bus);
     link->start();
     link->waitFor(1);
-    BlockedWrite write(bus, 0, link->device());
+    BlockedWrite write(link->device());
     bus.sendEvent(0, "remove");
     link->waitFor(2);
     link.reset();
     EXPECT_EQ(openNodes(), 1);
     bus.cut(0);
-    EXPECT_FALSE(write.result());
+    write.waitForRefusal();
     EXPECT_EQ(openNodes(), 0);
 }
 

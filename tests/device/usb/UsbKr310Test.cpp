@@ -172,6 +172,8 @@ TEST_F(UsbPedal, wantsToBeUnpluggedAtTheReportThatAFaultNames) {
     device.powerUp();
     EXPECT_FALSE(device.wantsUnplug());
     EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
+    EXPECT_EQ(answersTo(outRequest(kTwo, Bytes(64))), "");
+    EXPECT_TRUE(device.wantsUnplug());
 }
 
 TEST_F(UsbPedal, whenPoweredUp_forgetsRequestsAndReports) {
