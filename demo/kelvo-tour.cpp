@@ -104,11 +104,11 @@ int main(int argc, char** argv) {
         hold ? kelvo::Tour::AtPicture(holdStill) : [](const QString&) {});
     kelvo::StepDriver driver(tour.steps(), [](const std::string& step) {
         std::fprintf(stderr, "The tour waited in vain for: %s\n", step.c_str());
-        std::_Exit(1);
+        std::_Exit(EXIT_FAILURE);
     });
     driver.start();
     QTimer::singleShot(0, application.get(), [&controller] { controller.applicationDidFinishLaunching(); });
     QApplication::exec();
     // The tour ends by the alert's button, which ends the process; nobody should get here.
-    return 1;
+    return EXIT_FAILURE;
 }

@@ -39,6 +39,10 @@ TEST(UniqueFd, holdsNothingWhenOpeningFailed) {
 TEST(UniqueFd, descriptorZeroIsADescriptor) {
     UniqueFd fd(0);
     EXPECT_TRUE(fd);
+    fd.reset();
+    EXPECT_FALSE(isOpen(0));
+    // The lowest free number is what a new one gets.
+    fd = UniqueFd(openNull());
     EXPECT_EQ(fd.release(), 0);
 }
 

@@ -146,6 +146,16 @@ TEST(Plot, drawsTheLevelsOverTime) {
     EXPECT_EQ(curveRow(picture, kTimeArea, 960), -1);  // behind 11.6 ms
 }
 
+TEST(Plot, drawsItsCurveInDarkBlueAPixelAndAHalfWide) {
+    PointLevels levels;
+    levels.fill(0.6F);
+    levels[0] = 1.0F;
+    const QImage picture = plotPoints("a.wav", levels);
+    EXPECT_EQ(picture.pixel(560, 111), 0xFFFFFFFF);
+    EXPECT_EQ(picture.pixel(560, 113), 0xFF1F4E9C);  // from 112.8 to 114.3
+    EXPECT_EQ(picture.pixel(560, 115), 0xFFFFFFFF);
+}
+
 TEST(Plot, drawsAQuietResponseAsLargeAsALoudOne) {
     PointLevels quiet;
     quiet.fill(0.002F);
