@@ -102,6 +102,28 @@ TEST(SBProgressBar, valueOutOfRange_isRefusedWithNameAndReason) {
     }
 }
 
+class RefreshCount : public SBProgressBar {
+public:
+    void updateLayer() override { ++refreshes; }
+    int refreshes = 0;
+};
+
+TEST(SBProgressBar, newRingOrStripes_askTheViewToRefreshItsLayer) {
+    RefreshCount bar;
+    bar.setBorderColor(Qt::red);
+    EXPECT_EQ(bar.refreshes, 1);
+    bar.setBorderWidth(2.0);
+    EXPECT_EQ(bar.refreshes, 2);
+    bar.setShadowWidth(1.5);
+    EXPECT_EQ(bar.refreshes, 3);
+    bar.setStripesImage(SBProgressBar::stripesImageWithSize({10, 10}));
+    EXPECT_EQ(bar.refreshes, 4);
+    bar.setBorderWidth(1.0);  // the shadow's width with it
+    EXPECT_EQ(bar.refreshes, 6);
+    bar.setShadowWidth(9.0);
+    EXPECT_EQ(bar.refreshes, 6);
+}
+
 TEST(SBProgressBar, shadowWiderThanTheBorder_isLoggedAndRefused) {
     std::vector<std::string> log;
     const test::LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
