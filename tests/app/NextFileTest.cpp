@@ -123,6 +123,8 @@ TEST_F(NextFile, isOfferedOnlyForARowWithAFile) {
 TEST_F(NextFile, isNotOfferedAfterARefusedFile) {
     app_.importIR(2, files_.write("bad.wav", FileBytes(100, 'x')));
     EXPECT_FALSE(button("nextIR").isEnabled());
+    app_.importAMP(2, files_.write("bad.amp", FileBytes(100, 'x')));
+    EXPECT_FALSE(button("nextAMP").isEnabled());
 }
 
 TEST_F(NextFile, isNamedByTheTooltipAndToAScreenReader) {

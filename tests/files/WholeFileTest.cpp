@@ -158,6 +158,18 @@ TEST_F(WholeFile, refusesALengthOfMoreThan32BitsUnread) {
     EXPECT_FALSE(readWholeFile(path));
 }
 
+TEST_F(WholeFile, readsALengthOf32Bits) {
+    const QString path = dir.write("large", content);
+    ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 0xFFFFFFFF), 0);
+    std::size_t wanted = 0;
+    readHook = [&](int, void*, std::size_t size) -> ssize_t {
+        wanted = size;
+        return 0;
+    };
+    EXPECT_FALSE(readWholeFile(path));
+    EXPECT_EQ(wanted, 0xFFFFFFFFU);
+}
+
 TEST_F(WholeFile, goesOnAfterAnInterruptedRead) {
     const QString path = dir.write("a", content);
     int calls = 0;
