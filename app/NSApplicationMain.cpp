@@ -34,7 +34,7 @@ void holdComplaint(QtMsgType type, const QMessageLogContext& context, const QStr
         return complaint.type == QtWarningMsg && QLatin1String(complaint.category).startsWith(QLatin1String("qt.qpa."));
     });
     const QString reason =
-        (cause != heldComplaints.end() ? cause->text : text.section(QLatin1Char('\n'), 0, 0)).trimmed();
+        (cause != heldComplaints.end() ? cause->text : text.split(QLatin1Char('\n')).first()).trimmed();
     std::fprintf(stderr, "%s: No display to show a window on: %s\n", program_invocation_short_name, qPrintable(reason));
     std::_Exit(EXIT_FAILURE);
 }

@@ -68,7 +68,8 @@ std::optional<int> answer(const Request& request, const ProgramText& text) {
             print(stdout, QStringLiteral("%1 " KELVO_VERSION "\n").arg(text.name));
             break;
     }
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    std::fflush(stdout);
+    if (std::ferror(stdout) != 0) {
         complain(text, QStringLiteral("standard output cannot be written"));
         return kWrongUse;
     }

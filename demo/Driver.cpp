@@ -103,8 +103,7 @@ QImage visibleWindows() {
         }
     }
     // Dialogs lie above the window that they belong to.
-    std::stable_sort(windows.begin(), windows.end(),
-                     [](const QWidget* a, const QWidget* b) { return !a->isModal() && b->isModal(); });
+    std::stable_partition(windows.begin(), windows.end(), [](const QWidget* window) { return !window->isModal(); });
     all.adjust(-kDesktopMargin, -kDesktopMargin, kDesktopMargin, kDesktopMargin);
     QImage picture(all.size(), QImage::Format_RGB32);
     picture.fill(kDesktop);

@@ -17,8 +17,7 @@ int wholePixels(double length) {
 }
 
 int modulo(int number, int period) {
-    const int rest = number % period;
-    return rest < 0 ? rest + period : rest;
+    return (number % period + period) % period;
 }
 
 }  // namespace

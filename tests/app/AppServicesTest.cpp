@@ -70,6 +70,12 @@ TEST_F(RealAlert, countsItsButtonsFromThousand) {
     EXPECT_THAT(answers_, ElementsAre(1000, 1001));
 }
 
+TEST_F(RealAlert, isGoneOnceItIsAnswered) {
+    click(*buttonOf(show(question()), "cancel"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(window_.findChildren<QMessageBox*>().isEmpty());
+}
+
 TEST_F(RealAlert, takesReturnAndEscapeForTheButtonThatChangesNothing) {
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
         QMessageBox& box = show(question());

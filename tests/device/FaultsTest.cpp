@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "Faults.h"
 
@@ -35,6 +37,26 @@ TEST(FaultTable, hasNumbersForThoseThatTakeOneOnly) {
             EXPECT_EQ(numbersOf(fault), "0 to 0") << fault.name;
         }
     }
+}
+
+TEST(FaultTable, saysWhichNumbersAreTaken) {
+    std::map<std::string_view, std::string> numbers;
+    for (const FaultEntry& fault : faultTable()) {
+        if (!fault.argument.empty()) {
+            numbers[fault.name] = numbersOf(fault);
+        }
+    }
+    EXPECT_EQ(numbers, (std::map<std::string_view, std::string>{{"silent", "0 to 5"},
+                                                                {"delay", "1 to 3600000"},
+                                                                {"ack-out-of-range", "0 to 255"},
+                                                                {"corrupt-crc", "1 or more"},
+                                                                {"garbage-inside", "1 or more"},
+                                                                {"split", "1 to 63"},
+                                                                {"names-after-done", "0 to 3600000"},
+                                                                {"refuse", "1 or more"},
+                                                                {"protocol-error", "1 or more"},
+                                                                {"no-answer", "1 or more"},
+                                                                {"unplug", "1 or more"}}));
 }
 
 TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {

@@ -184,6 +184,13 @@ TEST_F(PartCount, newValue_paintsTheRightEndAndNothingElse) {
     }
 }
 
+TEST_F(PartCount, emptyBar_paintsNoFill) {
+    stage.bar.setFloatValue(0.4);
+    paintedBy();
+    stage.bar.setFloatValue(0.0);
+    EXPECT_EQ(paintedBy(), 0);
+}
+
 TEST_F(PartCount, newResolutionSizeOrLook_paintsAnew) {
     stage.bar.setFloatValue(0.5);
     paintedBy();

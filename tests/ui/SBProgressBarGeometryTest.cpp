@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 
 #include "SBProgressBarStage.h"
 
@@ -134,6 +135,25 @@ TEST(SBProgressBarGeometry, borderImage_isARingOfTheBorderWidth) {
     EXPECT_NEAR(qAlpha(image.pixel(0, 10)), 251, 1);
     EXPECT_NEAR(qAlpha(image.pixel(6, 0)), 61, 2);
     EXPECT_NEAR(qAlpha(image.pixel(2, 10)), 0, 1);
+}
+
+TEST(SBProgressBarGeometry, borderImageNarrowerThanHigh_isRoundAboveAndBelow) {
+    const SBProgressBar bar;
+    const QImage image = drawn(bar.borderImageForSize_withInnerShadow({10, 20}, false));
+    QPainterPath ring;
+    ring.addRoundedRect(0, 0, 10, 20, 5, 5);
+    ring.addRoundedRect(1, 1, 8, 18, 4, 4);
+    QImage large(16 * image.size(), image.format());
+    large.fill(Qt::transparent);
+    QPainter painter(&large);
+    painter.scale(16, 16);
+    painter.fillPath(ring, QColor(0x4a, 0x4a, 0x4a));
+    const QImage expected = large.scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x < 10; ++x) {
+            EXPECT_NEAR(qAlpha(image.pixel(x, y)), qAlpha(expected.pixel(x, y)), 4) << x << ", " << y;
+        }
+    }
 }
 
 TEST(SBProgressBarGeometry, borderImageWithInnerShadow_hasALightLineBelowTheRing) {

@@ -48,6 +48,13 @@ TEST(PatternCell, drawingOutsideOfTheTile_isCutOff) {
     EXPECT_EQ(cell.pixel(1, 0), 0x00000000U);
 }
 
+TEST(PatternCell, drawingOutsideOfTheTile_doesNotReachTheTileBeside) {
+    const LayerImage wide({30, 20}, [](QPainter& painter) { painter.fillRect(-5, -5, 10, 10, Qt::red); });
+    const QImage cell = patternCell(wide, 1.25);
+    EXPECT_EQ(cell.pixel(40, 2), 0xffff0000U);
+    EXPECT_EQ(cell.pixel(34, 2), 0x00000000U);  // four points to the left of the second tile
+}
+
 TEST(PatternCell, emptyImage_hasNoCell) {
     EXPECT_TRUE(patternCell({}, 1.0).isNull());
     EXPECT_TRUE(patternCell(tile(0, 20), 1.0).isNull());
