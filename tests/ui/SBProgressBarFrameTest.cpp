@@ -211,6 +211,16 @@ TEST_F(PartCount, transparentBar_paintsNothing) {
     EXPECT_EQ(paintedBy(), 0);
 }
 
+TEST_F(PartCount, fadingBar_leavesThePainterOpaque) {
+    stage.bar.setHidden(true);
+    stage.step(0.1);
+    QImage image(200, 20, QImage::Format_RGB32);
+    QPainter painter(&image);
+    frame.draw(painter, 1.0, stage.bar.rect());
+    EXPECT_GT(frame.paintedParts(), 0);
+    EXPECT_EQ(painter.opacity(), 1.0);
+}
+
 TEST_F(PartCount, veryWideTile_keepsABoundedNumberOfPhasesAndStaysRight) {
     stage.bar.setStripesImage(SBProgressBar::stripesImageWithSize({500, 20}));
     stage.bar.setFloatValue(1.0);

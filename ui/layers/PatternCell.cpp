@@ -51,7 +51,6 @@ QImage patternCell(const LayerImage& tile, double ratio) {
             painter.restore();
         }
     }
-    painter.end();
     return scale == 1 ? image
                       : image.scaled(across.pixels, down.pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
