@@ -262,6 +262,7 @@ TEST_F(NextFileOfASilentPedal, isForgottenWhenTheButtonOfAnImportIsPressed) {
     EXPECT_TRUE(willBring("4.wav"));
     app_.services.choice.clear();
     click(app_.controller.addAMP());
+    EXPECT_TRUE(willBring("3.wav"));
     acknowledge({1, 2, 3, 4});
     begin(1, "8.wav");
     EXPECT_EQ(transfer(), 2U);

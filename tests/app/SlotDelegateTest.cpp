@@ -127,6 +127,8 @@ TEST_F(SlotDrawing, theSelectionIsPalerWithoutTheFocus) {
     ASSERT_FALSE(table_.hasFocus());
     const QColor unfocused = draw("27.A", selected, palette).pixelColor(kWidth - 3, kHeight / 2);
     EXPECT_EQ(unfocused, QColor(179, 179, 239));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    EXPECT_LT(darkest(draw("27.III", selected, palette)), 30);  // in the colour of other names
 
     table_.show();
     table_.activateWindow();

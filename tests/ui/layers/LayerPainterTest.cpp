@@ -65,6 +65,23 @@ TEST_F(LayerPainterTest, mask_cutsSublayersAtTheBounds) {
     EXPECT_EQ(image.pixel(3, 0), 0x00000000U);
 }
 
+TEST_F(LayerPainterTest, maskAPixelShortOfTheArea_cutsThere) {
+    Layer sublayer(scene);
+    root.setMasksToBounds(true);
+    root.addSublayer(sublayer);
+    sublayer.setFrame({-5, -5, 20, 20});
+    sublayer.setBackground(QColor(Qt::red));
+    root.setFrame({0, 0, 4, 3});
+    EXPECT_EQ(paint({4, 4}).pixel(2, 2), 0xffff0000U);
+    EXPECT_EQ(paint({4, 4}).pixel(2, 3), 0x00000000U);
+    root.setFrame({0, 1, 4, 3});
+    EXPECT_EQ(paint({4, 4}).pixel(2, 0), 0x00000000U);
+    root.setFrame({0, 0, 3, 4});
+    EXPECT_EQ(paint({4, 4}).pixel(3, 2), 0x00000000U);
+    root.setFrame({1, 0, 3, 4});
+    EXPECT_EQ(paint({4, 4}).pixel(0, 2), 0x00000000U);
+}
+
 TEST_F(LayerPainterTest, maskOfAnEmptyLayer_leavesNothing) {
     Layer sublayer(scene);
     root.setFrame({1, 0, 0, 1});
