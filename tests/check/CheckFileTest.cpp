@@ -39,6 +39,14 @@ TEST_F(CheckFile, ofAWave_givesWhatItsHeaderSaysAndWhatIsUsed) {
     EXPECT_EQ(report.wave->peak, 0.0F);
 }
 
+TEST_F(CheckFile, ofAWaveThatIsCutOff_countsTheFramesThatAreThereWhole) {
+    FileBytes bytes = WaveFile{.sampleRate = 48000, .bitsPerSample = 24, .data = FileBytes(3 * 700)}.bytes();
+    bytes.resize(44 + 3 * 100 + 2);
+    const FileReport report = check("cab.wav", bytes);
+    ASSERT_TRUE(report.wave);
+    EXPECT_EQ(report.wave->framesInFile, 100U);
+}
+
 TEST_F(CheckFile, ofAWave_givesTheLevelsThatThePedalGets) {
     const FileReport report = check("cab.wav", goodWave());
     ASSERT_TRUE(report.wave);
