@@ -192,6 +192,18 @@ TEST_F(LayerPainterTest, pattern_isRepeatedAnewAtAnotherResolutionAndForAnotherI
     EXPECT_EQ(paint({16, 4}, 2.0).pixel(4, 0), 0xffff0000U);
 }
 
+TEST_F(LayerPainterTest, pattern_isDrawnOnceForAResolution) {
+    int drawn = 0;
+    root.setFrame({0, 0, 4, 2});
+    root.setBackground(LayerImage({2, 2}, [&drawn](QPainter&) { ++drawn; }));
+    paint({4, 2});
+    paint({4, 2});
+    EXPECT_EQ(drawn, 1);
+    paint({4, 2}, 2.0);
+    paint({4, 2}, 2.0);
+    EXPECT_EQ(drawn, 2);
+}
+
 TEST_F(LayerPainterTest, gradient_runsFromTopToBottomAtEvenDistances) {
     GradientLayer gradient(scene);
     root.addSublayer(gradient);
