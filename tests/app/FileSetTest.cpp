@@ -176,6 +176,8 @@ TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
     EXPECT_THAT(markedRows(cab_), ElementsAre(8, 9));
     drag.leave();
     EXPECT_THAT(markedRows(cab_), IsEmpty());
+    EXPECT_TRUE(drop(cab_, 3, waves({"1", "2"})));
+    EXPECT_THAT(markedRows(cab_), IsEmpty());
 }
 
 TEST_F(FileSet, isMarkedByAFrameOfTwoPixelsAroundTheRowsThatWillBeWritten) {

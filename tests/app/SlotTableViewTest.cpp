@@ -59,6 +59,19 @@ TEST_F(FilledTable, controlDoesNotTakeTheSelectionAway) {
     EXPECT_EQ(cab_.selectedRow(), 4);
 }
 
+TEST_F(FilledTable, aNoticeStandsInTheSixthRow) {
+    const QImage before = cab_.viewport()->grab().toImage();
+    cab_.setNotice("W");
+    const QImage after = cab_.viewport()->grab().toImage();
+    const QRect row = cab_.visualRect(cab_.model()->index(5, 0));
+    EXPECT_NE(after.copy(row), before.copy(row));
+    cab_.setNotice({});
+    for (int other : {0, 1, 2, 3, 4, 6, 7, 8, 9}) {
+        const QRect rect = cab_.visualRect(cab_.model()->index(other, 0));
+        EXPECT_EQ(after.copy(rect), before.copy(rect)) << other;
+    }
+}
+
 TEST_F(FilledTable, theWindowHasTheOneSizeOfItsContent) {
     EXPECT_EQ(window_.minimumSize(), window_.size());
     EXPECT_EQ(window_.maximumSize(), window_.size());
