@@ -118,6 +118,14 @@ TEST_F(RealAlert, goesToTheOtherSideWhereThereIsNoRoom) {
     EXPECT_LT(box.right(), table_.mapToGlobal(QPoint()).x());
 }
 
+TEST_F(RealAlert, endsWhereTheScreenDoes) {
+    const QRect screen = window_.screen()->availableGeometry();
+    window_.move(100, screen.bottom() - 40);
+    Alert alert = question();
+    alert.subject = &table_;
+    EXPECT_EQ(show(alert).frameGeometry().bottom(), screen.bottom());
+}
+
 class RealChooser : public Desktop {
 protected:
     QFileDialog& show(const QString& fileType) {

@@ -69,6 +69,8 @@ public:
     void plug(int number, const UsbIds& ids = {});
     /// A hidraw node that belongs to no USB device.
     void plugWithoutUsbDevice(int number);
+    /// The pedal with another node of its interface than hidraw's.
+    void plugWithHiddev(int number);
     /// A "node" that is a plain file.
     void plugPlainFile(int number);
 

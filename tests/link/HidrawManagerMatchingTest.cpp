@@ -27,6 +27,17 @@ TEST(HidrawManagerMatching, findsADeviceThatIsPresentAtTheStart) {
     EXPECT_EQ(link.waitFor(1), Events{"arrived"});
 }
 
+TEST(HidrawManagerMatching, passesOverAnotherNodeOfThePedal) {
+    FakeBus bus;
+    bus.plugWithHiddev(0);
+    bus.plug(1);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.unplug(1);
+    EXPECT_EQ(link.waitFor(2), (Events{"arrived", "removed"}));
+}
+
 TEST(HidrawManagerMatching, findsADeviceThatArrivesLater) {
     FakeBus bus;
     RunningManager link(bus);

@@ -178,6 +178,16 @@ TEST_F(LayerSceneTest, nextEnd_isThatOfTheFirstFiniteAnimationToEnd) {
     EXPECT_EQ(scene.nextEnd(), 8.0);
 }
 
+TEST_F(LayerSceneTest, nextEnd_isThatOfWhicheverLayerEndsFirst) {
+    Layer first(scene);
+    Layer last(scene);
+    animate("middle", 2.0);
+    first.addAnimation({.keyPath = "opacity", .duration = 1.0}, "first");
+    last.addAnimation({.keyPath = "opacity", .duration = 3.0}, "last");
+    scene.update();
+    EXPECT_EQ(scene.nextEnd(), 1.0);
+}
+
 TEST_F(LayerSceneTest, listener_hearsOncePerOutermostTransaction) {
     int heard = 0;
     scene.setListener([&heard] { ++heard; });
