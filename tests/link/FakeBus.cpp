@@ -144,9 +144,9 @@ void FakeBus::plugWithoutUsbDevice(int number) {
 
 void FakeBus::plugWithHiddev(int number) {
     const std::string name = "hiddev" + std::to_string(number);
-    add(usbDevice(number, {}) + "P: " + interfacePath(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\nP: " +
-        interfacePath(number) + "/usbmisc/" + name + "\nN: " + name + "\nE: SUBSYSTEM=usbmisc\nE: DEVNAME=/dev/" + name +
-        "\n\n");
+    add(usbDevice(number, {}) + "P: " + interfacePath(number) +
+        "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\nP: " + interfacePath(number) + "/usbmisc/" + name +
+        "\nN: " + name + "\nE: SUBSYSTEM=usbmisc\nE: DEVNAME=/dev/" + name + "\n\n");
 }
 
 void FakeBus::plugPlainFile(int number) {
