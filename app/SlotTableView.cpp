@@ -59,7 +59,6 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(ne
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->hide();
     verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     fitRowsToFont();
     fading_.setStartValue(1.0);
     fading_.setEndValue(0.0);

@@ -176,9 +176,9 @@ void HidrawManager::waitAndServe() {
         }
         return;
     }
-    // A report is taken before anything else is looked at: what is queued comes before the end of the device. The
-    // wake-up stays set meanwhile.
-    if ((node.revents & POLLIN) != 0) {
+    // The node is read before anything else is looked at: what is queued comes before the end of the device, and that
+    // is told by a read. The wake-up stays set meanwhile.
+    if (node.revents != 0) {
         deliverReport();
         return;
     }
@@ -186,9 +186,7 @@ void HidrawManager::waitAndServe() {
         eventfd_t count = 0;
         eventfd_read(wakeUp_.get(), &count);
     }
-    if (node.revents != 0) {
-        detach();
-    } else if (monitor.revents != 0) {
+    if (monitor.revents != 0) {
         serveMonitor();
     }
 }

@@ -48,9 +48,7 @@ SBProgressBar::~SBProgressBar() {
 
 void SBProgressBar::setUp() {
     ring_ = {.borderColor = white(0.291)};
-    animationDuration_ = 0.3;
     stripesImage_ = stripesImageWithSize(kStripesTile);
-    colorTintOpacity_ = static_cast<double>(0.2F);
     backgroundColors_ = {white(0.55), white(0.4)};
 
     clipLayer_.setMasksToBounds(true);

@@ -181,9 +181,9 @@ private:
     std::shared_ptr<SharedState> state_ = std::make_shared<SharedState>();
     std::thread::id mainThread_ = std::this_thread::get_id();
     std::optional<QColor> colorTint_;
-    double colorTintOpacity_ = 0.0;
+    double colorTintOpacity_ = static_cast<double>(0.2F);
     bool animates_ = false;
-    double animationDuration_ = 0.0;
+    double animationDuration_ = 0.3;
     RingLook ring_;
     RingLook shownRing_;
     LayerImage stripesImage_;

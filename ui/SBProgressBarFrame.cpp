@@ -27,7 +27,7 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
     if (!(alpha > 0.0) || bar_.size().isEmpty()) {
         return;
     }
-    if (const Look look = presentLook(ratio); look != look_ || trough_.isNull()) {
+    if (const Look look = presentLook(ratio); look_ != look) {
         forget(look);
     }
     if (const QRectF inner = bar_.innerClipLayer().frame(); inner != inner_) {
@@ -63,19 +63,20 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
 
 SBProgressBarFrame::Look SBProgressBarFrame::presentLook(double ratio) {
     const QRectF inner = bar_.innerClipLayer().frame();
-    Look look{bar_.lookRevision(), ratio, bar_.shownRing(), inner.topLeft(), inner.height(), {}};
-    const std::array<const Layer*, 8> layers{&bar_.clipLayer(),        &bar_.backgroundLayer(), &bar_.borderLayer(),
-                                             &bar_.innerClipLayer(),   &bar_.fillLayer(),       &bar_.stripesLayer(),
-                                             &bar_.innerShadowLayer(), &bar_.colorTintLayer()};
-    std::transform(layers.begin(), layers.end(), look.opacities.begin(),
-                   [](const Layer* layer) { return layer->shownOpacity(); });
-    return look;
+    return {bar_.lookRevision(),
+            ratio,
+            bar_.shownRing(),
+            inner.topLeft(),
+            inner.height(),
+            {bar_.clipLayer().shownOpacity(), bar_.backgroundLayer().shownOpacity(), bar_.borderLayer().shownOpacity(),
+             bar_.innerClipLayer().shownOpacity(), bar_.fillLayer().shownOpacity(), bar_.stripesLayer().shownOpacity(),
+             bar_.innerShadowLayer().shownOpacity(), bar_.colorTintLayer().shownOpacity()}};
 }
 
 void SBProgressBarFrame::forget(const Look& look) {
     look_ = look;
     size_ = {wholePixels(bar_.width() * look.ratio), wholePixels(bar_.height() * look.ratio)};
-    const double roundEnd = bar_.height() / 2.0 + std::max(look.ring.borderWidth, 0.0);
+    const double roundEnd = bar_.height() / 2.0 + look.ring.borderWidth;
     endWidth_ = wholePixels(std::min(roundEnd * look.ratio, static_cast<double>(size_.width()))) + 1;
     const auto* const tile = std::get_if<LayerImage>(&bar_.stripesLayer().background());
     period_ = tile ? std::max(patternCell(*tile, look.ratio).width(), 1) : 1;
@@ -91,8 +92,8 @@ void SBProgressBarFrame::layOut(const QRectF& inner) {
     rightX_ = 0;
     fillEnd_ = 0;
     if (!inner.isEmpty()) {
-        const int column = static_cast<int>(std::floor(inner.right() * look_.ratio));
-        fillEnd_ = std::clamp(column + 1, 1, size_.width());
+        const int column = static_cast<int>(std::floor(inner.right() * look_->ratio));
+        fillEnd_ = std::min(column + 1, size_.width());
         rightX_ = column - endWidth_;
         if (rightX_ < endWidth_) {
             rightX_ = 0;
@@ -112,7 +113,7 @@ void SBProgressBarFrame::makeStrip(int phase) {
 
 QImage SBProgressBarFrame::paintLayersOf(const Layer& layer, int x, int width, const Layer* omitted) {
     ++paintedParts_;
-    return paintLayers(layer, {{static_cast<double>(x), 0.0}, {width, size_.height()}, look_.ratio}, omitted);
+    return paintLayers(layer, {{static_cast<double>(x), 0.0}, {width, size_.height()}, look_->ratio}, omitted);
 }
 
 QImage SBProgressBarFrame::paintPart(int x, int width) {

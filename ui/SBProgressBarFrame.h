@@ -5,6 +5,7 @@
 #include <QRectF>
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "SBProgressBar.h"
 
@@ -33,12 +34,12 @@ public:
 private:
     // All that the pictures depend on, but for the fill's width and the stripes' place.
     struct Look {
-        std::uint64_t revision = 0;
-        double ratio = 0.0;
+        std::uint64_t revision;
+        double ratio;
         RingLook ring;
         QPointF innerOrigin;
-        double innerHeight = 0.0;
-        std::array<float, 8> opacities{};
+        double innerHeight;
+        std::array<float, 8> opacities;
         bool operator==(const Look&) const = default;
     };
 
@@ -55,7 +56,7 @@ private:
     QImage partAt(int phase, Phases& phases, int x, int width);
 
     SBProgressBar& bar_;
-    Look look_;
+    std::optional<Look> look_;
     QSize size_;        // of the bar, in pixels
     int endWidth_ = 0;  // columns at either end of trough and fill that differ from the middle
     int period_ = 1;    // columns after which the stripes repeat

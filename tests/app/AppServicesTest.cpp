@@ -126,6 +126,16 @@ TEST_F(RealAlert, endsWhereTheScreenDoes) {
     EXPECT_EQ(show(alert).frameGeometry().bottom(), screen.bottom());
 }
 
+/// How often a window has asked to come before others.
+class RaiseCount : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        times += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
+    int times = 0;
+};
+
 class RealChooser : public Desktop {
 protected:
     QFileDialog& show(const QString& fileType) {
@@ -171,6 +181,14 @@ TEST_F(RealChooser, isOneThatIsRaisedByASecondPress) {
     EXPECT_THAT(answers_, IsEmpty());
     enterPath(show("wav"), files_.write("a.wav", FileBytes{1}));
     EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav"));
+}
+
+TEST_F(RealChooser, comesToTheFrontByASecondPress) {
+    RaiseCount raised;
+    show("wav").installEventFilter(&raised);
+    EXPECT_EQ(raised.times, 0);
+    show("wav");
+    EXPECT_EQ(raised.times, 1);
 }
 
 TEST_F(RealChooser, isCancelledByAPressForTheOtherType) {

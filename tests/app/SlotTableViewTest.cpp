@@ -8,6 +8,7 @@
 #include "AppHarness.h"
 #include "Driver.h"
 #include "SampleFiles.h"
+#include "SlotDelegate.h"
 #include "SlotTableView.h"
 
 namespace kelvo::test {
@@ -79,6 +80,12 @@ TEST_F(FilledTable, theWindowHasTheOneSizeOfItsContent) {
     window_.resize(900, 700);
     QCoreApplication::processEvents();
     EXPECT_EQ(cab_.viewport()->height(), cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 1);
+}
+
+TEST_F(FilledTable, isNeverNarrowerThanItsWidestLabelWithTheFrame) {
+    const QFontMetrics metrics = cab_.fontMetrics();
+    EXPECT_EQ(cab_.minimumSizeHint().width(), SlotDelegate::labelWidth(metrics, "65.MMMMMMMMMM") + 2);
+    EXPECT_EQ(cab_.sizeHint().width(), std::max(cab_.minimumSizeHint().width(), 45 * metrics.averageCharWidth()));
 }
 
 TEST_F(FilledTable, aLargerFontMakesRowsAndWindowLarger) {

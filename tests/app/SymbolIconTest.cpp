@@ -176,6 +176,7 @@ TEST_F(SymbolIcon, standsInTheCornerOfThePlaceItIsDrawnIn) {
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     symbolIcon(Symbol::Delete).paint(&painter, QRect(5, 3, 16, 16));
+    EXPECT_TRUE(painter.transform().isIdentity());
     painter.end();
     EXPECT_EQ(drawn(picture.copy(5, 3, 16, 16)), drawn(image(Symbol::Delete, 16)));
     EXPECT_EQ(picture.pixelColor(4, 6).alpha(), 0);

@@ -137,6 +137,14 @@ TEST(SBProgressBarGeometry, borderImage_isARingOfTheBorderWidth) {
     EXPECT_NEAR(qAlpha(image.pixel(2, 10)), 0, 1);
 }
 
+TEST(SBProgressBarGeometry, borderOfNoWidth_isNotThere) {
+    SBProgressBar bar;
+    bar.setBorderWidth(0.0);
+    QImage blank(60, 20, QImage::Format_ARGB32_Premultiplied);
+    blank.fill(Qt::transparent);
+    EXPECT_EQ(drawn(bar.borderImageForSize_withInnerShadow({60, 20}, false)), blank);
+}
+
 TEST(SBProgressBarGeometry, borderImageNarrowerThanHigh_isRoundAboveAndBelow) {
     const SBProgressBar bar;
     const QImage image = drawn(bar.borderImageForSize_withInnerShadow({10, 20}, false));

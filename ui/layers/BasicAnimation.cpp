@@ -27,9 +27,8 @@ std::optional<double> BasicAnimation::valueAt(double elapsed, double ownValue) c
     if (elapsed >= length()) {
         return std::nullopt;
     }
-    const double byDistance = byValue.value_or(0.0);
-    const double start = fromValue ? *fromValue : (byValue && toValue ? *toValue - byDistance : ownValue);
-    const double end = toValue ? *toValue : (byValue ? start + byDistance : ownValue);
+    const double start = fromValue ? *fromValue : (byValue && toValue ? *toValue - *byValue : ownValue);
+    const double end = toValue ? *toValue : (byValue ? start + *byValue : ownValue);
     const double time = std::fmod(std::max(elapsed, 0.0), duration) / duration;
     return start + (end - start) * timingFunction.valueForProgress(time);
 }

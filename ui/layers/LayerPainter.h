@@ -16,7 +16,7 @@ struct LayerArea {
     QPointF origin;
     QSize size;
     /// Device pixels per point.
-    double ratio = 1.0;
+    double ratio;
 };
 
 /// Paints the layer and its sublayers as they are shown now, from scratch. This is the slow and exact way: all edges

@@ -227,6 +227,15 @@ TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
     EXPECT_NE(rest.find("08 AA 55 02 00 A5 C7 59 B7"), std::string::npos) << rest;
 }
 
+TEST_F(RunningLoop, obeysWhileAReportIsStillSecondsAway) {
+    pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(2500)});
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(outRequest(kOne, connectReport()));
+    sendToDevice(inRequest(kTwo));
+    EXPECT_EQ(fromDevice(48 + 112).size(), 160 * 3 - 1U);
+    EXPECT_THAT(asked("go"), ElementsAre("going"));
+}
+
 TEST_F(RunningLoop, goesThroughTheStartUpAtThePaceItIsTold) {
     EXPECT_THAT(asked("pace 0"), ElementsAre("pace 0"));
     EXPECT_THAT(asked("pace 10000"), ElementsAre("pace 10000"));
