@@ -129,7 +129,6 @@ void SlotTableView::fadeLine(int row) {
 
 void SlotTableView::fitRowsToFont() {
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
-    updateGeometry();
 }
 
 void SlotTableView::changeEvent(QEvent* event) {

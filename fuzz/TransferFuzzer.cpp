@@ -68,7 +68,7 @@ private:
             step();
             checkSent();
         }
-        for (int i = 0; i < 40; ++i) {
+        for (int i = 0; i < 40 && (!answers_.empty() || unpacker_.unread() > 0); ++i) {
             deliver(1);
             tick();
             checkSent();

@@ -32,7 +32,7 @@ void CloseActionWindow::changeEvent(QEvent* event) {
     Qt::WindowStates unoffered;
     unoffered.setFlag(Qt::WindowMinimized, !(windowFlags() & Qt::WindowMinimizeButtonHint));
     unoffered.setFlag(Qt::WindowMaximized, !(windowFlags() & Qt::WindowMaximizeButtonHint));
-    if (event->type() == QEvent::WindowStateChange && (windowState() & unoffered)) {
+    if (event->type() == QEvent::WindowStateChange) {
         setWindowState(windowState() & ~unoffered);
     }
 }

@@ -82,6 +82,19 @@ TEST_F(Queue, keepsTheRowsFileWhereTheImportOfItsNeighbourFails) {
     EXPECT_EQ(queue_->where(table_, 0).file, url("1.wav"));
 }
 
+TEST_F(Queue, tellsThatTheRowGoesOnFromItsOldFileWhereAWaitingNeighbourFails) {
+    letDiskAnswer();
+    queue_->importNow(table_, 0, {url("1.wav")});
+    queue_->hasBegun(7);
+    queue_->step(table_, 0, 1);
+    ASSERT_TRUE(serveUntil([&] { return queue_->where(table_, 0).next == "3.wav"; }));
+    takesFiles_ = false;
+    changes_ = 0;
+    queue_->hasEnded(7);
+    EXPECT_EQ(queue_->where(table_, 0).next, "2.wav");
+    EXPECT_EQ(changes_, 1);
+}
+
 TEST_F(Queue, ofWhichNothingIsLeftIsToldNothing) {
     queue_->importNow(table_, 0, {url("1.wav")});
     queue_->step(table_, 0, 1);

@@ -100,6 +100,17 @@ TEST(SBProgressBarFrame, anyLook_looksAsIfPaintedFromScratch) {
     expectLikeFromScratch(stage, 1.0);
 }
 
+TEST(SBProgressBarFrame, fillThatReachesTheBarsEdge_looksAsIfPaintedFromScratch) {
+    BarStage stage(200, 20);
+    stage.bar.setShadowWidth(0.0);
+    stage.bar.setBorderWidth(0.0);
+    stage.bar.setFloatValue(1.0);
+    stage.bar.resizeLayers();
+    for (const double ratio : kRatios) {
+        expectLikeFromScratch(stage, ratio);
+    }
+}
+
 TEST(SBProgressBarFrame, geometryInPoints_isTheSameAtEveryResolution) {
     for (const double ratio : kRatios) {
         BarStage stage(200, 20);

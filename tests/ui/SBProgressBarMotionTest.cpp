@@ -181,6 +181,15 @@ TEST_F(BarMotion, hide_fadesAndThenHidesAndStops) {
     EXPECT_FALSE(bar.scene().isAnimating());
 }
 
+TEST_F(BarMotion, hide_isATransactionOfItsOwn) {
+    bool ended = false;
+    bar.scene().setCompletionBlock([&ended] { ended = true; });
+    bar.setHidden(true);
+    EXPECT_FALSE(ended);
+    stage.step(0.0);
+    EXPECT_TRUE(ended);
+}
+
 TEST_F(BarMotion, show_showsAtOnceFadesInAndStarts) {
     bar.setHidden(true);
     stage.step(0.25);

@@ -110,6 +110,9 @@ public:
 
 TEST(SBProgressBar, newRingOrStripes_askTheViewToRefreshItsLayer) {
     RefreshCount bar;
+    bar.setBorderWidth(1.0);  // as it is, and as wide as the shadow
+    EXPECT_EQ(bar.refreshes, 1);
+    bar.refreshes = 0;
     bar.setBorderColor(Qt::red);
     EXPECT_EQ(bar.refreshes, 1);
     bar.setBorderWidth(2.0);

@@ -34,6 +34,15 @@ TEST(SBProgressBarThreads, valueFromAnotherThread_isStoredAtOnceAndShownAtTheMai
     EXPECT_EQ(stage.bar.innerClipLayer().frame().width(), 99.0);
 }
 
+TEST(SBProgressBarThreads, valueAfterOneThatHasBeenShown_isShownAsWell) {
+    BarStage stage(200, 20);
+    for (const double value : {0.5, 1.0}) {
+        std::thread([&] { stage.bar.setFloatValue(value); }).join();
+        QCoreApplication::sendPostedEvents();
+        EXPECT_EQ(stage.bar.innerClipLayer().frame().width(), 198.0 * value);
+    }
+}
+
 TEST(SBProgressBarThreads, valueOutOfRange_throwsInTheThreadThatSetsIt) {
     BarStage stage(200, 20);
     std::thread([&] {

@@ -48,6 +48,16 @@ TEST(ServeEvents, windowShownUntilPainted_hasBeenPainted) {
     EXPECT_GT(window.paints, 0);
 }
 
+TEST(ServeEvents, windowShownUntilPainted_isWaitedForNoLonger) {
+    PaintedWindow window;
+    int turns = 0;
+    QTimer turn;
+    QObject::connect(&turn, &QTimer::timeout, [&turns] { ++turns; });
+    turn.start(0);
+    showUntilPainted(window);
+    EXPECT_LT(turns, 100);
+}
+
 void showWithFocus(QWidget& window) {
     window.show();
     QCoreApplication::processEvents();
@@ -100,6 +110,21 @@ TEST(ServeEvents, windowThatNeverBecomesActive_isGivenUpAfterAFifthOfASecond) {
     serveUntilActive(window);
     EXPECT_FALSE(window.isActiveWindow());
     EXPECT_GE(waited.elapsed(), 190);  // a coarse timer may come so much early
+}
+
+TEST(ServeEvents, windowServedUntilActive_isNotTakenForActiveByAnotherEvent) {
+    QWidget window;
+    QWidget above;
+    showWithFocus(window);
+    showWithFocus(above);
+    bool told = false;
+    QTimer::singleShot(0, &window, [&] {
+        QEvent other(QEvent::WindowDeactivate);
+        QCoreApplication::sendEvent(&window, &other);
+        QTimer::singleShot(10, &window, [&told] { told = true; });
+    });
+    serveUntilActive(window);
+    EXPECT_TRUE(told);
 }
 
 }  // namespace

@@ -57,15 +57,10 @@ void LayerView::paintFrame(QPainter& painter, const QRect& part) {
     const QTransform world = painter.worldTransform();
     const QPointF begin(device.dx(), device.dy());
     const QPointF shift = begin.toPoint() - begin;
-    const bool moves = ratio != 1.0 || !shift.isNull();
-    if (moves) {
-        painter.setWorldTransform(
-            QTransform::fromTranslate(shift.x() / ratio, shift.y() / ratio).scale(1.0 / ratio, 1.0 / ratio), true);
-    }
+    painter.setWorldTransform(
+        QTransform::fromTranslate(shift.x() / ratio, shift.y() / ratio).scale(1.0 / ratio, 1.0 / ratio), true);
     drawLayers(painter, ratio, part);
-    if (moves) {
-        painter.setWorldTransform(world);
-    }
+    painter.setWorldTransform(world);
 }
 
 void LayerView::drawLayers(QPainter& painter, double ratio, const QRect&) {

@@ -213,6 +213,12 @@ TEST_F(LayerViewTest, hidden_waitsForTheNextEnd) {
     EXPECT_EQ(timerInterval(), 125);
 }
 
+TEST_F(LayerViewTest, changeOutsideOfATransaction_isTakenUpAtOnce) {
+    view.scene().setDisableActions(true);
+    layer.setCornerRadius(1.0);
+    EXPECT_EQ(timerInterval(), 1);
+}
+
 TEST_F(LayerViewTest, hidden_waitsNoLongerThanATimerCan) {
     layer.addAnimation({.keyPath = "opacity", .duration = 3e6}, "a");
     view.advance();
@@ -275,6 +281,24 @@ TEST_F(LayerViewTest, viewThatBeginsWithinAPixel_isPaintedFromAWholeOne) {
     EXPECT_EQ(image.pixel(3, 1), 0xffff0000U);
     EXPECT_EQ(image.pixel(6, 4), 0xffff0000U);
     EXPECT_EQ(image.pixel(7, 4), 0x00000000U);
+}
+
+TEST_F(LayerViewTest, viewThatBeginsWithinAPixelOfAScaledDisplay_isPaintedFromAWholeOne) {
+    layer.setFrame({0, 0, 2, 2});
+    layer.setBackground(QColor(Qt::red));
+    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(2.5);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.translate(1, 1);  // 2.5 pixels
+    view.paintFrame(painter, view.rect());
+    painter.end();
+    EXPECT_EQ(image.pixel(2, 3), 0x00000000U);
+    EXPECT_EQ(image.pixel(3, 2), 0x00000000U);
+    EXPECT_EQ(image.pixel(3, 3), 0xffff0000U);
+    EXPECT_EQ(image.pixel(7, 7), 0xffff0000U);
+    EXPECT_EQ(image.pixel(8, 7), 0x00000000U);
+    EXPECT_EQ(image.pixel(7, 8), 0x00000000U);
 }
 
 }  // namespace
