@@ -53,7 +53,6 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(ne
     setTabKeyNavigation(false);
     setShowGrid(false);
     setAlternatingRowColors(true);
-    setWordWrap(false);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     horizontalHeader()->setStretchLastSection(true);
@@ -133,7 +132,7 @@ void SlotTableView::fitRowsToFont() {
 
 void SlotTableView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    if (event->type() == QEvent::FontChange) {
         fitRowsToFont();
     }
 }
@@ -220,9 +219,7 @@ void SlotTableView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    const int middleRow = model()->rowCount() / 2;
-    painter.drawText(QRect(0, rowViewportPosition(middleRow), viewport()->width(), rowHeight(middleRow)),
-                     Qt::AlignCenter, notice_);
+    painter.drawText(visualRect(model()->index(model()->rowCount() / 2, 0)), Qt::AlignCenter, notice_);
     if (dropRow_ >= 0) {
         painter.setPen(
             QPen(palette().color(QPalette::Highlight), kRowMarkWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));

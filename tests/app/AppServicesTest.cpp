@@ -45,6 +45,16 @@ protected:
     QTableView table_{&window_};
 };
 
+/// How often a window has asked to come before others.
+class RaiseCount : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        times += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
+    int times = 0;
+};
+
 class RealAlert : public Desktop {
 protected:
     QMessageBox& show(const Alert& alert) {
@@ -118,6 +128,29 @@ TEST_F(RealAlert, goesToTheOtherSideWhereThereIsNoRoom) {
     EXPECT_LT(box.right(), table_.mapToGlobal(QPoint()).x());
 }
 
+TEST_F(RealAlert, usesTheRoomOnEitherSideToTheLastPixel) {
+    const QRect screen = window_.screen()->availableGeometry();
+    table_.move(0, 20);
+    Alert alert = question();
+    alert.subject = &table_;
+    const auto boxAt = [&](int x) {
+        window_.setGeometry(x, 100, 400, 300);
+        QMessageBox& box = show(alert);
+        const QRect frame = box.frameGeometry();
+        box.close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return frame;
+    };
+    const int width = boxAt(100).width();
+    const int last = screen.right() + 1 - width - 8 - table_.width();
+    EXPECT_EQ(boxAt(last).right(), screen.right());
+    EXPECT_EQ(boxAt(last + 1).left(), last + 1 - 8 - width);
+    // A table that leaves no room on its right, with just enough on its left, and with a pixel less.
+    table_.setFixedWidth(screen.width());
+    EXPECT_EQ(boxAt(width + 8).left(), screen.left());
+    EXPECT_EQ(boxAt(width + 7).right(), screen.right());
+}
+
 TEST_F(RealAlert, endsWhereTheScreenDoes) {
     const QRect screen = window_.screen()->availableGeometry();
     window_.move(100, screen.bottom() - 40);
@@ -126,15 +159,12 @@ TEST_F(RealAlert, endsWhereTheScreenDoes) {
     EXPECT_EQ(show(alert).frameGeometry().bottom(), screen.bottom());
 }
 
-/// How often a window has asked to come before others.
-class RaiseCount : public QObject {
-public:
-    bool eventFilter(QObject*, QEvent* event) override {
-        times += event->type() == QEvent::ZOrderChange ? 1 : 0;
-        return false;
-    }
-    int times = 0;
-};
+TEST_F(RealAlert, comesBeforeAllOtherWindows) {
+    RaiseCount raised;
+    qApp->installEventFilter(&raised);
+    show(question());
+    EXPECT_EQ(raised.times, 1);
+}
 
 class RealChooser : public Desktop {
 protected:
@@ -159,6 +189,7 @@ TEST_F(RealChooser, offersOneFileOfTheTypeInEitherCaseAndBlocksNothing) {
     EXPECT_EQ(chooser.fileMode(), QFileDialog::ExistingFile);
     EXPECT_EQ(chooser.acceptMode(), QFileDialog::AcceptOpen);
     EXPECT_EQ(chooser.nameFilters(), QStringList{"WAV files (*.[wW][aA][vV])"});
+    EXPECT_TRUE(chooser.testOption(QFileDialog::HideNameFilterDetails));
     EXPECT_EQ(chooser.windowModality(), Qt::NonModal);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
@@ -185,10 +216,14 @@ TEST_F(RealChooser, isOneThatIsRaisedByASecondPress) {
 
 TEST_F(RealChooser, comesToTheFrontByASecondPress) {
     RaiseCount raised;
-    show("wav").installEventFilter(&raised);
+    QFileDialog& chooser = show("wav");
+    chooser.installEventFilter(&raised);
+    window_.activateWindow();
+    ASSERT_FALSE(chooser.isActiveWindow());
     EXPECT_EQ(raised.times, 0);
     show("wav");
     EXPECT_EQ(raised.times, 1);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&chooser));
 }
 
 TEST_F(RealChooser, isCancelledByAPressForTheOtherType) {
@@ -217,6 +252,16 @@ TEST_F(RealChooser, givesAFileEachTime) {
         ASSERT_EQ(visibleFileDialog(), nullptr);
     }
     EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav", "wav 1 a.wav", "wav 1 a.wav"));
+}
+
+TEST_F(RealChooser, leavesNothingOfAUseBehind) {
+    const auto children = [this] {
+        show("wav").reject();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return window_.findChild<QFileDialog*>()->findChildren<QObject*>(Qt::FindDirectChildrenOnly).size();
+    };
+    const auto before = children();
+    EXPECT_EQ(children(), before);
 }
 
 TEST_F(RealChooser, leavesNoCompletionsOpen) {

@@ -155,6 +155,11 @@ TEST_F(FileSet, passesOverAFolder) {
 
 TEST_F(FileSet, ofRefusedFilesOnlyIsNoDrop) {
     EXPECT_FALSE(drop(cab_, 2, urls({bad("1.wav"), bad("2.wav")})));
+    // One that is whole and of a kind that nobody converts.
+    const QString strange = files_.write("3.wav", WaveFile{.bitsPerSample = 12, .data = FileBytes(8)}.bytes());
+    EXPECT_FALSE(drop(cab_, 2, urls({strange})));
+    EXPECT_FALSE(drop(amp_, 2, urls({bad("1.amp"), files_.path("gone.amp")})));
+    EXPECT_EQ(FileDrag(cab_, urls({strange})).drop(2), Qt::IgnoreAction);
 }
 
 TEST_F(FileSet, takesAFileThatIsNamedTwiceOnce) {

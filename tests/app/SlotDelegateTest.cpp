@@ -74,6 +74,36 @@ TEST_F(SlotDrawing, figuresAreOfOneWidth) {
     }
 }
 
+TEST_F(SlotDrawing, aLabelIsAsWideAsItsPiecesAndTwoMarginsOfTenPixels) {
+    const QFontMetrics metrics = table_.fontMetrics();
+    int figure = 0;
+    for (const char c : {'0', '1', '2', '3', '4', '5', '6', '7', '8', '9'}) {
+        figure = std::max(figure, metrics.horizontalAdvance(QLatin1Char(c)));
+    }
+    EXPECT_EQ(SlotDelegate::labelWidth(metrics, "27.MMMM"), 10 + 2 * figure + metrics.horizontalAdvance('.') +
+                                                                metrics.averageCharWidth() +
+                                                                metrics.horizontalAdvance("MMMM") + 10);
+}
+
+TEST_F(SlotDrawing, numberAndNameStandInTheMiddleOfTheRowsHeight) {
+    const QFontMetrics metrics = table_.fontMetrics();
+    const int name = SlotDelegate::labelWidth(metrics, "27.") - 10;
+    QImage expected(kWidth, kHeight, QImage::Format_RGB32);
+    expected.fill(Qt::white);
+    QPainter painter(&expected);
+    painter.setFont(table_.font());
+    painter.setPen(QColor(102, 102, 102));  // 0.6 of the ink on the ground
+    painter.drawText(QRect(10, 0, kWidth, kHeight), Qt::AlignLeft | Qt::AlignVCenter, "2");
+    painter.setPen(Qt::black);
+    painter.drawText(QRect(name, 0, kWidth, kHeight), Qt::AlignLeft | Qt::AlignVCenter, "MMMM");
+    painter.end();
+    const QImage image = draw("27.MMMM");
+    const QRect figure(0, 0, 10 + metrics.horizontalAdvance('2'), kHeight);
+    EXPECT_EQ(image.copy(figure), expected.copy(figure));
+    const QRect names(name, 0, kWidth - name, kHeight);
+    EXPECT_EQ(image.copy(names), expected.copy(names));
+}
+
 TEST_F(SlotDrawing, numberAndNameStandApart) {
     // The same pixels in both: where nothing is drawn a blank column of the ground.
     const QImage image = draw("27.MMMM");

@@ -2,6 +2,7 @@
 
 #include <QProxyStyle>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QVariantAnimation>
 
@@ -71,6 +72,49 @@ TEST_F(FilledTable, aNoticeStandsInTheSixthRow) {
         const QRect rect = cab_.visualRect(cab_.model()->index(other, 0));
         EXPECT_EQ(after.copy(rect), before.copy(rect)) << other;
     }
+}
+
+TEST_F(FilledTable, aNoticeIsSubdued) {
+    QPalette palette = cab_.palette();
+    palette.setColor(QPalette::PlaceholderText, QColor(255, 0, 0));
+    cab_.setPalette(palette);
+    const QRect row = cab_.visualRect(cab_.model()->index(5, 0));
+    const QRect right(row.center().x(), row.top(), row.width() / 4, row.height());
+    cab_.setNotice(QString(40, '.'));
+    const QImage notice = cab_.viewport()->grab().toImage().copy(right);
+    bool isRed = false;
+    for (int y = 0; y < notice.height(); ++y) {
+        for (int x = 0; x < notice.width(); ++x) {
+            const QColor pixel = notice.pixelColor(x, y);
+            isRed = isRed || (pixel.red() > 200 && pixel.green() < 150);
+        }
+    }
+    EXPECT_TRUE(isRed);
+}
+
+TEST_F(FilledTable, itsRowsAreOfTwoGroundsWithoutLinesBetweenThem) {
+    QPalette palette = cab_.palette();
+    palette.setColor(QPalette::Base, QColor(255, 255, 255));
+    palette.setColor(QPalette::AlternateBase, QColor(200, 220, 240));
+    cab_.setPalette(palette);
+    const QImage picture = cab_.viewport()->grab().toImage();
+    const QRect row = cab_.visualRect(cab_.model()->index(2, 0));
+    for (int y = row.top(); y <= row.bottom(); ++y) {
+        ASSERT_EQ(picture.pixelColor(row.right(), y), QColor(255, 255, 255)) << y;
+        ASSERT_EQ(picture.pixelColor(row.right(), y + row.height()), QColor(200, 220, 240)) << y;
+    }
+}
+
+TEST_F(FilledTable, hasNoScrollBarsHoweverSmallItIs) {
+    cab_.setFixedSize(40, 40);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(cab_.verticalScrollBar()->isVisible());
+    EXPECT_FALSE(cab_.horizontalScrollBar()->isVisible());
+}
+
+TEST_F(FilledTable, isLeftByTheTabulator) {
+    QTest::keyClick(&cab_, Qt::Key_Tab);
+    EXPECT_FALSE(cab_.hasFocus());
 }
 
 TEST_F(FilledTable, theWindowHasTheOneSizeOfItsContent) {
@@ -144,6 +188,7 @@ protected:
 
 TEST_F(FinishedTransfer, leavesAFullLineThatFadesWithinSixTenths) {
     import();
+    EXPECT_EQ(fading_->duration(), 550);
     const int full = foot(kRow);
     EXPECT_GT(full, before_ + 100);
     fading_->setCurrentTime(400);

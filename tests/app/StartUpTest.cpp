@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
+#include <QWindow>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -36,6 +37,9 @@ TEST(Application, isNamedAsItsDesktopEntryIs) {
     nameApplication();
     EXPECT_EQ(QApplication::desktopFileName(), "local.kelvo.kelvo");
     EXPECT_EQ(QApplication::applicationDisplayName(), "Kelvo");
+    EXPECT_EQ(QApplication::applicationName(), "kelvo");
+    EXPECT_FALSE(QApplication::windowIcon().isNull());
+    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
     EXPECT_TRUE(QFile::exists(KELVO_PACKAGING "/local.kelvo.kelvo.desktop"));
 }
 
@@ -233,6 +237,34 @@ TEST(StartUp, buttonsAndTablesAreDisabledUntilTheNamesAreThere) {
     app.start();
     EXPECT_THAT(usable, ElementsAre(false, false, false));
     EXPECT_TRUE(isUsable(app.controller));
+}
+
+// X would minimise both together.
+TEST(StartUp, theLoadingWindowBelongsToNoOtherWhereAProgramPlacesItsWindows) {
+    RunningApp app;
+    bool loaded = false;
+    app.whileLoading = [&] {
+        EXPECT_EQ(app.controller.loadWindow().window()->windowHandle()->transientParent(), nullptr);
+        loaded = true;
+    };
+    app.start();
+    EXPECT_TRUE(loaded);
+}
+
+TEST(StartUp, everyButtonHasAnIcon) {
+    RunningApp app;
+    for (const QPushButton* const button : app.controller.window().findChildren<QPushButton*>()) {
+        EXPECT_FALSE(button->icon().isNull()) << button->objectName().toStdString();
+    }
+}
+
+TEST(StartUp, aControllerThatIsGoneIsNoLongerTheApplication) {
+    {
+        RunningApp app;
+        app.start();
+        EXPECT_EQ(AppClassPoint, &app.controller);
+    }
+    EXPECT_EQ(AppClassPoint, nullptr);
 }
 
 TEST(StartUp, withoutAPedal_nothingBecomesUsable) {
