@@ -49,7 +49,6 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(ne
     setForegroundRole(QPalette::Mid);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTabKeyNavigation(false);
     setShowGrid(false);
     setAlternatingRowColors(true);

@@ -111,11 +111,10 @@ void SBProgressBar::viewResized() {
 
 bool SBProgressBar::event(QEvent* event) {
     const bool handled = LayerView::event(event);
-    const QEvent::Type type = event->type();
-    if ((type == QEvent::ParentChange || type == QEvent::Show) && std::exchange(knownWindow_, window()) != window()) {
+    if (std::exchange(knownWindow_, window()) != window()) {
         viewDidMoveToWindow();
     }
-    if (type == QEvent::Move || type == QEvent::Resize) {
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
         for (int i = 0; i < frameRegistrations_; ++i) {
             viewResized();
         }

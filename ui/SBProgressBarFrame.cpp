@@ -36,9 +36,7 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
     const double stripesAt = (inner_.x() + bar_.stripesLayer().shownPosition().x()) * ratio;
     const int phase = modulo(static_cast<int>(std::lround(stripesAt)), period_);
 
-    if (alpha < 1.0) {
-        painter.setOpacity(alpha);
-    }
+    painter.setOpacity(alpha);
     const int partEnd = std::min(wholePixels((part.x() + part.width()) * ratio), size_.width());
     if (fillEnd_ < partEnd) {
         painter.drawImage(QPoint(fillEnd_, 0), trough_, QRect(fillEnd_, 0, partEnd - fillEnd_, size_.height()));
@@ -56,9 +54,7 @@ void SBProgressBarFrame::draw(QPainter& painter, double ratio, const QRect& part
         const int column = modulo(stripPhase_ - phase, period_);
         painter.drawImage(QPoint(endWidth_, 0), strip_, QRect(column, 0, rightX_ - endWidth_, size_.height()));
     }
-    if (alpha < 1.0) {
-        painter.setOpacity(1.0);
-    }
+    painter.setOpacity(1.0);
 }
 
 SBProgressBarFrame::Look SBProgressBarFrame::presentLook(double ratio) {

@@ -23,7 +23,7 @@ QPainterPath ringPath(QSizeF size, double line) {
     const double radius = std::min(size.height(), size.width() - line) / 2.0;
     for (const double in : {0.0, line}) {
         const double edgeRadius = radius + line / 2.0 - in;
-        ring.addRoundedRect(QRectF({0.0, 0.0}, size).adjusted(in, in, -in, -in), edgeRadius, edgeRadius);
+        ring.addRoundedRect(QRectF(QPointF(), size).adjusted(in, in, -in, -in), edgeRadius, edgeRadius);
     }
     return withFineCurves(ring);
 }
@@ -31,7 +31,7 @@ QPainterPath ringPath(QSizeF size, double line) {
 // What of the shadow falls inside the ring: between the fill's upper edge and the same edge further down.
 void drawInnerShadow(QPainter& painter, QSizeF size, const RingLook& look) {
     const double line = look.borderWidth;
-    const QRectF inside = QRectF({0.0, 0.0}, size).adjusted(line, line, -line, -line);
+    const QRectF inside = QRectF(QPointF(), size).adjusted(line, line, -line, -line);
     const double diameter = std::min(inside.width(), inside.height());
     const QRectF left(inside.topLeft(), QSizeF(diameter, diameter));
     const QRectF right = left.translated(inside.width() - diameter, 0.0);

@@ -132,6 +132,19 @@ TEST_F(KelvoTour, takesTheToolkitsOptionsInEitherForm) {
 }
 
 TEST_F(KelvoTour, whosePictureCannotBeWritten_endsWith1AndSaysSo) {
+    QStringList firstPictures;
+    for (int percent = 0; percent <= 100; ++percent) {
+        firstPictures.append(QStringLiteral("%1/01-loading-%2.png").arg(pictures).arg(percent));
+        ASSERT_TRUE(QDir().mkpath(firstPictures.last()));
+    }
+    const Outcome result = runProgram("kelvo-tour", {pictures, KELVO_SAMPLES}, {{"QT_QPA_PLATFORM", "offscreen"}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(std::ranges::any_of(firstPictures, [&result](const QString& picture) {
+        return result.err.ends_with("The tour ends: " + picture.toStdString() + " cannot be written\n");
+    })) << result.err;
+}
+
+TEST_F(KelvoTour, whoseTranscriptCannotBeWritten_endsWith1AndSaysSo) {
     QDir(dir.path()).mkpath("pictures");
     ASSERT_TRUE(QDir(pictures).mkdir("transcript.txt"));
     const Outcome result = runProgram("kelvo-tour", {pictures, KELVO_SAMPLES}, {{"QT_QPA_PLATFORM", "offscreen"}});

@@ -44,6 +44,15 @@ TEST(WindowArguments, takeEverythingBehindTwoDashesForWords) {
     EXPECT_THAT(read.toolkit(), ElementsAre("name"));
 }
 
+TEST(WindowArguments, areExplainedAsFarAsSomebodyTypesThem) {
+    EXPECT_EQ(optionsHelp(), R"(  -h, --help           show this help
+  -v, --version        show the version
+  -platform NAME       the window system: xcb, wayland or offscreen
+  -platformtheme NAME  whose dialogs and settings: gtk3 or xdgdesktopportal
+  -style NAME          the look: Fusion, Windows or another that is installed
+)");
+}
+
 TEST(WindowArguments, ofMoreWordsThanAreTakenAreAMistake) {
     EXPECT_EQ(Read({"name", "one", "two", "three"}).request().mistake, "Unexpected word 'three'.");
     EXPECT_EQ(Read({"name", "one", "two", "three", "four"}).request().mistake, "Unexpected word 'three'.");

@@ -216,6 +216,22 @@ TEST_F(PartCount, newResolutionSizeOrLook_paintsAnew) {
     EXPECT_EQ(paintedBy(2.0), 0);
 }
 
+TEST_F(PartCount, troughOutsideOfThePart_isLeftOut) {
+    stage.bar.setFloatValue(0.5);
+    QImage image(200, 20, QImage::Format_RGB32);
+    QPainter painter(&image);
+    const auto isPaintedAt = [&](int x, const QRect& part) {
+        image.fill(Qt::red);
+        frame.draw(painter, 1.0, part);
+        return image.pixel(x, 10) != 0xffff0000U;
+    };
+    EXPECT_TRUE(isPaintedAt(159, {140, 0, 20, 20}));
+    EXPECT_FALSE(isPaintedAt(160, {140, 0, 20, 20}));
+    EXPECT_TRUE(isPaintedAt(100, {0, 0, 101, 20}));
+    EXPECT_FALSE(isPaintedAt(101, {0, 0, 101, 20}));
+    EXPECT_TRUE(isPaintedAt(198, {0, 0, 500, 20}));
+}
+
 TEST_F(PartCount, transparentBar_paintsNothing) {
     stage.bar.setHidden(true);
     stage.step(0.25);

@@ -70,6 +70,13 @@ TEST(SBProgressBarGeometry, stripesLayer_isOneTileLongerThanCoversTheBar) {
     }
 }
 
+TEST(SBProgressBarGeometry, stripesLayerWithoutAnImage_isEmpty) {
+    BarStage stage(200, 20);
+    stage.bar.setStripesImage({});
+    stage.bar.resizeLayers();
+    EXPECT_EQ(stage.bar.stripesLayer().frame().width(), 0.0);
+}
+
 TEST(SBProgressBarGeometry, resize_laysOutEverythingWithoutAnyFade) {
     BarStage stage(200, 20);
     stage.bar.setFloatValue(0.5);

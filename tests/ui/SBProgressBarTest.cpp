@@ -49,6 +49,7 @@ TEST(SBProgressBar, newBar_hasItsLayersInTheirTree) {
 
 TEST(SBProgressBar, newBar_hasItsLayersSetUp) {
     SBProgressBar bar;
+    EXPECT_EQ(bar.clipLayer().frame(), QRectF(bar.rect()));
     EXPECT_TRUE(bar.clipLayer().masksToBounds());
     EXPECT_TRUE(bar.innerClipLayer().masksToBounds());
     for (Layer* const layer :

@@ -35,7 +35,7 @@ void drawOwn(QPainter& painter, const Layer& layer) {
 void cut(QPainter& painter, const Layer& layer, QSize size) {
     const QTransform toDevice = painter.transform();
     QPainterPath outside;
-    outside.addRect(QRectF({0.0, 0.0}, QSizeF(size)));
+    outside.addRect(QRectF(QPointF(), QSizeF(size)));
     outside.addPath(toDevice.map(roundedRect(layer.bounds(), layer.cornerRadius())));
     painter.resetTransform();
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
@@ -49,7 +49,7 @@ bool cuts(const QPainter& painter, const Layer& layer, QSize size) {
     }
     const double radius = layer.cornerRadius();
     const QRectF wide = layer.bounds().adjusted(radius, 0.0, -radius, 0.0);
-    return !painter.transform().mapRect(wide).contains(QRectF({0.0, 0.0}, QSizeF(size)));
+    return !painter.transform().mapRect(wide).contains(QRectF(QPointF(), QSizeF(size)));
 }
 
 void paint(QPainter& painter, const Layer& layer, QSize size, const Layer* omitted) {

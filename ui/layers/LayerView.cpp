@@ -66,7 +66,7 @@ void LayerView::paintFrame(QPainter& painter, const QRect& part) {
 void LayerView::drawLayers(QPainter& painter, double ratio, const QRect&) {
     if (layer()) {
         const QSize size(static_cast<int>(std::ceil(width() * ratio)), static_cast<int>(std::ceil(height() * ratio)));
-        painter.drawImage(0, 0, paintLayers(*layer(), {{0.0, 0.0}, size, ratio}));
+        painter.drawImage(0, 0, paintLayers(*layer(), {{}, size, ratio}));
     }
 }
 
@@ -79,8 +79,6 @@ void LayerView::paintEvent(QPaintEvent* event) {
 void LayerView::timerEvent(QTimerEvent* event) {
     if (event->timerId() == timer_.timerId()) {
         advance();
-    } else {
-        QWidget::timerEvent(event);
     }
 }
 
@@ -114,7 +112,7 @@ void LayerView::schedule() {
     }
     if (wanted == 0) {
         timer_.stop();
-    } else if (!timer_.isActive() || wanted != interval_) {
+    } else if (wanted != interval_) {
         timer_.start(wanted, Qt::PreciseTimer, this);
     }
     interval_ = wanted;

@@ -9,8 +9,8 @@ namespace {
 
 // Whole tiles along one side, and the pixels that they fill.
 struct Run {
-    int tiles = 1;
-    int pixels = 1;
+    int tiles;
+    int pixels;
 };
 
 Run wholePixelRun(double tilePixels) {
@@ -46,7 +46,7 @@ QImage patternCell(const LayerImage& tile, double ratio) {
         for (int column = 0; column < across.tiles; ++column) {
             painter.save();
             painter.translate(column * size.width(), row * size.height());
-            painter.setClipRect(QRectF({0.0, 0.0}, size));
+            painter.setClipRect(QRectF(QPointF(), size));
             tile.draw(painter);
             painter.restore();
         }

@@ -29,7 +29,8 @@ TEST(LayerImage, withoutWidthHeightOrRoutine_isEmptyAndDrawsNothing) {
         image.draw(painter);
     }
     EXPECT_EQ(drawn, 0);
-    LayerImage({1, 1}, draw).draw(painter);
+    EXPECT_EQ(LayerImage().size(), QSizeF(0, 0));
+    LayerImage({0.5, 0.5}, draw).draw(painter);
     EXPECT_EQ(drawn, 1);
 }
 

@@ -268,6 +268,36 @@ TEST_F(LayerViewTest, paintedAtAnyRatio_showsTheLayersAtFullResolution) {
     EXPECT_EQ(image.pixel(3, 0), 0x00000000U);
 }
 
+TEST_F(LayerViewTest, paintedSmaller_hasThePixelsOfThatSize) {
+    layer.setFrame({0, 0, 8, 8});
+    layer.setBackground(QColor(Qt::red));
+    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.scale(0.5, 0.5);
+    double asked = 0.0;
+    view.onFrame = [&] { asked = painter.deviceTransform().m11(); };
+    view.paintFrame(painter, view.rect());
+    painter.end();
+    EXPECT_EQ(asked, 1.0);
+    EXPECT_EQ(image.pixel(3, 3), 0xffff0000U);
+    EXPECT_EQ(image.pixel(4, 3), 0x00000000U);
+}
+
+TEST_F(LayerViewTest, paintedThroughARotation_isThereAllTheSame) {
+    layer.setFrame({0, 0, 4, 4});
+    layer.setBackground(QColor(Qt::red));
+    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.translate(10, 0);
+    painter.rotate(90);
+    view.paintFrame(painter, view.rect());
+    painter.end();
+    EXPECT_EQ(image.pixel(8, 2), 0xffff0000U);
+    EXPECT_EQ(image.pixel(4, 2), 0x00000000U);
+}
+
 TEST_F(LayerViewTest, viewThatBeginsWithinAPixel_isPaintedFromAWholeOne) {
     layer.setFrame({0, 0, 4, 4});
     layer.setBackground(QColor(Qt::red));
