@@ -171,6 +171,13 @@ TEST_F(SymbolIcon, ofAStepIsATriangleThatPointsThere) {
 )");
 }
 
+TEST_F(SymbolIcon, ofAStepGrowsWithThePlaceItIsDrawnIn) {
+    const QImage up = image(Symbol::Up, 32);
+    EXPECT_EQ(up.pixelColor(16, 12).alpha(), 255);
+    EXPECT_EQ(up.pixelColor(24, 21).alpha(), 255);
+    EXPECT_EQ(up.pixelColor(7, 9).alpha(), 0);
+}
+
 TEST_F(SymbolIcon, standsInTheCornerOfThePlaceItIsDrawnIn) {
     QImage picture(24, 20, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);

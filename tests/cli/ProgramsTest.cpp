@@ -59,6 +59,25 @@ INSTANTIATE_TEST_SUITE_P(Programs, EachProgram, testing::ValuesIn(kPrograms), []
     return name;
 });
 
+/// Those that a reader who leaves must not end by a signal, as it does kelvo-check and every filter.
+class LastingProgram : public testing::TestWithParam<const char*> {};
+
+TEST_P(LastingProgram, endsWith2WhenNobodyReadsItsAnswerAnyMore) {
+    const QTemporaryDir dir;
+    const char* const command = R"(mkfifo "$1"; exec 3<>"$1" 4>"$1" 3<&-; exec "$0" --help >&4)";
+    const Outcome result =
+        runProgram("/bin/sh", {"-c", command, QStringLiteral(KELVO_PROGRAMS) + GetParam(), dir.filePath("pipe")});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, std::string(GetParam()) + ": standard output cannot be written\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, LastingProgram, testing::Values("kelvo", "kelvo-demo", "kelvo-tour", "kr310-usb"),
+                         [](const auto& parameter) {
+                             std::string name(parameter.param);
+                             std::erase(name, '-');
+                             return name;
+                         });
+
 struct WrongUse {
     const char* program;
     QStringList arguments;
@@ -142,6 +161,14 @@ TEST_F(KelvoTour, whosePictureCannotBeWritten_endsWith1AndSaysSo) {
     EXPECT_TRUE(std::ranges::any_of(firstPictures, [&result](const QString& picture) {
         return result.err.ends_with("The tour ends: " + picture.toStdString() + " cannot be written\n");
     })) << result.err;
+}
+
+TEST_F(KelvoTour, thatHolds_namesEachPictureWhenItIsThere) {
+    const char* const command = R"("$0" "$1" "$2" hold </dev/null | head -n 1; ls "$1")";
+    const Outcome result = runProgram("/bin/sh", {"-c", command, KELVO_PROGRAMS "kelvo-tour", pictures, KELVO_SAMPLES},
+                                      {{"QT_QPA_PLATFORM", "offscreen"}});
+    EXPECT_TRUE(result.out.starts_with("loading-")) << result.out;
+    EXPECT_NE(result.out.find("\n01-loading-"), std::string::npos) << result.out;
 }
 
 TEST_F(KelvoTour, whoseTranscriptCannotBeWritten_endsWith1AndSaysSo) {
