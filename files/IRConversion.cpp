@@ -55,12 +55,12 @@ struct SampleDecoder {
     void (*decode)(ByteView data, std::size_t stride, std::span<std::uint32_t> out);
 };
 
-constexpr std::array<SampleDecoder, 4> kDecoders{{
+constexpr SampleDecoder kDecoders[] = {
     {8, decodeFrames<1, 16>},
     {16, decodeFrames<2, 8>},
     {24, decodeFrames<3, 0>},
     {kFloatBits, decodeFloats},
-}};
+};
 
 /// The IRRate of a rate that is resampled, else one that does nothing.
 IRRate resampling(std::int32_t sampleRate) {
@@ -81,8 +81,8 @@ bool hasUsableChannel(std::uint32_t channels) {
 
 std::optional<std::size_t> decodeFirstChannel(ByteView data, std::uint32_t channels, std::uint32_t bitsPerSample,
                                               std::size_t maxFrames, IRPointBuffer& out) {
-    const auto decoder = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
-    if (decoder == kDecoders.end()) {
+    const auto* const decoder = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
+    if (decoder == std::end(kDecoders)) {
         return std::nullopt;
     }
     if (!hasUsableChannel(channels)) {

@@ -30,6 +30,10 @@ protected:
     SlotTableView& amp_ = app_.controller.ImportCabTableV();
 };
 
+TEST(SlotTableView, withoutRows_hasNoneSelected) {
+    EXPECT_EQ(SlotTableView().selectedRow(), -1);
+}
+
 TEST_F(FilledTable, homeAndEndGoToTheFirstAndTheLastSlot) {
     clickRow(cab_, 4);
     QTest::keyClick(&cab_, Qt::Key_End);

@@ -76,6 +76,10 @@ TEST_F(Program, goesOnBehindARefusedFileAndEndsWith1) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST_F(Program, ofTwoFiles_endsWithASummary) {
+    EXPECT_TRUE(run({wave("a.wav"), wave("b.wav")}).out.ends_with("\n\n2 of 2 will be taken\n"));
+}
+
 TEST_F(Program, ofAFolder_endsWithASummaryAndTheLinesForSox) {
     process.setWorkingDirectory(dir.path("."));
     dir.write("x.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes());

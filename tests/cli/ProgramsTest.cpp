@@ -124,6 +124,12 @@ TEST(KelvoDemo, namesItsFaultsInItsHelp) {
     EXPECT_NE(help.find("\n  merge\n"), std::string::npos) << help;
 }
 
+TEST(Kr310Usb, obeysWhatComesOnItsInput) {
+    const Outcome result = runProgram("/bin/sh", {"-c", "echo pace 7 | \"$0\"", KELVO_PROGRAMS "kr310-usb"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, "pace 7\n");
+}
+
 class KelvoTour : public testing::Test {
 protected:
     const QTemporaryDir dir;
@@ -164,8 +170,16 @@ TEST_F(KelvoTour, whosePictureCannotBeWritten_endsWith1AndSaysSo) {
 }
 
 TEST_F(KelvoTour, thatHolds_namesEachPictureWhenItIsThere) {
-    const char* const command = R"("$0" "$1" "$2" hold </dev/null | head -n 1; ls "$1")";
-    const Outcome result = runProgram("/bin/sh", {"-c", command, KELVO_PROGRAMS "kelvo-tour", pictures, KELVO_SAMPLES},
+    const char* const command = R"(mkfifo "$3" "$4"
+        "$0" "$1" "$2" hold <"$3" >"$4" &
+        exec 3>"$3" 4<"$4"
+        read -r line <&4
+        echo "$line"
+        ls "$1"
+        kill $!)";
+    const Outcome result = runProgram("/bin/sh",
+                                      {"-c", command, KELVO_PROGRAMS "kelvo-tour", pictures, KELVO_SAMPLES,
+                                       dir.filePath("input"), dir.filePath("output")},
                                       {{"QT_QPA_PLATFORM", "offscreen"}});
     EXPECT_TRUE(result.out.starts_with("loading-")) << result.out;
     EXPECT_NE(result.out.find("\n01-loading-"), std::string::npos) << result.out;

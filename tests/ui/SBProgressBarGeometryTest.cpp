@@ -178,6 +178,12 @@ TEST(SBProgressBarGeometry, borderImageWithInnerShadow_hasALightLineBelowTheRing
     EXPECT_EQ(image.pixel(30, 1), 0x99999999U);  // white of 0.6, premultiplied
     EXPECT_EQ(image.pixel(30, 2), 0x00000000U);
     EXPECT_EQ(image.pixel(30, 19), 0xff4a4a4aU);
+    // As far on the left as on the right.
+    for (int y = 0; y < 20; ++y) {
+        for (int x = 0; x < 30; ++x) {
+            EXPECT_NEAR(qAlpha(image.pixel(x, y)), qAlpha(image.pixel(59 - x, y)), 3) << x << ", " << y;
+        }
+    }
 }
 
 TEST(SBProgressBarGeometry, innerShadow_isAsThickAboveEveryColumnOfTheFill) {

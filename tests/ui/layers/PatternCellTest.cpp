@@ -40,6 +40,18 @@ TEST(PatternCell, tilesThatMeetWithinAPixel_leaveNoGapThere) {
     EXPECT_EQ(cell.pixel(38, 12), 0xff000000U);
 }
 
+TEST(PatternCell, tilesThatMeetWithinAPixel_standBelowEachOtherToo) {
+    const LayerImage upperHalf({10, 10}, [](QPainter& painter) { painter.fillRect(0, 0, 10, 5, Qt::black); });
+    const QImage cell = patternCell(upperHalf, 1.25);
+    ASSERT_EQ(cell.size(), QSize(25, 25));
+    for (const int y : {3, 15}) {
+        EXPECT_EQ(cell.pixel(12, y), 0xff000000U) << y;
+    }
+    for (const int y : {9, 22}) {
+        EXPECT_EQ(cell.pixel(12, y), 0x00000000U) << y;
+    }
+}
+
 TEST(PatternCell, drawingOutsideOfTheTile_isCutOff) {
     const LayerImage wide({2, 2}, [](QPainter& painter) { painter.fillRect(-9, -9, 10, 20, Qt::red); });
     const QImage cell = patternCell(wide, 1.0);
