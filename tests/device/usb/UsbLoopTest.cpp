@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -286,6 +288,19 @@ TEST_F(RunningLoop, keepsAnswersForAHostThatDoesNotReadYet) {
     for (std::size_t i = 0; i < requests; ++i) {
         ASSERT_EQ(fromDevice(48), answer) << i;
     }
+}
+
+TEST_F(RunningLoop, goesOnAfterASignal) {
+    static std::atomic<bool> handled = false;
+    std::signal(SIGUSR1, [](int) {
+        handled = true;
+        handled.notify_all();
+    });
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    pthread_kill(thread.native_handle(), SIGUSR1);
+    handled.wait(false);
+    std::signal(SIGUSR1, SIG_DFL);
+    EXPECT_THAT(asked("go"), ElementsAre("going"));
 }
 
 TEST_F(RunningLoop, sleepsWhileThereIsNothingToDo) {
