@@ -175,6 +175,8 @@ TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
     EXPECT_TRUE(drag.enter(1));
     EXPECT_TRUE(drag.moveTo(1));
     EXPECT_THAT(markedRows(cab_), ElementsAre(1, 2, 3));
+    EXPECT_TRUE(drag.moveTo(0));
+    EXPECT_THAT(markedRows(cab_), ElementsAre(0, 1, 2));
     EXPECT_TRUE(drag.moveTo(6));
     EXPECT_THAT(markedRows(cab_), ElementsAre(6, 7, 8));
     EXPECT_TRUE(drag.moveTo(8));
