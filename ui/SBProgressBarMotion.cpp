@@ -75,9 +75,8 @@ void SBProgressBar::hideFading() {
 }
 
 void SBProgressBar::showFading() {
-    fadingOut_ = false;
     QWidget::setVisible(true);
-    // Ends the fade-out, whose completion stops the stripes; hence the stripes come after it.
+    // Ends the fade-out, whose completion says so and stops the stripes; hence the stripes come after it.
     setAlphaValue(1.0);
     if (animates_) {
         stripesLayer_.addAnimation(stripesAnimation(), kStripesKey);

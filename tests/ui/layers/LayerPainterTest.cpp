@@ -266,5 +266,10 @@ TEST_F(LayerPainterTest, omittedLayer_isLeftOutWithItsSublayers) {
     EXPECT_EQ(image.pixel(1, 0), 0xffffffffU);
 }
 
+TEST(RoundedRect, ofTheSmallestRadius_isRound) {
+    EXPECT_FALSE(roundedRect({0, 0, 10, 10}, 1.0).contains(QPointF(0.1, 0.1)));
+    EXPECT_TRUE(roundedRect({0, 0, 10, 10}, 0.0).contains(QPointF(0.1, 0.1)));
+}
+
 }  // namespace
 }  // namespace kelvo
