@@ -4,6 +4,7 @@
 #include <bit>
 #include <cfloat>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 // Intermediate results in a wider format would round differently.
@@ -18,12 +19,12 @@ constexpr float kFullScale = 8388608.0F;
 constexpr float kLargest = std::bit_cast<float>(0x3F7FFFEFU);
 
 /// The ratios are the quotients of the rates rounded to three decimals; the results depend on just these.
-constexpr std::array<IRRate, 4> kRates{{
+constexpr IRRate kRates[] = {
     {kIRPointRate, 512, 0.0F},
     {48000, 560, 1.088F},
     {88200, 1025, 2.0F},
     {96000, 1120, 2.177F},
-}};
+};
 static_assert(std::ranges::max(kRates, {}, &IRRate::frameCap).frameCap == kIRFrameCount);
 
 float pullIn(float value) {
@@ -71,8 +72,8 @@ IRRate resampling(std::int32_t sampleRate) {
 }  // namespace
 
 const IRRate* findIRRate(std::uint32_t sampleRate) {
-    const auto found = std::ranges::find(kRates, sampleRate, &IRRate::sampleRate);
-    return found == kRates.end() ? nullptr : &*found;
+    const auto* const found = std::ranges::find(kRates, sampleRate, &IRRate::sampleRate);
+    return found == std::end(kRates) ? nullptr : found;
 }
 
 bool hasUsableChannel(std::uint32_t channels) {

@@ -18,6 +18,7 @@
 #include "AppHarness.h"
 #include "AppServices.h"
 #include "Driver.h"
+#include "EventCount.h"
 #include "SampleFiles.h"
 
 namespace kelvo::test {
@@ -43,16 +44,6 @@ protected:
     QWidget window_;
     QStringListModel rows_{{"a", "b", "c"}};
     QTableView table_{&window_};
-};
-
-/// How often a window has asked to come before others.
-class RaiseCount : public QObject {
-public:
-    bool eventFilter(QObject*, QEvent* event) override {
-        times += event->type() == QEvent::ZOrderChange ? 1 : 0;
-        return false;
-    }
-    int times = 0;
 };
 
 class RealAlert : public Desktop {
@@ -160,10 +151,9 @@ TEST_F(RealAlert, endsWhereTheScreenDoes) {
 }
 
 TEST_F(RealAlert, comesBeforeAllOtherWindows) {
-    RaiseCount raised;
-    qApp->installEventFilter(&raised);
+    EventCount raised(*qApp, QEvent::ZOrderChange);
     show(question());
-    EXPECT_EQ(raised.times, 1);
+    EXPECT_EQ(raised.take(), 1);
 }
 
 class RealChooser : public Desktop {
@@ -215,14 +205,13 @@ TEST_F(RealChooser, isOneThatIsRaisedByASecondPress) {
 }
 
 TEST_F(RealChooser, comesToTheFrontByASecondPress) {
-    RaiseCount raised;
     QFileDialog& chooser = show("wav");
-    chooser.installEventFilter(&raised);
+    EventCount raised(chooser, QEvent::ZOrderChange);
     window_.activateWindow();
     ASSERT_FALSE(chooser.isActiveWindow());
-    EXPECT_EQ(raised.times, 0);
+    EXPECT_EQ(raised.take(), 0);
     show("wav");
-    EXPECT_EQ(raised.times, 1);
+    EXPECT_EQ(raised.take(), 1);
     EXPECT_TRUE(QTest::qWaitForWindowActive(&chooser));
 }
 

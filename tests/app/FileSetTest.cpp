@@ -6,6 +6,7 @@
 #include <QDir>
 
 #include "Driver.h"
+#include "EventCount.h"
 #include "FileDrag.h"
 #include "FileImports.h"
 
@@ -187,37 +188,23 @@ TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
     EXPECT_THAT(markedRows(cab_), IsEmpty());
 }
 
-/// How often a widget has been painted.
-class PaintCount : public QObject {
-public:
-    explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        times_ += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-    /// Since it was asked last.
-    int times() {
-        QCoreApplication::processEvents();
-        return std::exchange(times_, 0);
-    }
-
-private:
-    int times_ = 0;
-};
-
 TEST_F(FileSet, isMarkedAnewWhenTheRowChangesAndOnlyThen) {
-    PaintCount painted(*cab_.viewport());
+    EventCount paintings(*cab_.viewport(), QEvent::Paint);
+    const auto painted = [&paintings] {
+        QCoreApplication::processEvents();
+        return paintings.take();
+    };
     FileDrag drag(cab_, waves({"1", "2"}));
     drag.enter(1);
-    painted.times();
+    painted();
     drag.moveTo(1);
-    EXPECT_EQ(painted.times(), 1);
+    EXPECT_EQ(painted(), 1);
     drag.moveTo(1);
-    EXPECT_EQ(painted.times(), 0);
+    EXPECT_EQ(painted(), 0);
     drag.moveTo(2);
-    EXPECT_EQ(painted.times(), 1);
+    EXPECT_EQ(painted(), 1);
     drag.leave();
-    EXPECT_EQ(painted.times(), 1);
+    EXPECT_EQ(painted(), 1);
 }
 
 TEST_F(FileSet, isMarkedByAFrameOfTwoPixelsAroundTheRowsThatWillBeWritten) {

@@ -216,6 +216,15 @@ TEST_F(PartCount, newResolutionSizeOrLook_paintsAnew) {
     EXPECT_EQ(paintedBy(2.0), 0);
 }
 
+TEST(SBProgressBarFrame, stripesOfOneColour_lookAsIfPaintedFromScratch) {
+    BarStage stage(200, 20);
+    stage.bar.setFloatValue(0.5);
+    stage.bar.stripesLayer().setBackground(QColor(Qt::red));
+    for (const double ratio : kRatios) {
+        expectLikeFromScratch(stage, ratio);
+    }
+}
+
 TEST_F(PartCount, troughOutsideOfThePart_isLeftOut) {
     stage.bar.setFloatValue(0.5);
     QImage image(200, 20, QImage::Format_RGB32);

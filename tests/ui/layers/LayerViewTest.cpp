@@ -252,83 +252,71 @@ TEST(LayerView, withoutALayer_showsNothingAndIsOpaque) {
     EXPECT_EQ(image.pixel(2, 2), 0x00000000U);
 }
 
-TEST_F(LayerViewTest, paintedAtAnyRatio_showsTheLayersAtFullResolution) {
-    layer.setFrame({0.5, 0, 1, 10});
-    layer.setBackground(QColor(Qt::red));
-    QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(2.0);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    view.paintFrame(painter, view.rect());
-    EXPECT_TRUE(painter.worldTransform().isIdentity());
-    painter.end();
-    EXPECT_EQ(image.pixel(0, 0), 0x00000000U);
-    EXPECT_EQ(image.pixel(1, 19), 0xffff0000U);
-    EXPECT_EQ(image.pixel(2, 0), 0xffff0000U);
-    EXPECT_EQ(image.pixel(3, 0), 0x00000000U);
-}
+class PaintedLayerView : public LayerViewTest {
+protected:
+    static constexpr QRgb kRed = 0xffff0000U;
+    static constexpr QRgb kNothing = 0x00000000U;
 
-TEST_F(LayerViewTest, paintedSmaller_hasThePixelsOfThatSize) {
-    layer.setFrame({0, 0, 8, 8});
-    layer.setBackground(QColor(Qt::red));
-    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.scale(0.5, 0.5);
+    /// The view with a red layer there, on a picture of so many pixels per point, by a painter that `place` has moved.
+    QImage painted(const QRectF& frame, double ratio, const std::function<void(QPainter& painter)>& place) {
+        layer.setFrame(frame);
+        layer.setBackground(QColor(Qt::red));
+        QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        place(painter);
+        const QTransform before = painter.worldTransform();
+        view.onFrame = [&] { asked = painter.deviceTransform().m11(); };
+        view.paintFrame(painter, view.rect());
+        EXPECT_EQ(painter.worldTransform(), before);
+        return image;
+    }
+
     double asked = 0.0;
-    view.onFrame = [&] { asked = painter.deviceTransform().m11(); };
-    view.paintFrame(painter, view.rect());
-    painter.end();
+};
+
+TEST_F(PaintedLayerView, atAnyRatio_showsTheLayersAtFullResolution) {
+    const QImage image = painted({0.5, 0, 1, 10}, 2.0, [](QPainter&) {});
+    EXPECT_EQ(image.pixel(0, 0), kNothing);
+    EXPECT_EQ(image.pixel(1, 19), kRed);
+    EXPECT_EQ(image.pixel(2, 0), kRed);
+    EXPECT_EQ(image.pixel(3, 0), kNothing);
+}
+
+TEST_F(PaintedLayerView, smaller_hasThePixelsOfThatSize) {
+    const QImage image = painted({0, 0, 8, 8}, 1.0, [](QPainter& painter) { painter.scale(0.5, 0.5); });
     EXPECT_EQ(asked, 1.0);
-    EXPECT_EQ(image.pixel(3, 3), 0xffff0000U);
-    EXPECT_EQ(image.pixel(4, 3), 0x00000000U);
+    EXPECT_EQ(image.pixel(3, 3), kRed);
+    EXPECT_EQ(image.pixel(4, 3), kNothing);
 }
 
-TEST_F(LayerViewTest, paintedThroughARotation_isThereAllTheSame) {
-    layer.setFrame({0, 0, 4, 4});
-    layer.setBackground(QColor(Qt::red));
-    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.translate(10, 0);
-    painter.rotate(90);
-    view.paintFrame(painter, view.rect());
-    painter.end();
-    EXPECT_EQ(image.pixel(8, 2), 0xffff0000U);
-    EXPECT_EQ(image.pixel(4, 2), 0x00000000U);
+TEST_F(PaintedLayerView, throughARotation_isThereAllTheSame) {
+    const QImage image = painted({0, 0, 4, 4}, 1.0, [](QPainter& painter) {
+        painter.translate(10, 0);
+        painter.rotate(90);
+    });
+    EXPECT_EQ(image.pixel(8, 2), kRed);
+    EXPECT_EQ(image.pixel(4, 2), kNothing);
 }
 
-TEST_F(LayerViewTest, viewThatBeginsWithinAPixel_isPaintedFromAWholeOne) {
-    layer.setFrame({0, 0, 4, 4});
-    layer.setBackground(QColor(Qt::red));
-    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.translate(2.75, 1.25);
-    view.paintFrame(painter, view.rect());
-    painter.end();
-    EXPECT_EQ(image.pixel(2, 1), 0x00000000U);
-    EXPECT_EQ(image.pixel(3, 1), 0xffff0000U);
-    EXPECT_EQ(image.pixel(6, 4), 0xffff0000U);
-    EXPECT_EQ(image.pixel(7, 4), 0x00000000U);
+TEST_F(PaintedLayerView, thatBeginsWithinAPixel_isPaintedFromAWholeOne) {
+    const QImage image = painted({0, 0, 4, 4}, 1.0, [](QPainter& painter) { painter.translate(2.75, 1.25); });
+    EXPECT_EQ(image.pixel(2, 1), kNothing);
+    EXPECT_EQ(image.pixel(3, 1), kRed);
+    EXPECT_EQ(image.pixel(6, 4), kRed);
+    EXPECT_EQ(image.pixel(7, 4), kNothing);
 }
 
-TEST_F(LayerViewTest, viewThatBeginsWithinAPixelOfAScaledDisplay_isPaintedFromAWholeOne) {
-    layer.setFrame({0, 0, 2, 2});
-    layer.setBackground(QColor(Qt::red));
-    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(2.5);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.translate(1, 1);  // 2.5 pixels
-    view.paintFrame(painter, view.rect());
-    painter.end();
-    EXPECT_EQ(image.pixel(2, 3), 0x00000000U);
-    EXPECT_EQ(image.pixel(3, 2), 0x00000000U);
-    EXPECT_EQ(image.pixel(3, 3), 0xffff0000U);
-    EXPECT_EQ(image.pixel(7, 7), 0xffff0000U);
-    EXPECT_EQ(image.pixel(8, 7), 0x00000000U);
-    EXPECT_EQ(image.pixel(7, 8), 0x00000000U);
+TEST_F(PaintedLayerView, thatBeginsWithinAPixelOfAScaledDisplay_isPaintedFromAWholeOne) {
+    // A point is 2.5 pixels.
+    const QImage image = painted({0, 0, 2, 2}, 2.5, [](QPainter& painter) { painter.translate(1, 1); });
+    EXPECT_EQ(image.pixel(2, 3), kNothing);
+    EXPECT_EQ(image.pixel(3, 2), kNothing);
+    EXPECT_EQ(image.pixel(3, 3), kRed);
+    EXPECT_EQ(image.pixel(7, 7), kRed);
+    EXPECT_EQ(image.pixel(8, 7), kNothing);
+    EXPECT_EQ(image.pixel(7, 8), kNothing);
 }
 
 }  // namespace
