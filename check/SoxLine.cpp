@@ -22,12 +22,17 @@ QString shellWord(const QString& word) {
     return QStringLiteral("\"$(printf '%b' '%1')\"").arg(octal);
 }
 
-/// A file for sox, which sees options, pipes, homes and patterns in some names.
+/// A file for sox. Without a directory in front, sox takes some names for options, pipes, home directories or URLs, and
+/// hands a URL to a shell. It expands patterns in any name.
 QString soxFile(const QString& path) {
-    static const QRegularExpression special(QStringLiteral("^[-|~]"));
     static const QRegularExpression pattern(QStringLiteral(R"([*?\[{\\])"));
     return (path.contains(pattern) ? QStringLiteral("--no-glob ") : QString()) +
-           shellWord(path.contains(special) ? QStringLiteral("./") + path : path);
+           shellWord(path.startsWith(QLatin1Char('/')) ? path : QStringLiteral("./") + path);
+}
+
+/// The ending keeps its case, so that two inputs never share an output.
+QString convertedPath(const QString& path) {
+    return path.chopped(4) + QStringLiteral("-converted") + path.right(4);
 }
 
 }  // namespace
@@ -39,10 +44,9 @@ QString soxLine(const QString& path, ByteView file, const WaveLayout& wave) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
     const std::uint32_t bits = format.bitsPerSample;
     const bool keepsSound = bits == 16 || bits == 24 || (bits == kFloatBits && formatTag(file, wave) == kFloatTag);
-    return QStringLiteral("sox ") + soxFile(path) +
+    return QStringLiteral("sox --no-clobber ") + soxFile(path) +
            (keepsSound ? QString() : QStringLiteral(" -b 24 -e signed-integer")) + QLatin1Char(' ') +
-           soxFile(path.chopped(4) + QStringLiteral("-converted.wav")) +
-           (hasUsableChannel(format.channels) ? QString() : QStringLiteral(" remix 1")) +
+           soxFile(convertedPath(path)) + (hasUsableChannel(format.channels) ? QString() : QStringLiteral(" remix 1")) +
            (findIRRate(format.sampleRate) != nullptr ? QString() : QStringLiteral(" rate %1").arg(kIRPointRate));
 }
 

@@ -226,7 +226,7 @@ TEST_F(CheckFile, offersFilesForACabSlotByTheirNames) {
 TEST_F(CheckFile, ofARefusedRateOrDepth_hasALineForSox) {
     const QString path = dir.path("a.wav");
     EXPECT_EQ(check("a.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes()).soxLine,
-              "sox '" + path + "' '" + dir.path("a-converted.wav") + "' rate 44100");
+              "sox --no-clobber '" + path + "' '" + dir.path("a-converted.wav") + "' rate 44100");
     EXPECT_EQ(check("a.wav", goodWave()).soxLine, "");
     EXPECT_EQ(check("a.wav", {}).soxLine, "");
 }

@@ -90,7 +90,7 @@ TEST_F(Program, ofAFolder_endsWithASummaryAndTheLinesForSox) {
         "./x.wav: refused: its sample rate in Hz, at byte 24, is 8000; allowed are 44100, 48000, 88200 and 96000\n"
         "\n"
         "0 of 1 will be taken\n"
-        "sox './x.wav' './x-converted.wav' rate 44100\n");
+        "sox --no-clobber './x.wav' './x-converted.wav' rate 44100\n");
 }
 
 TEST_F(Program, givesJsonWithoutASummary) {

@@ -18,23 +18,24 @@ std::string lineFor(const WaveFile& wave, const QString& path = "a.wav") {
 }
 
 TEST(SoxLine, namesOnlyWhatIsWrong) {
-    EXPECT_EQ(lineFor({.sampleRate = 22050}), "sox 'a.wav' 'a-converted.wav' rate 44100");
+    EXPECT_EQ(lineFor({.sampleRate = 22050}), "sox --no-clobber './a.wav' './a-converted.wav' rate 44100");
     EXPECT_EQ(lineFor({.sampleRate = 22050, .bitsPerSample = 24, .channels = 2}),
-              "sox 'a.wav' 'a-converted.wav' rate 44100");
-    EXPECT_EQ(lineFor({.sampleRate = 192000, .bitsPerSample = 32}), "sox 'a.wav' 'a-converted.wav' rate 44100");
-    EXPECT_EQ(lineFor({.bitsPerSample = 64}), "sox 'a.wav' -b 24 -e signed-integer 'a-converted.wav'");
-    EXPECT_EQ(lineFor({.bitsPerSample = 4}), "sox 'a.wav' -b 24 -e signed-integer 'a-converted.wav'");
+              "sox --no-clobber './a.wav' './a-converted.wav' rate 44100");
+    EXPECT_EQ(lineFor({.sampleRate = 192000, .bitsPerSample = 32}),
+              "sox --no-clobber './a.wav' './a-converted.wav' rate 44100");
+    EXPECT_EQ(lineFor({.bitsPerSample = 64}), "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav'");
+    EXPECT_EQ(lineFor({.bitsPerSample = 4}), "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav'");
     EXPECT_EQ(lineFor({.sampleRate = 8000, .bitsPerSample = 20, .channels = 6}),
-              "sox 'a.wav' -b 24 -e signed-integer 'a-converted.wav' remix 1 rate 44100");
+              "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav' remix 1 rate 44100");
 }
 
 TEST(SoxLine, changesDepthsThatWouldNotKeepTheSound) {
     EXPECT_EQ(lineFor({.sampleRate = 22050, .bitsPerSample = 8}),
-              "sox 'a.wav' -b 24 -e signed-integer 'a-converted.wav' rate 44100");
+              "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav' rate 44100");
     FileBytes integers = WaveFile{.sampleRate = 22050, .bitsPerSample = 32}.bytes();
     integers[20] = 1;
     EXPECT_EQ(soxLine("a.wav", integers, findWave(integers)),
-              "sox 'a.wav' -b 24 -e signed-integer 'a-converted.wav' rate 44100");
+              "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav' rate 44100");
 }
 
 TEST(SoxLine, isNoneForWhatSoxCannotMend) {
@@ -47,15 +48,30 @@ TEST(SoxLine, isNoneForWhatSoxCannotMend) {
 
 TEST(SoxLine, quotesNames) {
     const auto quoted = [](const char* path) { return lineFor({.sampleRate = 22050}, QString::fromUtf8(path)); };
-    EXPECT_EQ(quoted("/x/a b.WAV"), "sox '/x/a b.WAV' '/x/a b-converted.wav' rate 44100");
-    EXPECT_EQ(quoted("it's.wav"), "sox 'it'\\''s.wav' 'it'\\''s-converted.wav' rate 44100");
-    EXPECT_EQ(quoted("-r.wav"), "sox './-r.wav' './-r-converted.wav' rate 44100");
-    EXPECT_EQ(quoted("a*.wav"), "sox --no-glob 'a*.wav' --no-glob 'a*-converted.wav' rate 44100");
-    EXPECT_EQ(quoted("~x.wav"), "sox './~x.wav' './~x-converted.wav' rate 44100");
-    EXPECT_EQ(
-        quoted("\n.wav"),
-        "sox \"$(printf '%b' '\\0012\\0056\\0167\\0141\\0166')\" \"$(printf '%b' "
-        "'\\0012\\0055\\0143\\0157\\0156\\0166\\0145\\0162\\0164\\0145\\0144\\0056\\0167\\0141\\0166')\" rate 44100");
+    EXPECT_EQ(quoted("/x/a b.WAV"), "sox --no-clobber '/x/a b.WAV' '/x/a b-converted.WAV' rate 44100");
+    EXPECT_EQ(quoted("it's.wav"), "sox --no-clobber './it'\\''s.wav' './it'\\''s-converted.wav' rate 44100");
+    EXPECT_EQ(quoted("-r.wav"), "sox --no-clobber './-r.wav' './-r-converted.wav' rate 44100");
+    EXPECT_EQ(quoted("a*.wav"), "sox --no-clobber --no-glob './a*.wav' --no-glob './a*-converted.wav' rate 44100");
+    EXPECT_EQ(quoted("http:$(touch x)/a.wav"),
+              "sox --no-clobber './http:$(touch x)/a.wav' './http:$(touch x)/a-converted.wav' rate 44100");
+    EXPECT_EQ(quoted("~x.wav"), "sox --no-clobber './~x.wav' './~x-converted.wav' rate 44100");
+    EXPECT_EQ(quoted("\n.wav"),
+              "sox --no-clobber \"$(printf '%b' '\\0056\\0057\\0012\\0056\\0167\\0141\\0166')\" \"$(printf '%b' "
+              "'\\0056\\0057\\0012\\0055\\0143\\0157\\0156\\0166\\0145\\0162\\0164\\0145\\0144\\0056\\0167\\0141\\0166'"
+              ")\" rate 44100");
+}
+
+TEST(SoxLine, overwritesNothing) {
+    const SampleDir dir;
+    dir.write("a.wav", WaveFile{.sampleRate = 22050, .data = FileBytes(4000)}.bytes());
+    dir.write("a-converted.wav", {'k', 'e', 'e', 'p'});
+    QProcess shell;
+    shell.start("sh", {"-c", checkFile(dir.path("a.wav")).soxLine});
+    ASSERT_TRUE(shell.waitForFinished(60000));
+    EXPECT_NE(shell.exitCode(), 0);
+    QFile kept(dir.path("a-converted.wav"));
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), "keep");
 }
 
 class SoxRun : public testing::TestWithParam<const char*> {};
@@ -76,22 +92,24 @@ TEST_P(SoxRun, makesAFileThatIsTaken) {
         QProcess shell;
         shell.start("sh", {"-c", refused.soxLine});
         ASSERT_TRUE(shell.waitForFinished(60000));
+        EXPECT_FALSE(QFile::exists("harm"));
         EXPECT_EQ(shell.exitCode(), 0) << refused.soxLine.toStdString() << shell.readAllStandardError().toStdString();
-        const FileReport converted = checkFile(name.chopped(4) + "-converted.wav");
+        const FileReport converted = checkFile(name.chopped(4) + "-converted" + name.right(4));
         EXPECT_EQ(converted.refusal, "");
         ASSERT_TRUE(converted.wave && converted.wave->format);
         EXPECT_EQ(converted.wave->format->sampleRate, 44100U);
         EXPECT_EQ(converted.wave->format->bitsPerSample, wave.bitsPerSample == 64 ? 24U : wave.bitsPerSample);
         EXPECT_EQ(converted.wave->format->channels, wave.channels == 6 ? 1U : wave.channels);
         EXPECT_EQ(converted.wave->framesUsed, 512U);
-        ASSERT_TRUE(QFile::remove(name.chopped(4) + "-converted.wav"));
+        ASSERT_TRUE(QFile::remove(name.chopped(4) + "-converted" + name.right(4)));
     }
     ASSERT_TRUE(QDir::setCurrent("/"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, SoxRun,
                          testing::Values("a.wav", "two words.WAV", "it's \"$HOME\" `x`.wav", "-r.wav", "|true .wav",
-                                         "a*[b]?{c,d}.wav", "\xC3\xBC\\n.wav", "~.wav", "\x1B[31m\n.wav", "100%n.wav"));
+                                         "http:$(touch harm).wav", "ftp:`touch harm`.wav", "a*[b]?{c,d}.wav",
+                                         "\xC3\xBC\\n.wav", "~.wav", "\x1B[31m\n.wav", "100%n.wav"));
 
 }  // namespace
 }  // namespace kelvo
