@@ -6,8 +6,8 @@
 #include <cmath>
 #include <utility>
 
-#include "MainQueue.h"
 #include "NSLog.h"
+#include "Post.h"
 #include "SBProgressBarAccessible.h"
 #include "SBProgressBarFrame.h"
 
@@ -35,16 +35,13 @@ SBProgressBar::SBProgressBar(QWidget* parent) : SBProgressBar(steadySeconds, par
 
 SBProgressBar::SBProgressBar(LayerClock clock, QWidget* parent)
     : LayerView(std::move(clock), parent), frame_(std::make_unique<SBProgressBarFrame>(*this)) {
-    state_->bar = this;
     installProgressBarAccessibility();
     setUp();
     knownWindow_ = window();
     viewDidMoveToWindow();
 }
 
-SBProgressBar::~SBProgressBar() {
-    state_->bar = nullptr;
-}
+SBProgressBar::~SBProgressBar() = default;
 
 void SBProgressBar::setUp() {
     ring_ = {.borderColor = white(0.291)};
@@ -126,16 +123,14 @@ void SBProgressBar::setFloatValue(double value) {
     if (!(value >= 0.0 && value <= 1.0)) {
         throw InvalidValue();
     }
-    state_->floatValue.store(std::abs(value));
+    floatValue_.store(std::abs(value));
     if (std::this_thread::get_id() == mainThread_) {
         showFloatValue();
-    } else if (!state_->layoutQueued.exchange(true)) {
-        dispatchMain([state = state_] {
+    } else if (!layoutQueued_.exchange(true)) {
+        post(this, [this] {
             // Cleared first: a value that is stored from here on queues a layout of its own.
-            state->layoutQueued.store(false);
-            if (state->bar) {
-                state->bar->showFloatValue();
-            }
+            layoutQueued_.store(false);
+            showFloatValue();
         });
     }
 }

@@ -64,7 +64,7 @@ public:
     ~SBProgressBar() override;
 
     /// The fraction shown, 0.0 to 1.0. Any thread.
-    double floatValue() const { return std::abs(state_->floatValue.load()); }
+    double floatValue() const { return std::abs(floatValue_.load()); }
     /// Throws InvalidValue, and changes nothing, for a value below 0.0, above 1.0 or not a number. Any thread, as long
     /// as the bar lives: the value is stored at once; the layers follow at once on the main thread, and from another
     /// thread at the main thread's next turn.
@@ -157,14 +157,6 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    // What a queued layout needs. It outlives the bar; `bar` is touched on the main thread only.
-    struct SharedState {
-        // Negative, also at zero, while it is what an animation stored: a direct set to the same value tells itself.
-        std::atomic<double> floatValue = 0.0;
-        std::atomic<bool> layoutQueued = false;
-        SBProgressBar* bar = nullptr;
-    };
-
     static constexpr float kStripesOpacity = 0.04F;
 
     void setUp();
@@ -178,7 +170,9 @@ private:
     void hideFading();
     void showFading();
 
-    std::shared_ptr<SharedState> state_ = std::make_shared<SharedState>();
+    // Negative, also at zero, while it is what an animation stored: a direct set to the same value tells itself.
+    std::atomic<double> floatValue_ = 0.0;
+    std::atomic<bool> layoutQueued_ = false;
     std::thread::id mainThread_ = std::this_thread::get_id();
     std::optional<QColor> colorTint_;
     double colorTintOpacity_ = static_cast<double>(0.2F);

@@ -116,8 +116,8 @@ void SBProgressBar::animateFloatValue(double value) {
     }
     BasicAnimation animation = *defaultAnimationForKey(kValueKey);
     animation.keyPath = kValueKey;
-    double from = state_->floatValue.load();
-    while (!state_->floatValue.compare_exchange_weak(from, -std::abs(from))) {
+    double from = floatValue_.load();
+    while (!floatValue_.compare_exchange_weak(from, -std::abs(from))) {
     }
     animatedValue_ = -std::abs(from);
     animation.fromValue = std::abs(from);
@@ -134,7 +134,7 @@ void SBProgressBar::layersAdvanced() {
     const auto moving = rootLayer_.animatedValue(kValueKey);
     const double next = std::clamp(moving.value_or(*animation->toValue), 0.0, 1.0);
     // Fails if somebody has set a value of their own meanwhile, on whatever thread: that one stays.
-    const bool ours = state_->floatValue.compare_exchange_strong(animatedValue_, -next);
+    const bool ours = floatValue_.compare_exchange_strong(animatedValue_, -next);
     animatedValue_ = -next;
     if (!moving || !ours) {
         rootLayer_.removeAnimation(kValueKey);

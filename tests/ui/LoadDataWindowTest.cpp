@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QEventLoop>
 #include <QLabel>
 #include <QProperty>
@@ -13,7 +14,7 @@
 #include <vector>
 
 #include "LoadDataWindowController.h"
-#include "MainQueue.h"
+#include "Post.h"
 #include "SBProgressBar.h"
 #include "ServeEvents.h"
 
@@ -140,7 +141,7 @@ TEST_F(LoadDataWindow, beforeItGoes_hasPainted100AndAFullBarAndThenCancelsItsTim
 TEST_F(LoadDataWindow, setToOneByAnotherThread_endsWithinATick) {
     std::thread feeder;
     const auto begin = std::chrono::steady_clock::now();
-    dispatchMain([&] { feeder = std::thread([this] { bar().setFloatValue(1.0); }); });
+    post(qApp, [&] { feeder = std::thread([this] { bar().setFloatValue(1.0); }); });
     runModalForWindow(window());
     feeder.join();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
@@ -195,24 +196,33 @@ TEST(LoadDataPlaceholder, hasNoWindowNoBarAndNoTimer) {
     EXPECT_EQ(placeholder.timer(), nullptr);
 }
 
-TEST(MainQueue, runsWorkOfAllThreadsOnTheMainThreadInOrder) {
+TEST(Post, runsWorkOfAllThreadsOnTheMainThreadInOrder) {
     std::vector<int> order;
     const std::thread::id main = std::this_thread::get_id();
     QEventLoop loop;
-    dispatchMain([&] { order.push_back(1); });
+    post(qApp, [&] { order.push_back(1); });
     std::thread([&] {
         for (int i = 2; i <= 100; ++i) {
-            dispatchMain([&, i] {
+            post(qApp, [&, i] {
                 EXPECT_EQ(std::this_thread::get_id(), main);
                 order.push_back(i);
             });
         }
-        dispatchMain([&] { loop.quit(); });
+        post(qApp, [&] { loop.quit(); });
     }).join();
     EXPECT_THAT(order, IsEmpty());
     loop.exec();
     ASSERT_EQ(order.size(), 100U);
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+}
+
+TEST(Post, doesNotRunWorkWhoseContextIsGone) {
+    auto context = std::make_unique<QObject>();
+    bool hasRun = false;
+    post(context.get(), [&] { hasRun = true; });
+    context.reset();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(hasRun);
 }
 
 }  // namespace
