@@ -26,8 +26,9 @@ QString shellWord(const QString& word) {
 /// hands a URL to a shell. It expands patterns in any name.
 QString soxFile(const QString& path) {
     static const QRegularExpression pattern(QStringLiteral(R"([*?\[{\\])"));
+    static const QRegularExpression directory(QStringLiteral("^\\.?/"));
     return (path.contains(pattern) ? QStringLiteral("--no-glob ") : QString()) +
-           shellWord(path.startsWith(QLatin1Char('/')) ? path : QStringLiteral("./") + path);
+           shellWord(path.contains(directory) ? path : QStringLiteral("./") + path);
 }
 
 /// The ending keeps its case, so that two inputs never share an output.
