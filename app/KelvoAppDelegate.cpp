@@ -192,7 +192,7 @@ QWidget& KelvoAppDelegate::openLoadWindow() {
 }
 
 void KelvoAppDelegate::OpenHidDeviceThread() {
-    OpenHidDevice(manager_);
+    OpenHidDevice(manager_, quitWindow);
 }
 
 void KelvoAppDelegate::OpenReceiveThread() {

@@ -44,7 +44,7 @@ public:
         manager_.device =
             std::make_shared<kelvo::fuzz::DirectDevice>([this](const auto& report) { return take(report); });
         session_.play = [this] { play(); };
-        kelvo::OpenHidDevice(manager_);
+        kelvo::OpenHidDevice(manager_, kelvo::quitWindow);
         check(!kelvo::isOpenDevice, "no device is open when the link has ended");
         QCoreApplication::processEvents();
         check(services_.alerts.size() == (open_ ? 0U : 1U), "an unplug brings one alert, and nothing else does");

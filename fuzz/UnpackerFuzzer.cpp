@@ -35,7 +35,7 @@ public:
         kelvo::ClearRx_buffer();
         kelvo::DUP_init();
         manager_.device = std::make_shared<kelvo::fuzz::DirectDevice>([](const auto&) { return true; });
-        kelvo::OpenHidDevice(manager_);
+        kelvo::OpenHidDevice(manager_, kelvo::quitWindow);
     }
 
 private:

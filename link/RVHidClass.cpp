@@ -1,11 +1,11 @@
 #include "RVHidClass.h"
 
 #include <algorithm>
+#include <memory>
 #include <mutex>
 #include <span>
 #include <utility>
 
-#include "AppClassPoint.h"
 #include "CircleBuffer.h"
 
 namespace kelvo {
@@ -45,7 +45,8 @@ void Handle_DeviceMatchingCallback(const std::shared_ptr<HidDevice>& device) {
     }
 }
 
-void Handle_DeviceRemovalCallback(HidManager& manager, const std::shared_ptr<HidDevice>& device) {
+void Handle_DeviceRemovalCallback(HidManager& manager, const std::function<void()>& quitWindow,
+                                  const std::shared_ptr<HidDevice>& device) {
     if (!isOpenDevice || device != deviceHandle()) {
         return;
     }
@@ -64,11 +65,11 @@ void deviceReportCallback(const std::shared_ptr<HidDevice>& device, std::span<co
 
 }  // namespace
 
-void OpenHidDevice(HidManager& manager) {
+void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow) {
     manager.setDeviceMatching({value_vid, value_pid, value_ver});
     manager.registerDeviceMatchingCallback(Handle_DeviceMatchingCallback);
     manager.registerDeviceRemovalCallback(
-        [&manager](const std::shared_ptr<HidDevice>& device) { Handle_DeviceRemovalCallback(manager, device); });
+        [&](const std::shared_ptr<HidDevice>& device) { Handle_DeviceRemovalCallback(manager, quitWindow, device); });
     manager.registerInputReportCallback(deviceReportCallback);
     manager.open();  // a failure shows up as no device being found
     manager.run();
@@ -102,12 +103,6 @@ bool HID_WreteData(const std::uint8_t* data, std::uint32_t n) {
         position += count;
     }
     return true;
-}
-
-void quitWindow() {
-    if (AppClass* const app = AppClassPoint.load()) {
-        app->exitApp();
-    }
 }
 
 }  // namespace kelvo

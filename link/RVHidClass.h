@@ -2,7 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
+#include <functional>
 
 #include "HidManager.h"
 
@@ -16,9 +16,9 @@ inline constexpr std::int64_t value_ver = 200;
 /// True from the first matching device's arrival until that device is removed. Written on the HID thread, read on any.
 extern std::atomic<bool> isOpenDevice;
 
-/// Looks for the device with `manager` and serves it. Returns when the device has been removed, or when somebody else
-/// stopped the manager; no device is open then. HID thread.
-void OpenHidDevice(HidManager& manager);
+/// Looks for the device with `manager` and serves it. Returns after the device has been removed, which calls
+/// `quitWindow`, or after somebody else has stopped the manager; no device is open then. HID thread.
+void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow);
 
 /// Takes exactly n received bytes into destination, or none at all and returns false. Receive thread.
 [[nodiscard]] bool HID_ReadData(std::uint32_t n, std::uint8_t* destination);
@@ -27,8 +27,5 @@ void OpenHidDevice(HidManager& manager);
 /// report is left from earlier reports. Returns false when no device is open or at the first report that is refused;
 /// the rest is then not sent. Any thread; one call's reports are never mixed with another's.
 bool HID_WreteData(const std::uint8_t* data, std::uint32_t n);
-
-/// Tells the application that the device has gone. HID thread.
-void quitWindow();
 
 }  // namespace kelvo

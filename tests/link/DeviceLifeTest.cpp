@@ -6,13 +6,11 @@
 #include <vector>
 
 #include "RVHidClass.h"
-#include "RecordingApp.h"
 #include "ScriptedLink.h"
 
 namespace kelvo {
 namespace {
 
-using test::RecordingApp;
 using test::ScriptedDevice;
 using test::ScriptedHidManager;
 using test::ScriptedLink;
@@ -45,7 +43,7 @@ TEST(OpenHidDevice, runsOnAfterAFailedOpen) {
     manager.failOpen();
     const auto device = std::make_shared<ScriptedDevice>();
     manager.attach(device);
-    std::thread hidThread([&] { OpenHidDevice(manager); });
+    std::thread hidThread([&] { OpenHidDevice(manager, [] {}); });
     EXPECT_TRUE(manager.settle());
     EXPECT_TRUE(isOpenDevice);
     manager.stop();
@@ -62,51 +60,45 @@ TEST(OpenHidDevice, hasNoDeviceUntilOneArrives) {
 }
 
 TEST(OpenHidDevice, closesTheDeviceWhenSomebodyElseStopsTheManager) {
-    RecordingApp app;
     ScriptedLink link;
     ASSERT_TRUE(link.attach());
     link.close();
     EXPECT_FALSE(isOpenDevice);
     EXPECT_FALSE(canWrite());
     EXPECT_EQ(link.device.use_count(), 1) << "the link must let go of the device";
-    EXPECT_EQ(app.exits(), 0);
+    EXPECT_EQ(link.removals, 0);
 }
 
 TEST(OpenHidDevice, returnsWhenTheManagerWasStoppedBeforehand) {
     ScriptedHidManager manager;
     manager.stop();
-    OpenHidDevice(manager);
+    OpenHidDevice(manager, [] {});
     EXPECT_FALSE(isOpenDevice);
 }
 
-TEST(Removal, closesTheDeviceEndsTheThreadAndTellsTheApplicationOnce) {
-    RecordingApp app;
+TEST(Removal, closesTheDeviceEndsTheThreadAndIsReportedOnce) {
     ScriptedLink link;
     ASSERT_TRUE(link.attach());
-    EXPECT_EQ(app.exits(), 0);
+    EXPECT_EQ(link.removals, 0);
     EXPECT_TRUE(link.detach());
     EXPECT_FALSE(canWrite());
-    EXPECT_EQ(app.exits(), 1);
+    EXPECT_EQ(link.removals, 1);
     EXPECT_EQ(link.manager.calls().back(), "stop");
 }
 
-TEST(Removal, closesAndStopsBeforeTheApplicationIsTold) {
-    struct AskingApp : RecordingApp {
-        explicit AskingApp(const ScriptedHidManager& hidManager) : manager(hidManager) {}
-        void exitApp() override {
-            wasOpen = isOpenDevice;
-            lastCall = manager.calls().back();
-        }
-        const ScriptedHidManager& manager;
-        bool wasOpen = true;
-        std::string lastCall;
-    };
-    ScriptedLink link;
-    AskingApp app(link.manager);
-    ASSERT_TRUE(link.attach());
-    EXPECT_TRUE(link.detach());
-    EXPECT_FALSE(app.wasOpen);
-    EXPECT_EQ(app.lastCall, "stop");
+TEST(Removal, closesTheDeviceAndStopsTheManagerBeforeItIsReported) {
+    ScriptedHidManager manager;
+    const auto device = std::make_shared<ScriptedDevice>();
+    manager.attach(device);
+    manager.detach(device);
+    bool wasOpen = true;
+    std::string lastCall;
+    OpenHidDevice(manager, [&] {
+        wasOpen = isOpenDevice;
+        lastCall = manager.calls().back();
+    });
+    EXPECT_FALSE(wasOpen);
+    EXPECT_EQ(lastCall, "stop");
 }
 
 TEST(Removal, closesTheDeviceBeforeItStopsTheManager) {
@@ -121,28 +113,18 @@ TEST(Removal, closesTheDeviceBeforeItStopsTheManager) {
     const auto device = std::make_shared<ScriptedDevice>();
     manager.attach(device);
     manager.detach(device);
-    OpenHidDevice(manager);
+    OpenHidDevice(manager, [] {});
     EXPECT_FALSE(manager.wasOpen);
 }
 
-TEST(Removal, tellsTheApplicationOnTheHidThread) {
-    struct ThreadApp : RecordingApp {
-        void exitApp() override { caller = std::this_thread::get_id(); }
-        std::thread::id caller;
-    };
-    ThreadApp app;
+TEST(Removal, isReportedOnTheHidThread) {
     ScriptedHidManager manager;
     const auto device = std::make_shared<ScriptedDevice>();
     manager.attach(device);
     manager.detach(device);
-    OpenHidDevice(manager);
-    EXPECT_EQ(app.caller, std::this_thread::get_id());
-}
-
-TEST(Removal, isQuietWithoutAnApplication) {
-    ScriptedLink link;
-    ASSERT_TRUE(link.attach());
-    EXPECT_TRUE(link.detach());
+    std::thread::id caller;
+    OpenHidDevice(manager, [&] { caller = std::this_thread::get_id(); });
+    EXPECT_EQ(caller, std::this_thread::get_id());
 }
 
 TEST(Removal, letsGoOfTheDevice) {
@@ -166,7 +148,6 @@ TEST(SecondDevice, isIgnoredWhileOneIsOpen) {
 }
 
 TEST(SecondDevice, isIgnoredWhenItIsRemoved) {
-    RecordingApp app;
     ScriptedLink link;
     const auto second = std::make_shared<ScriptedDevice>();
     ASSERT_TRUE(link.attach());
@@ -175,11 +156,10 @@ TEST(SecondDevice, isIgnoredWhenItIsRemoved) {
     ASSERT_TRUE(link.manager.settle());
     EXPECT_TRUE(isOpenDevice);
     EXPECT_TRUE(canWrite());
-    EXPECT_EQ(app.exits(), 0);
+    EXPECT_EQ(link.removals, 0);
 }
 
 TEST(SecondDevice, doesNotTakeOverWhenTheFirstIsRemoved) {
-    RecordingApp app;
     ScriptedLink link;
     const auto second = std::make_shared<ScriptedDevice>();
     ASSERT_TRUE(link.attach());
@@ -187,26 +167,14 @@ TEST(SecondDevice, doesNotTakeOverWhenTheFirstIsRemoved) {
     EXPECT_TRUE(link.detach());
     EXPECT_FALSE(canWrite());
     EXPECT_EQ(second->attempts(), 0U);
-    EXPECT_EQ(app.exits(), 1);
+    EXPECT_EQ(link.removals, 1);
 }
 
 TEST(SecondDevice, isIgnoredWhenItIsRemovedAndNoneWasEverOpen) {
-    RecordingApp app;
     ScriptedLink link;
     link.manager.detach(link.device);
     EXPECT_TRUE(link.attach());
-    EXPECT_EQ(app.exits(), 0);
-}
-
-TEST(QuitWindow, tellsTheApplicationThatTheDeviceHasGone) {
-    RecordingApp app;
-    quitWindow();
-    EXPECT_EQ(app.exits(), 1);
-}
-
-TEST(QuitWindow, doesNothingWithoutAnApplication) {
-    ASSERT_EQ(AppClassPoint.load(), nullptr);
-    EXPECT_NO_FATAL_FAILURE(quitWindow());
+    EXPECT_EQ(link.removals, 0);
 }
 
 }  // namespace

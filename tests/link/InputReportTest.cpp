@@ -131,7 +131,7 @@ TEST(InputReportAlone, takesNoMemory) {
     manager.attach(device);
     manager.deliver(device, reportOf(64, 63));
     manager.detach(device);
-    OpenHidDevice(manager);
+    OpenHidDevice(manager, [] {});
     EXPECT_EQ(manager.taken, 0U);
     EXPECT_EQ(takeRing(), series(1, 63));
 }

@@ -207,5 +207,16 @@ TEST(CCmdCallBack, doesNothingWithoutAnApplication) {
     EXPECT_NO_FATAL_FAILURE(C_CMD_CallBack(frame.data()));
 }
 
+TEST(QuitWindow, tellsTheApplicationThatTheDeviceHasGone) {
+    test::RecordingApp app;
+    quitWindow();
+    EXPECT_EQ(app.exits(), 1);
+}
+
+TEST(QuitWindow, doesNothingWithoutAnApplication) {
+    ASSERT_EQ(AppClassPoint.load(), nullptr);
+    EXPECT_NO_FATAL_FAILURE(quitWindow());
+}
+
 }  // namespace
 }  // namespace kelvo

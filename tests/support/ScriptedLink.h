@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -21,7 +22,7 @@ inline bool write(const Bytes& bytes) {
 /// The link on a HID thread of its own, with a scripted manager and one device, for the length of a test.
 class ScriptedLink {
 public:
-    ScriptedLink() : thread_([this] { OpenHidDevice(manager); }) {}
+    ScriptedLink() : thread_([this] { OpenHidDevice(manager, [this] { ++removals; }); }) {}
     ~ScriptedLink() { close(); }
     ScriptedLink(const ScriptedLink&) = delete;
     ScriptedLink& operator=(const ScriptedLink&) = delete;
@@ -52,6 +53,8 @@ public:
     }
 
     ScriptedHidManager manager;
+    /// How often the link has said that the device is gone.
+    std::atomic<int> removals{0};
     const std::shared_ptr<ScriptedDevice> device = std::make_shared<ScriptedDevice>();
 
 private:
