@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCompleter>
 #include <QFileDialog>
 #include <QItemSelectionModel>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <string>
 #include <thread>
 
 #include "ChosenFile.h"
@@ -21,6 +23,7 @@ namespace kelvo {
 namespace {
 
 constexpr const char* kResponse = "response";
+constexpr const char* kGeometry = "geometry when it was open last";
 /// Between a dialog and what it does not cover, in pixels.
 constexpr int kGap = 8;
 
@@ -70,7 +73,10 @@ void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertComp
     }
     box->show();
     box->raise();
-    box->activateWindow();
+    // Whoever types into another program goes on there, unless the desktop decides otherwise.
+    if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
+        box->activateWindow();
+    }
 }
 
 /// The extension as a file pattern that matches either case of letters, also where the desktop's chooser is strict.
@@ -122,8 +128,12 @@ void beginOpenPanel(QWidget& window, const OpenPanel& panel, AppServices::OpenPa
         list->clearSelection();
     }
     auto* const use = new QObject(&chooser);
-    const auto answer = [&chooser, use, fileType = panel.fileType, done = std::move(completion)](int result) {
+    const std::string directory = "directory of " + panel.fileType.toStdString();
+    const auto answer = [&chooser, use, directory, fileType = panel.fileType,
+                         done = std::move(completion)](int result) {
         use->deleteLater();
+        chooser.setProperty(directory.c_str(), chooser.directoryUrl());
+        chooser.setProperty(kGeometry, chooser.geometry());
         const QList<QUrl> urls = chooser.selectedUrls();
         // A typed name may have any extension; only the wanted one is a choice.
         const bool chosen = result == QDialog::Accepted && urls.size() == 1 && hasFileType(urls.first(), fileType);
@@ -132,7 +142,14 @@ void beginOpenPanel(QWidget& window, const OpenPanel& panel, AppServices::OpenPa
     QObject::connect(&chooser, &QFileDialog::finished, use, answer, Qt::SingleShotConnection);
     QObject::connect(panel.table->selectionModel(), &QItemSelectionModel::selectionChanged, use,
                      [&chooser, title = panel.title] { chooser.setWindowTitle(title()); });
-    placeBeside(chooser, window, window);
+    if (const QVariant last = chooser.property(directory.c_str()); last.isValid()) {
+        chooser.setDirectoryUrl(last.toUrl());
+    }
+    if (const QVariant last = chooser.property(kGeometry); last.isValid()) {
+        chooser.setGeometry(last.toRect());
+    } else {
+        placeBeside(chooser, window, window);
+    }
     chooser.show();
 }
 
@@ -141,7 +158,15 @@ void beginOpenPanel(QWidget& window, const OpenPanel& panel, AppServices::OpenPa
 AppServices desktopServices() {
     return {
         .sleep = [](unsigned seconds) { std::this_thread::sleep_for(std::chrono::seconds(seconds)); },
-        .exitProcess = [](int status) { std::_Exit(status); },
+        .exitProcess =
+            [](int status) {
+                // A thread that the kernel holds up would keep them on the screen.
+                for (QWidget* const window : QApplication::topLevelWidgets()) {
+                    window->hide();
+                }
+                QGuiApplication::sync();
+                std::_Exit(status);
+            },
         .beginSheetModal = beginSheetModal,
         .beginOpenPanel = beginOpenPanel,
     };

@@ -7,6 +7,7 @@
 #include "KelvoAppDelegate.h"
 #include "LoadDataWindowController.h"
 #include "NSLog.h"
+#include "Post.h"
 #include "SBProgressBar.h"
 
 namespace kelvo {
@@ -41,9 +42,9 @@ void KelvoAppDelegate::CMD_CallBack(FrameView frame) {
         case CMD_PRESET_PARA:
             return receivePresetPara(frame);
         case CMD_IR_DATA:
-            return receiveIRAcknowledgement(frame);
+            return receiveAcknowledgement(cab_, frame[kDataOffset]);
         case CMD_AMP_DATA:
-            return receiveAMPAcknowledgement(frame);
+            return receiveAcknowledgement(amp_, frame[kDataOffset]);
         default:
             return;
     }
@@ -56,7 +57,7 @@ void KelvoAppDelegate::receiveCabNames(FrameView frame) {
             name += static_cast<char>(byte & 0x7F);
         }
         // The name ends at its first NUL.
-        cab_.names.setName(slot, QString::fromLatin1(name.c_str()));
+        cab_.labels.setName(slot, QString::fromLatin1(name.c_str()));
     }
 }
 
@@ -67,7 +68,7 @@ void KelvoAppDelegate::receiveAmpNames(FrameView frame) {
             name += ampCharacter(byte);
             NSLog(name.toStdString());
         }
-        amp_.names.setName(slot, name);
+        amp_.labels.setName(slot, name);
     }
 }
 
@@ -86,39 +87,31 @@ void KelvoAppDelegate::receivePresetPara(FrameView frame) {
     }
 }
 
-void KelvoAppDelegate::receiveIRAcknowledgement(FrameView frame) {
-    const std::lock_guard lock(transferMutex_);
-    if (goesOn(kIRTransfer, frame[kDataOffset], transfer_.IRTick, transfer_.IRProgress, cab_.model)) {
-        sendIRData();
-    }
-}
-
-void KelvoAppDelegate::receiveAMPAcknowledgement(FrameView frame) {
-    const std::lock_guard lock(transferMutex_);
-    if (goesOn(kAMPTransfer, frame[kDataOffset], transfer_.AMPTick, transfer_.AMPProgress, amp_.model)) {
-        sendAMPData();
-    }
-}
-
-bool KelvoAppDelegate::goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick,
-                              TransferProgress& progress, const std::shared_ptr<SlotTableModel>& model) {
-    if (phase < 1 || phase > kind.namePhase) {
-        return false;
-    }
-    showTransfer(model, phase);
-    if (phase == progress.acknowledged + 1) {
-        progress.acknowledged = phase;
-        if (phase == kind.namePhase) {
-            tellEnd(progress.number, model);
+void KelvoAppDelegate::receiveAcknowledgement(SlotBank& bank, std::uint8_t phase) {
+    bool isRelabelled = false;
+    {
+        const std::lock_guard lock(transferMutex_);
+        if (bank.transfer.acknowledge(phase)) {
+            sendPacket(bank);
+            isRelabelled = relabel(bank);
+        } else if (phase == bank.transfer.lastPhase()) {
+            // Of either kind: it is the IR's phase that ends here, and the AMP's stays at its last packet.
+            cab_.transfer.setIdle();
         }
+        bank.progress = bank.transfer.progress();
     }
-    if (phase == kind.namePhase) {
-        // Of either kind: it is the IR's phase that ends here, and the AMP's stays at its last packet.
-        transfer_.IRTick = 0;
-        return false;
-    }
-    tick = static_cast<std::uint8_t>(phase + 1);
-    return true;
+    post(&window(), [this, &bank, isRelabelled] {
+        if (isRelabelled) {
+            bank.model->reloadData();
+        }
+        queue_.hasProgressed(bank);
+    });
+}
+
+bool KelvoAppDelegate::relabel(SlotBank& bank) {
+    const TransferProgress progress = bank.transfer.progress();
+    return bank.transfer.tick() == bank.transfer.lastPhase() && !progress.isSpoiled &&
+           bank.labels.setName(progress.row, QString::fromUtf8(bank.transfer.name().data()));
 }
 
 }  // namespace kelvo

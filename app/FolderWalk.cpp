@@ -19,11 +19,11 @@ QCollator naturalCollator() {
     return collator;
 }
 
-/// The names in a folder on both sides of one that may be among them or not.
-class Neighbours {
+/// The names of one type in a folder, and a position among them.
+class FolderNames {
 public:
-    Neighbours(const FolderWalk& walk, const std::stop_token& stop)
-        : walk_(walk), stop_(stop), folder_(QFileInfo(walk.start.toLocalFile()).dir()) {
+    FolderNames(const FolderWalk& walk, VerdictCache& verdicts, const std::stop_token& stop)
+        : walk_(walk), verdicts_(verdicts), stop_(stop), folder_(QFileInfo(walk.start.toLocalFile()).dir()) {
         const QString ending = QLatin1Char('.') + walk.fileType;
         QDirIterator files(folder_.path(), QDir::Files);
         while (!stop.stop_requested() && files.hasNext()) {
@@ -32,46 +32,65 @@ public:
                 names_.append(files.fileName());
             }
         }
+        count_ = names_.size();
         const QString name = walk.start.fileName();
         if (!names_.contains(name)) {
             names_.append(name);
         }
         sortNaturally(names_);
-        start_ = place_ = names_.indexOf(name);
+        start_ = position_ = names_.indexOf(name);
     }
 
-    /// The place of the nearest good file in that direction; -1 for none.
-    [[nodiscard]] qsizetype neighbour(int direction) const {
-        for (qsizetype i = place_ + direction; i >= 0 && i < names_.size() && !stop_.stop_requested(); i += direction) {
-            if (walk_.isGood(url(i))) {
-                return i;
-            }
-        }
-        return -1;
-    }
     void step(int direction) {
-        if (const qsizetype to = neighbour(direction); to >= 0) {
-            place_ = to;
+        const qsizetype to =
+            neighbour(direction, [this](const QUrl& file) { return verdicts_.isAccepted(file, stop_); });
+        if (to >= 0) {
+            position_ = to;
         }
     }
     [[nodiscard]] FolderPlace place() const {
-        return {.file = url(place_),
-                .previous = names_.value(neighbour(-1)),
-                .next = names_.value(neighbour(1)),
-                .isRead = true};
+        // A start that is gone takes no number and is nobody's neighbour.
+        const bool isStartGone = count_ < names_.size();
+        const auto isPossible = [&](const QUrl& file) {
+            return !(isStartGone && file == walk_.start) && !verdicts_.isKnownToBeRefused(file);
+        };
+        const bool isThere = !isStartGone || position_ != start_;
+        const qsizetype before = isStartGone && start_ < position_ ? 1 : 0;
+        return {.file = url(position_),
+                .isRead = true,
+                .isFolderGone = !folder_.exists(),
+                .number = isThere ? position_ + 1 - before : 0,
+                .count = count_,
+                .previous = names_.value(neighbour(-1, isPossible)),
+                .next = names_.value(neighbour(1, isPossible))};
     }
 
 private:
     [[nodiscard]] QUrl url(qsizetype i) const {
         return i == start_ ? walk_.start : QUrl::fromLocalFile(folder_.filePath(names_[i]));
     }
+    /// The index of the nearest file in that direction that passes; -1 for none.
+    template <typename Test>
+    [[nodiscard]] qsizetype neighbour(int direction, const Test& passes) const {
+        for (qsizetype i = position_ + direction; i >= 0 && i < names_.size(); i += direction) {
+            if (stop_.stop_requested()) {
+                return -1;
+            }
+            if (passes(url(i))) {
+                return i;
+            }
+        }
+        return -1;
+    }
 
     const FolderWalk& walk_;
+    VerdictCache& verdicts_;
     const std::stop_token& stop_;
     QDir folder_;
-    QStringList names_;
+    QStringList names_;  // with that of the start, be the file there or not
+    qsizetype count_ = 0;
     qsizetype start_ = 0;
-    qsizetype place_ = 0;
+    qsizetype position_ = 0;
 };
 
 }  // namespace
@@ -90,12 +109,59 @@ void sortNaturally(QStringList& names) {
     std::ranges::transform(keyed, names.begin(), [](auto& entry) { return std::move(entry.second); });
 }
 
-FolderPlace goThroughFolder(const FolderWalk& walk, const std::stop_token& stop) {
-    Neighbours neighbours(walk, stop);
-    for (const int direction : walk.steps) {
-        neighbours.step(direction);
+std::optional<bool> VerdictCache::remembered(const QUrl& file, const QFileInfo& now) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = verdicts_.constFind(file);
+    if (found == verdicts_.cend() || found->size != now.size() || found->time != now.lastModified()) {
+        return std::nullopt;
     }
-    return neighbours.place();
+    return found->isAccepted;
+}
+
+bool VerdictCache::isAccepted(const QUrl& file, const std::stop_token& stop) {
+    const QFileInfo now(file.toLocalFile());
+    if (const auto verdict = remembered(file, now)) {
+        return *verdict;
+    }
+    const Verdict verdict{now.size(), now.lastModified(), judge_(file, stop)};
+    if (!stop.stop_requested()) {
+        const std::lock_guard lock(mutex_);
+        verdicts_.insert(file, verdict);
+    }
+    return verdict.isAccepted;
+}
+
+bool VerdictCache::isKnownToBeRefused(const QUrl& file) const {
+    return remembered(file, QFileInfo(file.toLocalFile())) == false;
+}
+
+FolderPlace walkFolder(const FolderWalk& walk, VerdictCache& verdicts, const std::stop_token& stop) {
+    FolderNames names(walk, verdicts, stop);
+    for (const int direction : walk.steps) {
+        names.step(direction);
+    }
+    return names.place();
+}
+
+QString folderOf(const QUrl& file) {
+    return QFileInfo(file.toLocalFile()).path();
+}
+
+QList<QUrl> acceptedFiles(const QList<QUrl>& files, qsizetype most, VerdictCache& verdicts,
+                          const std::stop_token& stop) {
+    QList<QUrl> accepted;
+    QStringList tried;
+    for (const QUrl& file : files) {
+        if (accepted.size() == most || stop.stop_requested()) {
+            break;
+        }
+        const QString path = QFileInfo(file.toLocalFile()).canonicalFilePath();
+        if (!tried.contains(path) && verdicts.isAccepted(file, stop)) {
+            accepted.append(file);
+        }
+        tried.append(path);
+    }
+    return accepted;
 }
 
 }  // namespace kelvo

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QDateTime>
+#include <QFileInfo>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
+#include <mutex>
+#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -12,25 +17,60 @@ namespace kelvo {
 /// that are the same so far by the codes of their characters. The same in every language. Any thread.
 void sortNaturally(QStringList& names);
 
+/// Whether an import would accept files, remembered until they change in size or time. Any thread.
+class VerdictCache {
+public:
+    /// May block as long as the disk does. Where `stop` is requested the answer means nothing.
+    using Judge = bool (*)(const QUrl& file, const std::stop_token& stop);
+
+    explicit VerdictCache(Judge judge) : judge_(judge) {}
+
+    [[nodiscard]] bool isAccepted(const QUrl& file, const std::stop_token& stop);
+    /// Without a look into the file.
+    [[nodiscard]] bool isKnownToBeRefused(const QUrl& file) const;
+
+private:
+    struct Verdict {
+        qint64 size;
+        QDateTime time;
+        bool isAccepted;
+    };
+    [[nodiscard]] std::optional<bool> remembered(const QUrl& file, const QFileInfo& now) const;
+
+    Judge judge_;
+    mutable std::mutex mutex_;
+    QHash<QUrl, Verdict> verdicts_;
+};
+
+/// A file and its place among the files of its type in its folder.
+struct FolderPlace {
+    QUrl file;
+    bool isRead = false;        ///< the folder has been read: what follows is known
+    bool isFolderGone = false;  ///< the folder could not be opened
+    qsizetype number = 0;       ///< from 1 to `count`; 0 where the file is no longer there
+    qsizetype count = 0;
+    QString previous;  ///< names of the neighbours that are not known to be refused; empty where there is none
+    QString next;
+};
+
 /// From file to file through one folder.
 struct FolderWalk {
-    QUrl start;                        ///< a local file; it need not be there any more
-    QString fileType;                  ///< the extension of those that count, in either case of letters
-    bool (*isGood)(const QUrl& file);  ///< those that it refuses do not count; called on the thread of the walk
-    std::vector<int> steps;            ///< each 1 for the next file or -1 for the previous one, in this order
+    QUrl start;              ///< a local file; it need not be there any more
+    QString fileType;        ///< the extension of those that count, in either case of letters
+    std::vector<int> steps;  ///< each 1 for the next file or -1 for the previous one, in this order
 };
 
-/// Where a walk has ended.
-struct FolderPlace {
-    QUrl file;         ///< where it began, if there was nothing to go to
-    QString previous;  ///< the names of the neighbours; null where there is none
-    QString next;
-    bool isRead = false;  ///< the folder has been read: the neighbours are known
-};
+/// Reads the folder's names as they are now, hidden files left out, and takes the steps. Only files that the steps
+/// pass or lead to are judged, and refused ones are passed. A step beyond the first or the last file stays there.
+/// Blocks as long as the disk does. Where `stop` is requested the answer means nothing. Any thread.
+[[nodiscard]] FolderPlace walkFolder(const FolderWalk& walk, VerdictCache& verdicts, const std::stop_token& stop = {});
 
-/// Reads the folder as it is now, hidden files left out, and goes the steps; one that would lead beyond the first or
-/// the last file stays there. Blocks as long as the disk does. Where `stop` is requested the answer means nothing.
-/// Any thread.
-[[nodiscard]] FolderPlace goThroughFolder(const FolderWalk& walk, const std::stop_token& stop = {});
+/// The folder of a local file.
+[[nodiscard]] QString folderOf(const QUrl& file);
+
+/// The first of these files that an import would accept, at most `most`; a file that is named twice counts once. Blocks
+/// as long as the disk does. Any thread.
+[[nodiscard]] QList<QUrl> acceptedFiles(const QList<QUrl>& files, qsizetype most, VerdictCache& verdicts,
+                                        const std::stop_token& stop = {});
 
 }  // namespace kelvo

@@ -1,156 +1,241 @@
 #include "ImportQueue.h"
 
+#include <QFileInfo>
+#include <algorithm>
 #include <numeric>
-
-#include "MainQueue.h"
+#include <utility>
 
 namespace kelvo {
 
-void ImportQueue::importNow(Table& table, int row, const QList<QUrl>& files) {
-    clear();
-    set_ = {.table = &table, .rows = QList<int>(files.size()), .files = files};
-    std::iota(set_.rows.begin(), set_.rows.end(), row);
-    importNextOfSet();
-}
-
-bool ImportQueue::importInto(Table& table, int row, const QUrl& url) {
-    if (!table.import(row, url)) {
-        return false;
-    }
-    if (row >= 0) {
-        table.places.at(row) = {.file = url};
-        table.changed();
-        const std::pair place(&table, row);
-        std::erase(unplaced_, place);
-        unplaced_.push_back(place);
-        read();
-    }
-    return true;
-}
-
-void ImportQueue::step(Table& table, int row, int direction) {
-    if (row < 0 || table.places.at(row).file.isEmpty()) {
-        return;
-    }
-    if (!isWalkOf(table, row)) {
-        clear();
-        walk_ = {.table = &table, .row = row};
-    }
-    walk_->steps.push_back(direction);
-    read();
-}
-
-void ImportQueue::clear() {
-    if (reading_) {
-        reading_->isForWalk = false;
-    }
-    if (const auto walk = std::exchange(walk_, std::nullopt)) {
-        walk->table->changed();
-    }
-    set_.rows.clear();
-    set_.files.clear();
-    showSet();
-}
-
-void ImportQueue::takeOut(const Table& table, int row) {
-    if (isWalkOf(table, row)) {
-        clear();
-    }
-    if (const qsizetype place = set_.rows.indexOf(row); set_.table == &table && place >= 0) {
-        set_.rows.removeAt(place);
-        set_.files.removeAt(place);
-        showSet();
+ImportQueue::ImportQueue(ImportTarget& target, FolderReaders& readers, std::array<SlotBank*, 2> banks)
+    : target_(target), readers_(readers), banks_(banks) {
+    for (SlotBank* const bank : banks_) {
+        bank->patience.setSingleShot(true);
+        bank->patience.setInterval(kPatience);
+        QObject::connect(&bank->patience, &QTimer::timeout, &bank->patience,
+                         [this, bank] { target_.slotsChanged(*bank); });
     }
 }
 
-FolderPlace ImportQueue::where(const Table& table, int row) const {
-    if (isWalkOf(table, row) && walk_->wanted) {
-        return *walk_->wanted;
-    }
-    return row >= 0 ? table.places.at(row) : FolderPlace();
+bool ImportQueue::isAnyAnswering() const {
+    return std::ranges::any_of(banks_,
+                               [](const SlotBank* bank) { return bank->isRunning() && bank->patience.isActive(); });
 }
 
-bool ImportQueue::isWalkOf(const Table& table, int row) const {
-    return walk_ && walk_->table == &table && walk_->row == row;
-}
-
-void ImportQueue::hasEnded(std::uint64_t transfer) {
-    if (running_ == transfer) {
-        running_.reset();
-        importWanted();
-        importNextOfSet();
-    }
-}
-
-void ImportQueue::read() {
-    if (reading_) {
-        return;
-    }
-    if (walk_ && !walk_->steps.empty()) {
-        const QUrl start = where(*walk_->table, walk_->row).file;
-        readFolder({walk_->table, walk_->row, true}, start, std::exchange(walk_->steps, {}));
-    } else if (!unplaced_.empty()) {
-        const auto [table, row] = unplaced_.back();
-        unplaced_.pop_back();
-        readFolder({table, row, false}, table->places.at(row).file, {});
-    }
-}
-
-void ImportQueue::readFolder(const Reading& reading, const QUrl& start, std::vector<int> steps) {
-    reading_ = reading;
-    FolderWalk walk{start, reading.table->fileType, reading.table->isGood, std::move(steps)};
-    // The thread before this one has told its result, which was the last that it did: nobody waits for it here.
-    reader_ = std::jthread([self = std::weak_ptr(self_), walk = std::move(walk)](const std::stop_token& stop) {
-        dispatchMain([self, place = goThroughFolder(walk, stop)] {
-            if (const auto queue = self.lock()) {
-                (*queue)->wasRead(place);
-            }
-        });
+bool ImportQueue::isAnyStalled() const {
+    return std::ranges::any_of(banks_, [](const SlotBank* bank) {
+        return bank->isRunning() && !bank->patience.isActive() && !bank->isGivenUp;
     });
 }
 
-void ImportQueue::wasRead(const FolderPlace& place) {
-    const Reading reading = *std::exchange(reading_, std::nullopt);
-    FolderPlace& known = reading.table->places.at(reading.row);
-    const bool isThere = place.file == known.file;
-    if (isThere) {
-        known = place;
+void ImportQueue::importNow(SlotBank& bank, int row, const QUrl& file) {
+    jobs_.clear();
+    showWaiting();
+    if (target_.importFile(bank, row, file) && row >= 0) {
+        bank.slot(row).place = {.file = file};
+        readPlace(bank, row);
     }
-    if (reading.isForWalk) {
-        walk_->wanted = isThere ? std::nullopt : std::optional(place);
-    }
-    reading.table->changed();
-    importWanted();
-    read();
 }
 
-void ImportQueue::importWanted() {
-    if (running_ || !walk_ || !walk_->wanted) {
+void ImportQueue::importSet(SlotBank& bank, int row, const QList<QUrl>& files) {
+    makeWayForTheUser();
+    QList<int> rows(std::min(files.size(), static_cast<qsizetype>(kTableRows - row)));
+    std::iota(rows.begin(), rows.end(), row);
+    for (const int each : rows) {
+        takeOut(bank, each);
+    }
+    jobs_.push_back({.number = ++jobNumber_, .bank = &bank, .rows = rows, .files = files});
+    startNext();
+}
+
+void ImportQueue::step(SlotBank& bank, int row, int direction) {
+    if (row < 0 || bank.slot(row).place.file.isEmpty()) {
         return;
     }
-    const FolderPlace place = *std::exchange(walk_->wanted, std::nullopt);
-    if (walk_->table->import(walk_->row, place.file)) {
-        walk_->table->places.at(walk_->row) = place;
+    makeWayForTheUser();
+    auto job = std::ranges::find_if(jobs_, [&](const Job& each) { return each.isStep() && each.isFor(bank, row); });
+    if (job == jobs_.end()) {
+        job = jobs_.insert(job, {.number = ++jobNumber_, .bank = &bank, .rows = {row}});
     }
-    walk_->table->changed();
+    job->steps.push_back(direction);
+    startNext();
 }
 
-void ImportQueue::importNextOfSet() {
-    bool isTaken = false;
-    while (!isTaken && !set_.files.isEmpty()) {
-        isTaken = importInto(*set_.table, set_.rows.first(), set_.files.takeFirst());
+void ImportQueue::makeWayForTheUser() {
+    if (isAnyStalled() && !overtakes_) {
+        jobs_.clear();
+        overtakes_ = true;
     }
-    if (isTaken) {
-        set_.rows.removeFirst();
-    }
-    // Where one was not taken, those behind it have moved up, and the last row is left over.
-    set_.rows.resize(set_.files.size());
-    showSet();
 }
 
-void ImportQueue::showSet() const {
-    if (set_.table != nullptr) {
-        set_.table->showWaiting(set_.rows);
+void ImportQueue::takeOut(SlotBank& bank, int row) {
+    for (Job& job : jobs_) {
+        if (job.isFor(bank, row)) {
+            const qsizetype place = job.rows.indexOf(row);
+            job.rows.removeAt(place);
+            if (!job.isStep()) {
+                job.files.removeAt(place);
+            }
+        }
+    }
+    std::erase_if(jobs_, [](const Job& job) { return job.rows.isEmpty(); });
+    showWaiting();
+}
+
+void ImportQueue::slotCleared(SlotBank& bank, int row) {
+    takeOut(bank, row);
+    const TransferProgress now = bank.progress;
+    if (row >= 0 && !(bank.isRunning() && now.row == row)) {
+        bank.slot(row) = {};
+        target_.slotsChanged(bank);
+    }
+}
+
+void ImportQueue::hold(bool isHeld) {
+    isHeld_ = isHeld;
+    startNext();
+}
+
+void ImportQueue::willBegin(SlotBank& bank) {
+    overtakes_ = false;
+    for (SlotBank* const each : banks_) {
+        each->isGivenUp = each->isRunning() && !each->patience.isActive();
+    }
+    bank.keepResult();
+    bank.isGivenUp = false;
+}
+
+void ImportQueue::hasBegun(SlotBank& bank) {
+    bank.patience.start();
+    for (SlotBank* const each : banks_) {
+        target_.slotsChanged(*each);
+    }
+}
+
+void ImportQueue::hasProgressed(SlotBank& bank) {
+    bank.isGivenUp = false;
+    if (bank.isRunning()) {
+        bank.patience.start();
+    } else {
+        bank.patience.stop();
+        if (const int row = bank.keepResult(); row >= 0 && bank.state(row) == SlotState::Sent) {
+            target_.transferFinished(bank, row);
+        }
+    }
+    overtakes_ = overtakes_ && isAnyStalled();
+    target_.slotsChanged(bank);
+    startNext();
+}
+
+void ImportQueue::startNext() {
+    lookUpSteps();
+    while (!isHeld_ && !isAnyAnswering() && (overtakes_ || !isAnyStalled())) {
+        const auto job = std::ranges::find_if(jobs_, &Job::isReady);
+        if (job == jobs_.end()) {
+            break;
+        }
+        if (job->isStep()) {
+            startStep(job);
+        } else {
+            startFromSet(job);
+        }
+    }
+    showWaiting();
+}
+
+void ImportQueue::startStep(Jobs::iterator job) {
+    const Job step = *job;
+    jobs_.erase(job);
+    if (target_.importFile(*step.bank, step.rows.first(), step.wanted->file)) {
+        step.bank->slot(step.rows.first()).place = *step.wanted;
+        target_.slotsChanged(*step.bank);
+    }
+}
+
+void ImportQueue::startFromSet(Jobs::iterator job) {
+    const QUrl file = job->files.takeFirst();
+    const int row = job->rows.first();
+    SlotBank& bank = *job->bank;
+    const QString path = QFileInfo(file.toLocalFile()).canonicalFilePath();
+    const bool isNew = !job->tried.contains(path);
+    job->tried.append(path);
+    const bool isAccepted = isNew && target_.importFile(bank, row, file);
+    if (isAccepted) {
+        job->rows.removeFirst();
+        bank.slot(row).place = {.file = file};
+        readPlace(bank, row);
+    }
+    job->rows.resize(std::min(job->rows.size(), job->files.size()));
+    if (job->rows.isEmpty()) {
+        jobs_.erase(job);
+    }
+    lookUpSteps();
+}
+
+void ImportQueue::readPlace(SlotBank& bank, int row) {
+    Slot& slot = bank.slot(row);
+    target_.slotsChanged(bank);
+    const FolderWalk walk{.start = slot.place.file, .fileType = bank.kind.fileType};
+    readers_.start(folderOf(walk.start), [this, &bank, &slot, walk, verdicts = bank.verdicts](const auto& stop) {
+        return [this, &bank, &slot, place = walkFolder(walk, *verdicts, stop)] {
+            if (slot.place.file == place.file) {
+                slot.place = place;
+                target_.slotsChanged(bank);
+            }
+        };
+    });
+}
+
+void ImportQueue::lookUpSteps() {
+    for (auto job = jobs_.begin(); job != jobs_.end(); ++job) {
+        const auto isEarlier = [&](const Job& other) { return other.isFor(*job->bank, job->rows.first()); };
+        if (job->isStep() && !job->steps.empty() && !job->isLookingUp && std::none_of(jobs_.begin(), job, isEarlier)) {
+            lookUp(*job);
+        }
+    }
+}
+
+void ImportQueue::lookUp(Job& job) {
+    const Slot& slot = job.bank->slot(job.rows.first());
+    job.isLookingUp = true;
+    const FolderWalk walk{.start = job.wanted ? job.wanted->file : slot.place.file,
+                          .fileType = job.bank->kind.fileType,
+                          .steps = std::exchange(job.steps, {})};
+    const auto read = [this, walk, number = job.number, verdicts = job.bank->verdicts](const std::stop_token& stop) {
+        return [this, number, place = walkFolder(walk, *verdicts, stop)] { foundStep(number, place); };
+    };
+    readers_.start(folderOf(walk.start), read);
+}
+
+void ImportQueue::foundStep(std::uint64_t number, const FolderPlace& place) {
+    const auto job = std::ranges::find(jobs_, number, &Job::number);
+    if (job == jobs_.end()) {
+        return;
+    }
+    job->isLookingUp = false;
+    job->wanted = place;
+    Slot& slot = job->bank->slot(job->rows.first());
+    if (place.file == slot.place.file && job->steps.empty()) {
+        slot.place = place;
+        target_.slotsChanged(*job->bank);
+        jobs_.erase(job);
+    }
+    startNext();
+}
+
+void ImportQueue::showWaiting() {
+    const bool isAnythingRunning = isAnyAnswering() || isAnyStalled();
+    for (SlotBank* const bank : banks_) {
+        bool hasChanged = false;
+        for (int row = 0; row < kTableRows; ++row) {
+            const bool waits =
+                isAnythingRunning && std::ranges::any_of(jobs_, [&](const Job& job) { return job.isFor(*bank, row); });
+            bool& isWaiting = bank->slot(row).isWaiting;
+            hasChanged |= std::exchange(isWaiting, waits) != waits;
+        }
+        if (hasChanged) {
+            target_.slotsChanged(*bank);
+        }
     }
 }
 

@@ -1,110 +1,113 @@
 #pragma once
 
 #include <QList>
+#include <QStringList>
 #include <QUrl>
 #include <array>
+#include <chrono>
 #include <cstdint>
-#include <functional>
-#include <memory>
+#include <deque>
 #include <optional>
-#include <thread>
-#include <utility>
 #include <vector>
 
-#include "FolderWalk.h"
+#include "FolderReaders.h"
 #include "SlotBank.h"
 
 namespace kelvo {
 
-/// The file of each row with its neighbours in their folder, and what waits to be imported until the running transfer
-/// has ended: a neighbour, or the rest of a set of files. An import that the user asks for himself, be it of a set,
-/// begins at once, whatever is running, and clears what waits.
+/// What the queue asks of the controller. Main thread.
+class ImportTarget {
+public:
+    virtual ~ImportTarget() = default;
+
+    /// Imports the file now, whatever is running. Returns whether it was accepted.
+    virtual bool importFile(SlotBank& bank, int row, const QUrl& file) = 0;
+    /// States or files of the bank's slots have changed.
+    virtual void slotsChanged(SlotBank& bank) = 0;
+    /// The last packet for the row has been acknowledged, and the slot holds the file.
+    virtual void transferFinished(SlotBank& bank, int row) = 0;
+};
+
+/// The imports that wait until no transfer is running: sets of files and steps to neighbours, in the order in which the
+/// user asked for them. It also keeps what has become of each slot.
 ///
-/// The running transfer is the one that began last. A pedal that never acknowledges the end of it lets all that waits
-/// wait, until an import by the user begins another.
+/// A transfer whose acknowledgement has not come for kPatience holds up what waits, but not what the user asks for from
+/// then on: that begins at once, and what waited is dropped.
 ///
-/// Main thread. Folders are read on a thread of its own, one at a time.
+/// Main thread. Folders are read on other threads.
 class ImportQueue {
 public:
-    /// One table: how a file gets into a row of it, and which file did so last.
-    struct Table {
-        QString fileType;
-        bool (*isGood)(const QUrl& url);                       ///< whether an import would take it; any thread
-        std::function<bool(int row, const QUrl& url)> import;  ///< at once; whether it took the file
-        std::function<void()> changed = {};                    ///< where() says something else now
-        /// The rows that wait for a file of a set now, none of them at last.
-        std::function<void(const QList<int>& rows)> showWaiting = [](const QList<int>&) {};
-        /// What was imported into each row. No file where nothing was imported; no neighbours where they are not known
-        /// yet.
-        std::array<FolderPlace, kTableRows> places = {};
-    };
+    /// How long the device may take for an acknowledgement.
+    static constexpr std::chrono::milliseconds kPatience{3000};
 
-    ImportQueue() = default;
+    ImportQueue(ImportTarget& target, FolderReaders& readers, std::array<SlotBank*, 2> banks);
     ImportQueue(const ImportQueue&) = delete;
     ImportQueue& operator=(const ImportQueue&) = delete;
-    ~ImportQueue() = default;
 
-    /// The user's import of files that were chosen or dropped, in their order, into this row and those below it, which
-    /// must be there. The second file begins when the transfer of the first has ended, and so on. A file that is not
-    /// taken leaves its row to the next one.
-    void importNow(Table& table, int row, const QList<QUrl>& files);
+    /// The user's own choice: begins at once, whatever is running, and drops what waits.
+    void importNow(SlotBank& bank, int row, const QUrl& file);
 
-    /// The user wants the next (1) or the previous (-1) good file of its folder in the row; nothing without a file in
-    /// it. Of several wishes during a transfer only the file where they lead is imported.
-    void step(Table& table, int row, int direction);
+    /// One file for each row from this one down, in their order; files that do not fit are ignored. A file that is
+    /// refused, or that is the same as one before it, leaves its row to the next one.
+    void importSet(SlotBank& bank, int row, const QList<QUrl>& files);
 
-    /// The user has asked for something else: nothing waits any more.
-    void clear();
+    /// The next (1) or the previous (-1) accepted file of its folder for a row that has a file. Of several steps that
+    /// wait, only the file where they lead is imported.
+    void step(SlotBank& bank, int row, int direction);
 
-    /// Nothing waits for this row any more; what waits for others goes on.
-    void takeOut(const Table& table, int row);
+    /// The row's slot has been cleared: forgets its file, and drops what waits for it. A transfer into it that has not
+    /// sent its last packet still fills it.
+    void slotCleared(SlotBank& bank, int row);
 
-    /// From where the next step() for the row goes: the file that waits for it, or else the one that was imported.
-    [[nodiscard]] FolderPlace where(const Table& table, int row) const;
+    /// Nothing begins by itself while held.
+    void hold(bool isHeld);
 
-    /// The transfer of that number has begun, or ended.
-    void hasBegun(std::uint64_t transfer) { running_ = transfer; }
-    void hasEnded(std::uint64_t transfer);
+    /// A transfer of the bank is about to replace the one before. Asks nothing of the target.
+    void willBegin(SlotBank& bank);
+    /// It has sent its first packet.
+    void hasBegun(SlotBank& bank);
+    /// The bank's transfer has got an acknowledgement.
+    void hasProgressed(SlotBank& bank);
 
 private:
-    /// The user's wishes for one row that no import has met yet.
-    struct Walk {
-        Table* table;
-        int row;
-        std::vector<int> steps = {};             ///< that have not been looked up
-        std::optional<FolderPlace> wanted = {};  ///< where those before them lead
-    };
-    /// The files that wait, one for each of these rows.
-    struct Set {
-        Table* table = nullptr;
-        QList<int> rows = {};
+    /// Files for one row each, or the steps in one row.
+    struct Job {
+        std::uint64_t number;
+        SlotBank* bank;
+        QList<int> rows;
         QList<QUrl> files = {};
-    };
-    /// The folder that is being read now, for the walk or just to know the neighbours.
-    struct Reading {
-        Table* table;
-        int row;
-        bool isForWalk;
-    };
+        QStringList tried = {};       ///< canonical paths of the files before these
+        std::vector<int> steps = {};  ///< that have not been looked up
+        bool isLookingUp = false;
+        std::optional<FolderPlace> wanted = {};  ///< where the steps before them lead
 
-    [[nodiscard]] bool isWalkOf(const Table& table, int row) const;
-    void read();
-    void readFolder(const Reading& reading, const QUrl& start, std::vector<int> steps);
-    void wasRead(const FolderPlace& place);
-    bool importInto(Table& table, int row, const QUrl& url);
-    void importWanted();
-    void importNextOfSet();
-    void showSet() const;
+        [[nodiscard]] bool isStep() const { return files.isEmpty(); }
+        [[nodiscard]] bool isReady() const { return !isStep() || (wanted && steps.empty() && !isLookingUp); }
+        [[nodiscard]] bool isFor(const SlotBank& other, int row) const { return bank == &other && rows.contains(row); }
+    };
+    using Jobs = std::deque<Job>;
 
-    std::optional<std::uint64_t> running_;
-    // Of these two one waits at most.
-    std::optional<Walk> walk_;
-    Set set_;
-    std::vector<std::pair<Table*, int>> unplaced_;  // rows whose neighbours are to be looked up
-    std::optional<Reading> reading_;
-    // For news on its way to the main thread, which must not outlive this object.
-    std::shared_ptr<ImportQueue*> self_ = std::make_shared<ImportQueue*>(this);
-    std::jthread reader_;
+    [[nodiscard]] bool isAnyAnswering() const;
+    [[nodiscard]] bool isAnyStalled() const;
+    void makeWayForTheUser();
+    void takeOut(SlotBank& bank, int row);
+    void startNext();
+    void startStep(Jobs::iterator job);
+    void startFromSet(Jobs::iterator job);
+    void readPlace(SlotBank& bank, int row);
+    void lookUpSteps();
+    void lookUp(Job& job);
+    void foundStep(std::uint64_t number, const FolderPlace& place);
+    void showWaiting();
+
+    ImportTarget& target_;
+    FolderReaders& readers_;
+    std::array<SlotBank*, 2> banks_;
+    Jobs jobs_;
+    std::uint64_t jobNumber_ = 0;
+    bool isHeld_ = false;
+    /// The user has asked for what waits while a transfer had no answer: it does not wait for that one.
+    bool overtakes_ = false;
 };
 
 }  // namespace kelvo

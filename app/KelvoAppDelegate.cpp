@@ -4,24 +4,23 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QWindow>
-#include <initializer_list>
+#include <algorithm>
 #include <utility>
 
-#include "AMPFile.h"
 #include "CRC.h"
-#include "ChosenFile.h"
 #include "CommandCodes.h"
 #include "DataUnpacking.h"
 #include "LoadDataWindowController.h"
-#include "MainQueue.h"
 #include "NSLog.h"
+#include "Post.h"
 #include "RVHidClass.h"
-#include "RVIRFile.h"
 #include "SBProgressBar.h"
 #include "ServeEvents.h"
+#include "SlotKinds.h"
 #include "SlotTableView.h"
 #include "SymbolIcon.h"
 #include "ui_MainWindow.h"
@@ -31,7 +30,9 @@ namespace {
 
 void center(QWidget& window) {
     const QRect available = window.screen()->availableGeometry();
-    window.move(available.center() - QRect(QPoint(), window.size()).center());
+    const QPoint corner = available.center() - QRect(QPoint(), window.size()).center();
+    // Of a window that is larger than the screen, the upper left corner is what must be seen.
+    window.move(std::max(corner.x(), available.left()), std::max(corner.y(), available.top()));
 }
 
 // On Wayland a program cannot place its windows: the window system centres one above that to which it belongs. On X
@@ -43,16 +44,19 @@ void belongTo(QWidget& window, const QWidget& owner) {
     }
 }
 
-// Whether an import would take the file.
-bool isIRFile(const QUrl& url) {
-    RVIRFile file;
-    PointBuffer points{};
-    return file.OpenFilePath(irPath(url)) && file.GetIRDataBuffer(points);
-}
-bool isAmpFile(const QUrl& url) {
-    PointBuffer words{};
-    const auto file = readWholeFile(ampPath(url));
-    return file && scanAmp(*file, words).isSound();
+struct Icons {
+    QIcon import;
+    QIcon deletion;
+};
+
+/// The theme's only where it has both: one of its own beside one of ours do not match.
+Icons actionIcons() {
+    const QString import = QStringLiteral("document-import");
+    const QString deletion = QStringLiteral("edit-delete");
+    if (QIcon::hasThemeIcon(import) && QIcon::hasThemeIcon(deletion)) {
+        return {QIcon::fromTheme(import), QIcon::fromTheme(deletion)};
+    }
+    return {symbolIcon(Symbol::Import), symbolIcon(Symbol::Delete)};
 }
 
 }  // namespace
@@ -61,10 +65,8 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     : manager_(manager),
       services_(std::move(services)),
       interface_(std::make_unique<CloseActionWindow>()),
-      cab_{SlotBank(kFirstCabNumber),
-           {kIRFileType, isIRFile, [this](int row, const QUrl& url) { return importIR(row, url); }}},
-      amp_{SlotBank(kFirstAmpNumber),
-           {kAmpFileType, isAmpFile, [this](int row, const QUrl& url) { return importAMP(row, url); }}},
+      cab_(kCabSlots),
+      amp_(kAmpSlots),
       loadWindow_(std::make_unique<LoadDataWindowController>()) {
     Ui::MainWindow outlets;
     setWindow(*interface_);
@@ -74,11 +76,15 @@ KelvoAppDelegate::KelvoAppDelegate(HidManager& manager, AppServices services)
     setAddAMP(*outlets.addAMP);
     setImportIRTableV(*outlets.ImportIRTableV);
     setImportCabTableV(*outlets.ImportCabTableV);
-    attachTable(ImportIRTableV(), cab_, kIRTransfer);
-    attachTable(ImportCabTableV(), amp_, kAMPTransfer);
-    connectActions();
-    cab_.steps.emplace(ImportIRTableV(), addIR(), *outlets.previousIR, *outlets.nextIR, queue_, cab_.imports);
-    amp_.steps.emplace(ImportCabTableV(), addAMP(), *outlets.previousAMP, *outlets.nextAMP, queue_, amp_.imports);
+    attachBank(cab_, ImportIRTableV(), addIR(), *outlets.previousIR, *outlets.nextIR, *outlets.fileIR);
+    attachBank(amp_, ImportCabTableV(), addAMP(), *outlets.previousAMP, *outlets.nextAMP, *outlets.fileAMP);
+    const auto deleteSlot = [this] { deleteCAB(); };
+    QObject::connect(&deleteIR(), &QPushButton::clicked, &window(), deleteSlot);
+    ImportIRTableV().setKeyAction(Qt::Key_Delete, deleteSlot);
+    const Icons icons = actionIcons();
+    addIR().setIcon(icons.import);
+    addAMP().setIcon(icons.import);
+    deleteIR().setIcon(icons.deletion);
     window().setEnabled(false);
 }
 
@@ -89,34 +95,32 @@ KelvoAppDelegate::~KelvoAppDelegate() {
     AppClassPoint = nullptr;
 }
 
-void KelvoAppDelegate::connectActions() {
-    const auto connectAction = [this](QPushButton& button, const QString& icon, Symbol standIn, SlotTableView& table,
-                                      std::initializer_list<Qt::Key> keys, void (KelvoAppDelegate::*act)()) {
-        button.setIcon(QIcon::fromTheme(icon, symbolIcon(standIn)));
-        QObject::connect(&button, &QPushButton::clicked, &window(), [this, act] { (this->*act)(); });
-        for (const Qt::Key key : keys) {
-            table.setKeyAction(key, [this, act] { (this->*act)(); });
-        }
-    };
-    const QString import = QStringLiteral("document-import");
-    connectAction(addIR(), import, Symbol::Import, ImportIRTableV(), {Qt::Key_Return, Qt::Key_Enter},
-                  &KelvoAppDelegate::importIrButtonClick);
-    connectAction(addAMP(), import, Symbol::Import, ImportCabTableV(), {Qt::Key_Return, Qt::Key_Enter},
-                  &KelvoAppDelegate::importAMPButtonClick);
-    connectAction(deleteIR(), QStringLiteral("edit-delete"), Symbol::Delete, ImportIRTableV(), {Qt::Key_Delete},
-                  &KelvoAppDelegate::deleteCAB);
-}
-
-void KelvoAppDelegate::attachTable(SlotTableView& table, Slots& contents, const TransferKind& kind) {
-    ImportQueue::Table& imports = contents.imports;
-    contents.model = std::make_shared<SlotTableModel>(*this, table.tag(), kind.namePhase);
-    table.setModel(contents.model.get());
-    table.setDropAction(imports.fileType, imports.isGood, [this, &table, &imports](const QList<QUrl>& files) {
-        queue_.importNow(imports, table.selectedRow(), files);
-    });
-    imports.showWaiting = [&contents](const QList<int>& rows) { contents.model->showWaiting(rows); };
+void KelvoAppDelegate::attachBank(SlotBank& bank, SlotTableView& table, QPushButton& import, QPushButton& previous,
+                                  QPushButton& next, QLabel& fileLine) {
+    bank.table = &table;
+    bank.model = std::make_unique<SlotTableModel>(*this, table.tag());
+    table.setModel(bank.model.get());
+    bank.steps.emplace(bank, queue_, import, previous, next, fileLine);
     QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &window(),
                      [this, tag = table.tag()] { tableViewSelectionDidChange(tag); });
+
+    const auto choose = [this, &bank] { chooseFile(bank); };
+    QObject::connect(&import, &QPushButton::clicked, &window(), choose);
+    QObject::connect(&table, &QAbstractItemView::doubleClicked, &window(), choose);
+    table.setKeyAction(Qt::Key_Return, choose);
+    table.setKeyAction(Qt::Key_Enter, choose);
+    table.setKeyAction(QKeySequence::Copy, [this, &bank] { copyFiles(bank); });
+    import.setToolTip(
+        QObject::tr("%1. Also with Return, a double click, or by dropping files on a row").arg(bank.kind.accepted));
+
+    table.setFileAction(bank.kind.fileType,
+                        [this, &bank](int row, const QList<QUrl>& files) { queue_.importSet(bank, row, files); });
+    table.setFileJudge([this, &bank](const QList<QUrl>& files, const SlotTableView::Verdict& verdict) {
+        const auto read = [files, verdict, verdicts = bank.verdicts](const std::stop_token& stop) {
+            return [verdict, accepted = acceptedFiles(files, kTableRows, *verdicts, stop)] { verdict(accepted); };
+        };
+        return readers_.start(folderOf(files.first()), read);
+    });
 }
 
 void KelvoAppDelegate::applicationDidFinishLaunching() {
@@ -125,10 +129,8 @@ void KelvoAppDelegate::applicationDidFinishLaunching() {
     hidThread_ = std::jthread([this] { OpenHidDeviceThread(); });
     services_.sleep(2);
     if (isOpenDevice) {
-        setNotice(QObject::tr("Reading the slot names…"));
         loadFromDevice();
     } else {
-        setNotice({});
         showNoDeviceAlert(QStringLiteral("exit"));
     }
 }
@@ -159,6 +161,8 @@ void KelvoAppDelegate::loadFromDevice() {
     aaaa[kCommandOffset] = CMD_CONNECT;
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
+    // The loading window would cover a part of it.
+    setNotice({});
     QWidget& loadingWindow = openLoadWindow();
     belongTo(loadingWindow, window());
     center(loadingWindow);
@@ -176,7 +180,6 @@ void KelvoAppDelegate::loadFromDevice() {
 }
 
 void KelvoAppDelegate::takeOrders() {
-    setNotice({});
     window().setEnabled(true);
     ImportIRTableV().selectRow(0);
     ImportCabTableV().selectRow(0);
@@ -204,15 +207,11 @@ void KelvoAppDelegate::exit() {
 }
 
 void KelvoAppDelegate::exitApp() {
-    dispatchMain([this] {
-        // Only a controller that is still the application may answer; the work may have waited.
-        if (AppClassPoint == this) {
-            showNoDeviceAlert(QStringLiteral("Exit"));
-        }
-    });
+    post(&window(), [this] { showNoDeviceAlert(QStringLiteral("Exit")); });
 }
 
 void KelvoAppDelegate::showNoDeviceAlert(const QString& button) {
+    setNotice({});
     const Alert alert{.messageText = QStringLiteral("No device connected. Please connected your KR310"),
                       .buttons = {button},
                       .style = AlertStyle::Critical};
@@ -226,7 +225,16 @@ void KelvoAppDelegate::setLoadWindow(std::unique_ptr<LoadDataWindowController> l
 
 TransferState KelvoAppDelegate::transferState() const {
     const std::lock_guard lock(transferMutex_);
-    return transfer_;
+    return {.irdatabuff = cab_.transfer.words(),
+            .IRTick = cab_.transfer.tick(),
+            .isInportIR = cab_.isInport,
+            .SendIRFileName = cab_.transfer.name(),
+            .AMPTick = amp_.transfer.tick(),
+            .isInportAMP = amp_.isInport,
+            .SendAMPFileName = amp_.transfer.name(),
+            .selectRow = selectRow_,
+            .IRProgress = cab_.transfer.progress(),
+            .AMPProgress = amp_.transfer.progress()};
 }
 
 }  // namespace kelvo

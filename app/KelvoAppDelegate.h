@@ -12,23 +12,32 @@
 #include "HidManager.h"
 #include "ImportQueue.h"
 #include "Outlets.h"
+#include "SlotBank.h"
 #include "SlotTableModel.h"
-#include "Slots.h"
-#include "TransferPackets.h"
-#include "TransferState.h"
 
 namespace kelvo {
 
 class LoadDataWindowController;
 
-/// The number of the first CAB and of the first AMP row in the labels.
-inline constexpr int kFirstCabNumber = 27;
-inline constexpr int kFirstAmpNumber = 56;
+/// The state of both transfers at one moment.
+struct TransferState {
+    PointBuffer irdatabuff{};      ///< 24-bit points of the IR that is being sent
+    std::uint8_t IRTick = 0;       ///< 0 idle, 1 to 4 the packet being sent
+    bool isInportIR = false;       ///< set by the first IR import, never cleared
+    NameBuffer SendIRFileName{};   ///< zeros after its end
+    PointBuffer ampdatabuff{};     ///< unused: an amp model's words come from AmpPiontBuff
+    std::uint8_t AMPTick = 0;      ///< 0 idle, 1 to 5 the packet being sent; stays 5 after a finished transfer
+    bool isInportAMP = false;      ///< set by the first AMP import, never cleared
+    NameBuffer SendAMPFileName{};  ///< zeros after its end
+    std::int64_t selectRow = 0;    ///< the slot, shared by both kinds: an import redirects a running transfer
+    TransferProgress IRProgress;
+    TransferProgress AMPProgress;
+};
 
 /// The one controller: main window, slot tables, start-up, imports, deletion, and the answers of the device.
 ///
 /// Main thread, but for CMD_CallBack (receive thread) and exitApp (any).
-class KelvoAppDelegate final : public AppClass, public SlotTableDataSource, public Outlets {
+class KelvoAppDelegate final : public AppClass, public SlotTableDataSource, public ImportTarget, public Outlets {
 public:
     /// `manager` outlives the controller. Builds the windows; nothing is shown or started yet.
     KelvoAppDelegate(HidManager& manager, AppServices services);
@@ -58,6 +67,11 @@ public:
     bool tableView_shouldEditTableColumn_row(int, int, int) const override { return false; }
     /// Nothing: the selection is read when an action needs it.
     void tableViewSelectionDidChange(int) override {}
+    RowStatus rowStatus(int tag, int row) const override;
+
+    bool importFile(SlotBank& bank, int row, const QUrl& file) override;
+    void slotsChanged(SlotBank& bank) override;
+    void transferFinished(SlotBank& bank, int row) override;
 
     const LoadDataWindowController& loadWindow() const { return *loadWindow_; }
     void setLoadWindow(std::unique_ptr<LoadDataWindowController> loadWindow);
@@ -69,17 +83,17 @@ public:
     void setIRNameValue(std::uint8_t value) { IRNameValue_ = value; }
     std::uint8_t AMPNameValue() const { return AMPNameValue_; }
     void setAMPNameValue(std::uint8_t value) { AMPNameValue_ = value; }
-    QStringList IRNameArr() const { return cab_.names.labels(); }
-    void setIRNameArr(const QStringList& labels) { cab_.names.setLabels(labels); }
-    QStringList AMPNameArr() const { return amp_.names.labels(); }
-    void setAMPNameArr(const QStringList& labels) { amp_.names.setLabels(labels); }
+    QStringList IRNameArr() const { return cab_.labels.all(); }
+    void setIRNameArr(const QStringList& labels) { cab_.labels.setAll(labels); }
+    QStringList AMPNameArr() const { return amp_.labels.all(); }
+    void setAMPNameArr(const QStringList& labels) { amp_.labels.setAll(labels); }
 
     /// A copy as it is now. Any thread.
     TransferState transferState() const;
 
 private:
-    void attachTable(SlotTableView& table, Slots& contents, const TransferKind& kind);
-    void connectActions();
+    void attachBank(SlotBank& bank, SlotTableView& table, QPushButton& import, QPushButton& previous, QPushButton& next,
+                    QLabel& fileLine);
     void showMainWindow();
     void setNotice(const QString& notice);
     void loadFromDevice();
@@ -92,41 +106,38 @@ private:
     void receiveCabNames(FrameView frame);
     void receiveAmpNames(FrameView frame);
     void receivePresetPara(FrameView frame);
-    void receiveIRAcknowledgement(FrameView frame);
-    void receiveAMPAcknowledgement(FrameView frame);
+    void receiveAcknowledgement(SlotBank& bank, std::uint8_t phase);
 
-    void chooseFile(const SlotTableView& table, const QString& fileType, const QString& slot, int firstNumber,
-                    ImportQueue::Table& imports);
-    // The one road of one file into one row, whoever wants it there. Whether the file was taken.
-    bool importIR(int row, const QUrl& url);
-    bool importAMP(int row, const QUrl& url);
-    void selectTransferRow(int row);
+    const SlotBank* bankOf(int tag) const;
+    void chooseFile(SlotBank& bank);
+    void copyFiles(const SlotBank& bank) const;
     void sendDeletion();
 
-    // The caller of these holds transferMutex_, so that a row hears of packets in the order of the wire.
-    void sendIRData();
-    void sendAMPData();
-    bool goesOn(const TransferKind& kind, std::uint8_t phase, std::uint8_t& tick, TransferProgress& progress,
-                const std::shared_ptr<SlotTableModel>& model);
-    void begin(TransferProgress& progress, const std::shared_ptr<SlotTableModel>& model);
-    void showTransfer(const std::shared_ptr<SlotTableModel>& model, int acknowledged) const;
-    void tellEnd(std::uint64_t transfer, const std::shared_ptr<SlotTableModel>& model);
+    // The caller of these holds transferMutex_.
+    void sendIRData() { sendPacket(cab_); }
+    void sendAMPData() { sendPacket(amp_); }
+    void sendPacket(SlotBank& bank);
+    /// A slot that was cleared during the transfer into it is filled by the name packet after all, so its label
+    /// returns. Returns whether it has changed.
+    bool relabel(SlotBank& bank);
 
     HidManager& manager_;
     AppServices services_;
 
+    /// Held while a packet is built and sent, so that packets, labels and progress change in the order of the wire.
     mutable std::mutex transferMutex_;
-    TransferState transfer_;
+    std::int64_t selectRow_ = 0;
 
     std::atomic<std::uint8_t> PRESET_PARAValue_ = 0;
     std::atomic<std::uint8_t> IRNameValue_ = 0;  // nobody uses these two
     std::atomic<std::uint8_t> AMPNameValue_ = 0;
 
     std::unique_ptr<CloseActionWindow> interface_;
-    ImportQueue queue_;
-    Slots cab_;
-    Slots amp_;
-    std::uint64_t transfers_ = 0;  // begun so far
+    SlotBank cab_;
+    SlotBank amp_;
+    FolderReaders readers_;
+    ImportQueue queue_{*this, readers_, {&cab_, &amp_}};
+    std::uint32_t transfers_ = 0;  // begun so far
 
     // Guards the pointer against the receive thread, and the progress that came before there was a bar to show it.
     std::mutex loadWindowMutex_;

@@ -1,33 +1,87 @@
 #pragma once
 
-#include <QStringList>
-#include <mutex>
+#include <QString>
+#include <QTimer>
+#include <QUrl>
+#include <array>
+#include <atomic>
+#include <memory>
+#include <optional>
+
+#include "FolderWalk.h"
+#include "SlotLabels.h"
+#include "SlotTableModel.h"
+#include "StepButtons.h"
+#include "Transfer.h"
 
 namespace kelvo {
 
-/// Rows of each table, slots of each kind in the device.
-inline constexpr int kTableRows = 10;
+class SlotTableView;
 
-/// The labels of one kind's slots, as the device told them or as what was done here has changed them. Any thread.
-class SlotBank {
-public:
-    /// `firstNumber` is that of row 0 in the labels.
-    explicit SlotBank(int firstNumber) : firstNumber_(firstNumber) {}
+/// What an import takes from a file.
+struct SlotFile {
+    PointBuffer words{};
+    NameBuffer name{};  ///< NUL-terminated
+};
 
-    QStringList labels() const;
-    void setLabels(const QStringList& labels);
+/// What sets the CAB slots and the AMP slots apart.
+struct SlotKind {
+    QString fileType;  ///< the extension of its files
+    QString title;     ///< of a slot, with %1 for its number
+    QString accepted;  ///< what a file must be, in words
+    int firstNumber;   ///< of row 0 in the labels
+    const TransferKind& transfer;
+    std::optional<SlotFile> (*read)(const QUrl& file);  ///< none for a file that is refused
+    VerdictCache::Judge isAccepted;                     ///< whether `read` would give something
+};
 
-    /// The row's number, a dot and the name in upper case. A row that is none (-1, without a selection) is passed over.
-    void setName(int row, const QString& name) { store(row, QStringLiteral("%1.%2"), name.toUpper()); }
-    /// The row's number and "EMPTY", with no dot between.
-    void setEmpty(int row) { store(row, QStringLiteral("%1%2"), QStringLiteral("EMPTY")); }
+/// What has become of a slot in this run. Main thread.
+struct Slot {
+    /// The file that was imported last, in its folder; no file at first and after a deletion.
+    FolderPlace place;
+    /// What the last transfer that is over has left.
+    SlotState result = SlotState::Idle;
+    /// A file of the queue is meant for this slot.
+    bool isWaiting = false;
+};
 
-private:
-    void store(int row, const QString& form, const QString& name);
+/// The file's name and its place in its folder, as "V30.wav, 9 of 16"; empty without a file.
+[[nodiscard]] QString placeText(const FolderPlace& place);
 
-    int firstNumber_;
-    mutable std::mutex mutex_;
-    QStringList labels_ = QStringList(kTableRows, QString());
+/// The ten slots of one kind: what they are called, what has been sent into them and what is being sent.
+struct SlotBank {
+    explicit SlotBank(const SlotKind& bankKind) : kind(bankKind) {}
+
+    /// Whether a transfer has begun and not ended.
+    [[nodiscard]] bool isRunning() const;
+    /// Keeps, once for each transfer, what it has left in its slot: of one that has not ended it is cut off. Returns
+    /// the row; -1 where there is nothing to keep.
+    int keepResult();
+    /// What the window shows of a row.
+    [[nodiscard]] SlotState state(int row) const;
+    [[nodiscard]] Slot& slot(int row) { return rows.at(static_cast<std::size_t>(row)); }
+    [[nodiscard]] const Slot& slot(int row) const { return rows.at(static_cast<std::size_t>(row)); }
+
+    const SlotKind& kind;
+    SlotLabels labels{kind.firstNumber};
+
+    // Under the controller's lock, but for `progress`, which is a copy for readers without it.
+    Transfer transfer{kind.transfer};
+    PacketBuffer bbb{};
+    bool isInport = false;  ///< set by the first import, never cleared
+    std::atomic<TransferProgress> progress = TransferProgress();
+
+    // Main thread.
+    std::array<Slot, kTableRows> rows{};
+    std::uint32_t keptTransfer = 0;  ///< whose result has been kept
+    /// Runs while an acknowledgement is expected.
+    QTimer patience;
+    /// The running transfer had no answer for so long that another one has begun.
+    bool isGivenUp = false;
+    std::shared_ptr<VerdictCache> verdicts = std::make_shared<VerdictCache>(kind.isAccepted);
+    SlotTableView* table = nullptr;
+    std::unique_ptr<SlotTableModel> model = {};
+    std::optional<StepButtons> steps = {};
 };
 
 }  // namespace kelvo

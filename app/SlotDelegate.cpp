@@ -4,9 +4,11 @@
 #include <QPainter>
 #include <algorithm>
 #include <numeric>
+#include <optional>
 
-#include "SlotLabel.h"
+#include "SlotLabels.h"
 #include "SlotTableModel.h"
+#include "SymbolIcon.h"
 
 namespace kelvo {
 namespace {
@@ -20,6 +22,29 @@ constexpr float kSubduedSelected = 0.8F;
 constexpr float kPale = 0.3F;
 /// The opacity of what a line still has to grow.
 constexpr double kTrough = 0.25;
+/// The dashes of a broken line and the gaps between them, in pixels.
+constexpr int kDash = 12;
+
+std::optional<Symbol> markOf(SlotState state) {
+    switch (state) {
+        case SlotState::Waiting:
+            return Symbol::Dots;
+        case SlotState::Running:
+            return Symbol::Play;
+        case SlotState::NotAnswering:
+            return Symbol::Pause;
+        case SlotState::Sent:
+            return Symbol::Tick;
+        case SlotState::Idle:
+        case SlotState::CutOff:
+            break;
+    }
+    return std::nullopt;
+}
+
+SlotState stateOf(const QModelIndex& index) {
+    return index.data(SlotTableModel::kStateRole).value<SlotState>();
+}
 
 /// `share` of one colour and the rest of the other.
 QColor mixed(const QColor& one, const QColor& other, float share) {
@@ -80,7 +105,9 @@ void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     const QColor subdued = selected ? mixed(ink, palette.color(QPalette::Highlight), kSubduedSelected)
                                     : mixed(ink, palette.color(QPalette::Base), kSubdued);
     const QFontMetrics& metrics = item.fontMetrics;
-    const int right = item.rect.right() - kLabelMargin;
+    const int markSize = metrics.ascent();
+    const QRect mark(item.rect.right() + 1 - kLabelMargin - markSize,
+                     item.rect.top() + (item.rect.height() - markSize) / 2, markSize, markSize);
     const int left = item.rect.left() + kLabelMargin;
     const int name = left + nameOffset(metrics, label.number);
     const int baseline = item.rect.top() + (item.rect.height() - metrics.height()) / 2 + metrics.ascent();
@@ -93,31 +120,39 @@ void SlotDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
         x += numberAdvance(metrics, character);
     }
     painter->setPen(label.isEmpty ? subdued : ink);
+    const auto symbol = markOf(stateOf(index));
+    const int right = symbol ? mark.left() - kLabelMargin : mark.right();
     painter->drawText(name, baseline, metrics.elidedText(label.name, Qt::ElideRight, right - name));
+    if (symbol) {
+        paintSymbol(*painter, mark, *symbol, subdued);
+    }
+    paintLine(*painter, item.rect, index, selected && !isPale ? ink : strong, subdued);
     painter->restore();
-    paintTransfer(*painter, item.rect, index, selected && !isPale ? ink : strong);
 }
 
 void SlotDelegate::setFinished(int row, double opacity) {
-    finishedRow_ = row;
-    finishedOpacity_ = opacity;
+    finished_[row] = opacity;
 }
 
-void SlotDelegate::paintTransfer(QPainter& painter, const QRect& row, const QModelIndex& index,
-                                 const QColor& ink) const {
-    const QVariant share = index.data(SlotTableModel::kTransferRole);
+void SlotDelegate::paintLine(QPainter& painter, const QRect& row, const QModelIndex& index, const QColor& strong,
+                             const QColor& subdued) const {
     const QRect line(row.left(), row.bottom() + 1 - kLineHeight - kLineMargin, row.width(), kLineHeight);
-    painter.save();
-    if (share.isValid()) {
+    const SlotState state = stateOf(index);
+    if (state == SlotState::Running || state == SlotState::NotAnswering) {
+        const double share = index.data(SlotTableModel::kShareRole).toDouble();
         painter.setOpacity(kTrough);
-        painter.fillRect(line, ink);
+        painter.fillRect(line, strong);
         painter.setOpacity(1);
-        painter.fillRect(QRectF(line.left(), line.top(), share.toDouble() * line.width(), line.height()), ink);
-    } else if (index.row() == finishedRow_) {
-        painter.setOpacity(finishedOpacity_);
-        painter.fillRect(line, ink);
+        painter.fillRect(QRectF(line.left(), line.top(), share * line.width(), line.height()), strong);
+    } else if (state == SlotState::CutOff) {
+        for (int x = line.left(); x <= line.right(); x += 2 * kDash) {
+            painter.fillRect(QRect(x, line.top(), kDash, line.height()) & line, subdued);
+        }
+    } else if (const double opacity = finished_.value(index.row()); opacity > 0) {
+        painter.setOpacity(opacity);
+        painter.fillRect(line, strong);
+        painter.setOpacity(1);
     }
-    painter.restore();
 }
 
 }  // namespace kelvo

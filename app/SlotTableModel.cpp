@@ -1,13 +1,38 @@
 #include "SlotTableModel.h"
 
-#include <utility>
-
-#include "SlotLabel.h"
+#include "SlotLabels.h"
 
 namespace kelvo {
+namespace {
 
-SlotTableModel::SlotTableModel(SlotTableDataSource& source, int tag, int packets)
-    : source_(source), tag_(tag), packets_(packets) {
+/// As a screen reader says it.
+QString spokenStatus(const RowStatus& status) {
+    QString state;
+    switch (status.state) {
+        case SlotState::Idle:
+            break;
+        case SlotState::Waiting:
+            state = QObject::tr("waiting");
+            break;
+        case SlotState::Running:
+            state = QObject::tr("%1 % sent").arg(qRound(100 * status.share));
+            break;
+        case SlotState::NotAnswering:
+            state = QObject::tr("%1 % sent, no answer").arg(qRound(100 * status.share));
+            break;
+        case SlotState::Sent:
+            state = QObject::tr("sent");
+            break;
+        case SlotState::CutOff:
+            state = QObject::tr("cut off");
+            break;
+    }
+    return state + (state.isEmpty() || status.file.isEmpty() ? QString() : QStringLiteral(": ")) + status.file;
+}
+
+}  // namespace
+
+SlotTableModel::SlotTableModel(SlotTableDataSource& source, int tag) : source_(source), tag_(tag) {
     rows_.resize(source_.numberOfRowsInTableView(tag_));
 }
 
@@ -18,32 +43,9 @@ void SlotTableModel::reloadData() {
     emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
-void SlotTableModel::showTransfer(int row, int acknowledged) {
-    if (acknowledged == 0) {
-        tellTransfer(std::exchange(transferRow_, row));
-    } else if (row != transferRow_ || acknowledged != acknowledged_ + 1) {
-        return;
-    }
-    acknowledged_ = acknowledged;
-    tellTransfer(row);
-    if (acknowledged_ == packets_) {
-        transferRow_ = -1;
-    }
-}
-
-void SlotTableModel::showWaiting(const QList<int>& rows) {
-    const QList<int> before = std::exchange(waiting_, rows);
-    for (int row = 0; row < rowCount(); ++row) {
-        if (before.contains(row) != waiting_.contains(row)) {
-            tellTransfer(row);
-        }
-    }
-}
-
-void SlotTableModel::tellTransfer(int row) {
-    if (const QModelIndex cell = index(row, 0); cell.isValid()) {
-        emit dataChanged(cell, cell, {kTransferRole, Qt::AccessibleDescriptionRole});
-    }
+void SlotTableModel::statusChanged() {
+    emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1),
+                     {kStateRole, kShareRole, Qt::ToolTipRole, Qt::AccessibleDescriptionRole});
 }
 
 int SlotTableModel::rowCount(const QModelIndex& parent) const {
@@ -58,26 +60,26 @@ QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) {
         return {};
     }
-    const bool travels = index.row() == transferRow_;
-    const bool waits = waiting_.contains(index.row());
     switch (role) {
         case Qt::DisplayRole:
             return rows_.at(index.row());
         case Qt::AccessibleTextRole:
             return spokenLabel(rows_.at(index.row()));
         case Qt::AccessibleDescriptionRole:
-            return travels ? QStringLiteral("%1 % sent").arg(100 * acknowledged_ / packets_)
-                   : waits ? QStringLiteral("waiting")
-                           : QVariant();
-        case kTransferRole:
-            return travels ? static_cast<double>(acknowledged_) / packets_ : waits ? 0.0 : QVariant();
+            return spokenStatus(source_.rowStatus(tag_, index.row()));
+        case Qt::ToolTipRole:
+            return plainToolTip(source_.rowStatus(tag_, index.row()).file);
+        case kStateRole:
+            return QVariant::fromValue(source_.rowStatus(tag_, index.row()).state);
+        case kShareRole:
+            return source_.rowStatus(tag_, index.row()).share;
         default:
             return {};
     }
 }
 
 QVariant SlotTableModel::headerData(int, Qt::Orientation orientation, int role) const {
-    // Nobody sees the headers, but a screen reader would read numbers of its own where they have no text.
+    // The headers are hidden, but a screen reader would read numbers of its own where they have no text.
     return role == Qt::DisplayRole && orientation == Qt::Horizontal ? QStringLiteral("Slot") : QString();
 }
 

@@ -1,9 +1,27 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QString>
 #include <QStringList>
 
 namespace kelvo {
+
+/// What has become of a slot in this run.
+enum class SlotState {
+    Idle,          ///< nothing
+    Waiting,       ///< a file waits for its transfer
+    Running,       ///< a transfer is running
+    NotAnswering,  ///< a transfer is running, but the device has not answered for a while
+    Sent,          ///< the last transfer was acknowledged to its end
+    CutOff,        ///< the last transfer was not
+};
+
+/// What a row shows beside its label.
+struct RowStatus {
+    SlotState state = SlotState::Idle;
+    double share = 0.0;  ///< of a running transfer, acknowledged: from 0 to 1
+    QString file = {};   ///< the name of the slot's file, and its place in its folder; empty for none
+};
 
 /// Whoever knows the rows of the slot tables. Tables are told apart by their tag. Main thread.
 class SlotTableDataSource {
@@ -15,29 +33,23 @@ public:
     virtual QString tableView_objectValueForTableColumn_row(int tag, int column, int row) const = 0;
     virtual bool tableView_shouldEditTableColumn_row(int tag, int column, int row) const = 0;
     virtual void tableViewSelectionDidChange(int tag) = 0;
+    virtual RowStatus rowStatus(int tag, int row) const = 0;
 };
 
-/// One slot table's rows as the data source last told them: a repaint never shows what no reload has fetched. And the
-/// transfer into one of them, as far as the device has acknowledged it.
+/// One slot table's rows. The labels are those that the data source gave at the last reload: a repaint never shows what
+/// no reload has fetched. The status is what the source says now.
 class SlotTableModel : public QAbstractTableModel {
 public:
-    /// The share of a row's transfer that is acknowledged, a double from 0 to 1, or 0 where a row waits for its
-    /// transfer; no value without one. The 1 is there during one dataChanged only. A transfer that stops half-way keeps
-    /// its share until the next one begins.
-    static constexpr int kTransferRole = Qt::UserRole;
+    /// The row's SlotState, and the share of its running transfer that is acknowledged, a double from 0 to 1.
+    static constexpr int kStateRole = Qt::UserRole;
+    static constexpr int kShareRole = Qt::UserRole + 1;
 
-    /// `packets` make one transfer.
-    SlotTableModel(SlotTableDataSource& source, int tag, int packets);
+    SlotTableModel(SlotTableDataSource& source, int tag);
 
-    /// Asks the data source for every row again. The selection stays.
+    /// Asks the data source for every label again. The selection stays.
     void reloadData();
-
-    /// So many packets of the transfer into `row` are acknowledged; with 0 it begins, and ends any other. What comes
-    /// out of turn, or for another row than it began with, is no progress: the slot will not hold that file.
-    void showTransfer(int row, int acknowledged);
-
-    /// The rows that wait for their transfers now.
-    void showWaiting(const QList<int>& rows);
+    /// The status of rows has changed.
+    void statusChanged();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -46,15 +58,9 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    void tellTransfer(int row);
-
     SlotTableDataSource& source_;
     int tag_;
-    int packets_;
     QStringList rows_;
-    QList<int> waiting_;
-    int transferRow_ = -1;
-    int acknowledged_ = 0;
 };
 
 }  // namespace kelvo

@@ -1,6 +1,7 @@
 #include "SlotTableView.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDropEvent>
 #include <QFontMetrics>
 #include <QHeaderView>
@@ -8,6 +9,7 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QUrl>
+#include <algorithm>
 #include <utility>
 
 #include "ChosenFile.h"
@@ -58,13 +60,6 @@ SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(ne
     horizontalHeader()->hide();
     verticalHeader()->hide();
     fitRowsToFont();
-    fading_.setStartValue(1.0);
-    fading_.setEndValue(0.0);
-    fading_.setDuration(kFadeMilliseconds);
-    connect(&fading_, &QVariantAnimation::valueChanged, this, [this](const QVariant& opacity) {
-        delegate_->setFinished(fadingRow_, opacity.toDouble());
-        viewport()->update();
-    });
 }
 
 int SlotTableView::tag() const {
@@ -79,19 +74,18 @@ int SlotTableView::selectedRow() const {
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
-void SlotTableView::setKeyAction(Qt::Key key, const std::function<void()>& action) {
-    auto* const shortcut = new QShortcut(key, this);
+void SlotTableView::setKeyAction(const QKeySequence& keys, const std::function<void()>& action) {
+    auto* const shortcut = new QShortcut(keys, this);
     shortcut->setContext(Qt::WidgetShortcut);
     shortcut->setAutoRepeat(false);
     connect(shortcut, &QShortcut::activated, this, action);
 }
 
-void SlotTableView::setDropAction(const QString& fileType, std::function<bool(const QUrl&)> isGood,
-                                  std::function<void(const QList<QUrl>&)> action) {
-    dropFileType_ = fileType;
-    isGoodDrop_ = std::move(isGood);
-    dropAction_ = std::move(action);
+void SlotTableView::setFileAction(const QString& fileType, std::function<void(int, const QList<QUrl>&)> action) {
+    fileType_ = fileType;
+    fileAction_ = std::move(action);
     setAcceptDrops(true);
+    setKeyAction(QKeySequence::Paste, [this] { paste(); });
 }
 
 void SlotTableView::setNotice(const QString& notice) {
@@ -108,21 +102,25 @@ QSize SlotTableView::sizeHint() const {
     return minimumSizeHint().expandedTo({kUsualWidth * fontMetrics().averageCharWidth(), 0});
 }
 
-void SlotTableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) {
-    QTableView::dataChanged(topLeft, bottomRight, roles);
-    if (roles.contains(SlotTableModel::kTransferRole) && topLeft.data(SlotTableModel::kTransferRole) == 1.0) {
-        fadeLine(topLeft.row());
+void SlotTableView::showFinished(int row) {
+    QVariantAnimation*& kept = fading_[row];
+    if (kept == nullptr) {
+        kept = new QVariantAnimation(this);
+        kept->setStartValue(1.0);
+        kept->setEndValue(0.0);
+        kept->setDuration(kFadeMilliseconds);
+        connect(kept, &QVariantAnimation::valueChanged, this, [this, row](const QVariant& opacity) {
+            delegate_->setFinished(row, opacity.toDouble());
+            viewport()->update();
+        });
     }
-}
-
-void SlotTableView::fadeLine(int row) {
-    fading_.stop();
-    fadingRow_ = row;
+    QVariantAnimation& fading = *kept;
+    fading.stop();
     const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-    fading_.setEasingCurve(isAnimated ? QEasingCurve(QEasingCurve::InQuad) : atItsEnd());
-    // The animation tells changes only, and this is where it is already.
+    fading.setEasingCurve(isAnimated ? QEasingCurve(QEasingCurve::InQuad) : atItsEnd());
+    // The animation reports changes only, and this is where it begins.
     delegate_->setFinished(row, 1.0);
-    fading_.start();
+    fading.start();
 }
 
 void SlotTableView::fitRowsToFont() {
@@ -147,10 +145,10 @@ QItemSelectionModel::SelectionFlags SlotTableView::selectionCommand(const QModel
                            : QItemSelectionModel::NoUpdate;
 }
 
-QList<QUrl> SlotTableView::welcomeFiles(const QDropEvent& event) const {
+QList<QUrl> SlotTableView::filesOf(const QMimeData& mime) const {
     QStringList paths;
-    for (const QUrl& url : event.mimeData()->urls()) {
-        if (const QUrl file = asChosen(url); hasFileType(file, dropFileType_)) {
+    for (const QUrl& url : mime.urls()) {
+        if (const QUrl file = asChosen(url); hasFileType(file, fileType_)) {
             paths.append(file.toLocalFile());
         }
     }
@@ -158,24 +156,37 @@ QList<QUrl> SlotTableView::welcomeFiles(const QDropEvent& event) const {
     sortNaturally(paths);
     QList<QUrl> files;
     for (const QString& path : paths) {
-        const QUrl file = QUrl::fromLocalFile(path);
-        if (files.size() < model()->rowCount() && isGoodDrop_(file)) {
-            files.append(file);
-        }
+        files.append(QUrl::fromLocalFile(path));
     }
     return files;
+}
+
+void SlotTableView::paste() {
+    const QList<QUrl> files = filesOf(*QGuiApplication::clipboard()->mimeData());
+    if (const int row = selectedRow(); row >= 0 && !files.isEmpty()) {
+        fileAction_(row, files);
+    }
 }
 
 bool SlotTableView::isWelcome() const {
     return !dropFiles_.isEmpty() && QApplication::activeModalWidget() == nullptr;
 }
 
-QList<QUrl> SlotTableView::filesFrom(int row) const {
-    return dropFiles_.mid(0, model()->rowCount() - row);
+int SlotTableView::countFrom(int row) const {
+    return static_cast<int>(std::min(dropFiles_.size(), static_cast<qsizetype>(model()->rowCount() - row)));
 }
 
 void SlotTableView::dragEnterEvent(QDragEnterEvent* event) {
-    dropFiles_ = welcomeFiles(*event);
+    forgetDrag();
+    dragged_ = event->mimeData()->urls().size();
+    dropFiles_ = filesOf(*event->mimeData());
+    if (isWelcome() && judge_) {
+        judging_ = judge_(dropFiles_, [this](const QList<QUrl>& accepted) {
+            dropFiles_ = accepted;
+            markDropRow(isWelcome() ? dropRow_ : -1);
+            viewport()->update();
+        });
+    }
     event->setAccepted(isWelcome());
 }
 
@@ -186,12 +197,13 @@ void SlotTableView::dragMoveEvent(QDragMoveEvent* event) {
 }
 
 void SlotTableView::dragLeaveEvent(QDragLeaveEvent*) {
-    markDropRow(-1);
+    forgetDrag();
 }
 
 void SlotTableView::dropEvent(QDropEvent* event) {
     const int row = isWelcome() ? rowAt(event->position().toPoint().y()) : -1;
-    markDropRow(-1);
+    const QList<QUrl> files = dropFiles_;
+    forgetDrag();
     if (row < 0) {
         event->ignore();
         return;
@@ -201,11 +213,17 @@ void SlotTableView::dropEvent(QDropEvent* event) {
     // Queued, so that the program that the files come from does not wait until the first has been read.
     QMetaObject::invokeMethod(
         this,
-        [this, row, files = filesFrom(row)] {
+        [this, row, files] {
             selectRow(row);
-            dropAction_(files);
+            fileAction_(row, files);
         },
         Qt::QueuedConnection);
+}
+
+void SlotTableView::forgetDrag() {
+    judging_.request_stop();
+    dropFiles_.clear();
+    markDropRow(-1);
 }
 
 void SlotTableView::markDropRow(int row) {
@@ -220,12 +238,25 @@ void SlotTableView::paintEvent(QPaintEvent* event) {
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(visualRect(model()->index(model()->rowCount() / 2, 0)), Qt::AlignCenter, notice_);
     if (dropRow_ >= 0) {
-        painter.setPen(
-            QPen(palette().color(QPalette::Highlight), kRowMarkWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-        const int inset = kRowMarkWidth / 2;
-        const auto rows = static_cast<int>(filesFrom(dropRow_).size());
-        painter.drawRect(QRect(0, rowViewportPosition(dropRow_), viewport()->width(), rows * rowHeight(dropRow_))
-                             .adjusted(inset, inset, -inset, -inset));
+        paintDropFrame(painter);
+    }
+}
+
+void SlotTableView::paintDropFrame(QPainter& painter) const {
+    const int count = countFrom(dropRow_);
+    const QRect frame(0, rowViewportPosition(dropRow_), viewport()->width(), count * rowHeight(dropRow_));
+    const int inset = kRowMarkWidth / 2;
+    const QColor color = palette().color(QPalette::Highlight);
+    painter.setPen(QPen(color, kRowMarkWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(frame.adjusted(inset, inset, -inset, -inset));
+    if (count < dragged_) {
+        const QString text = tr("%1 of %2").arg(count).arg(dragged_);
+        QRect label(QPoint(),
+                    QSize(fontMetrics().horizontalAdvance(text) + 2 * SlotDelegate::kLabelMargin, rowHeight(dropRow_)));
+        label.moveBottomRight(frame.bottomRight());
+        painter.fillRect(label, color);
+        painter.setPen(palette().color(QPalette::HighlightedText));
+        painter.drawText(label, Qt::AlignCenter, text);
     }
 }
 

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <QHash>
 #include <QTableView>
 #include <QUrl>
 #include <QVariantAnimation>
 #include <functional>
+#include <stop_token>
+#include <utility>
+
+class QMimeData;
 
 namespace kelvo {
 
@@ -21,16 +26,20 @@ public:
     /// The selected row, -1 for none.
     int selectedRow() const;
 
-    /// Runs when the user presses `key` here.
-    void setKeyAction(Qt::Key key, const std::function<void()>& action);
+    /// Runs when the user presses these keys here.
+    void setKeyAction(const QKeySequence& keys, const std::function<void()>& action);
 
-    /// Runs after local files of this type that `isGood` takes have been dropped on a row and the row has been
-    /// selected: with them in natural order, those that would not fit into this row and the ones below left out. What
-    /// else is among them is passed over, a folder too; nothing but that is no drop, and nothing is one while a modal
-    /// window is open. `isGood` is asked when a drag comes over the table, not for its moves there, once for each file,
-    /// and for no more of them than fill the table.
-    void setDropAction(const QString& fileType, std::function<bool(const QUrl&)> isGood,
-                       std::function<void(const QList<QUrl>&)> action);
+    /// Runs after local files of this type have been dropped on a row or pasted into the selected one, and the row has
+    /// been selected: with the files in natural order. Other files among them are ignored. Nothing is accepted while a
+    /// modal window is open.
+    void setFileAction(const QString& fileType, std::function<void(int row, const QList<QUrl>& files)> action);
+
+    /// Receives those of the judged files that an import would accept, at most one for each row.
+    using Verdict = std::function<void(const QList<QUrl>& accepted)>;
+    /// Begins to judge files, and calls back later unless it is stopped.
+    using Judge = std::function<std::stop_source(const QList<QUrl>& files, const Verdict& verdict)>;
+    /// Judges files while they are dragged here. Until the verdict comes, files count as accepted by their names.
+    void setFileJudge(Judge judge) { judge_ = std::move(judge); }
 
     /// What is being waited for, drawn subdued in the middle of the rows while there are no labels; empty for nothing.
     void setNotice(const QString& notice);
@@ -38,9 +47,9 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    /// A transfer that has just been finished leaves a full line in its row that fades away within 0.6 s, or stands and
-    /// is gone then where the desktop wants no animations.
-    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles = {}) override;
+    /// Shows a full line in the row that fades away within 0.6 s, or stands and is gone then where the desktop wants no
+    /// animations.
+    void showFinished(int row);
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
@@ -54,20 +63,25 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QList<QUrl> welcomeFiles(const QDropEvent& event) const;
+    /// The files for this table, by their names.
+    QList<QUrl> filesOf(const QMimeData& mime) const;
+    void paste();
     bool isWelcome() const;
-    QList<QUrl> filesFrom(int row) const;
+    /// How many of the dragged files fit from this row on.
+    int countFrom(int row) const;
+    void forgetDrag();
     void markDropRow(int row);
-    void fadeLine(int row);
+    void paintDropFrame(QPainter& painter) const;
     void fitRowsToFont();
 
     SlotDelegate* delegate_;
-    QVariantAnimation fading_{this};
-    int fadingRow_ = -1;
-    QString dropFileType_;
-    std::function<bool(const QUrl&)> isGoodDrop_;
-    std::function<void(const QList<QUrl>&)> dropAction_;
-    QList<QUrl> dropFiles_;  // that are being dragged here and are welcome
+    QHash<int, QVariantAnimation*> fading_;  // by row
+    QString fileType_;
+    std::function<void(int, const QList<QUrl>&)> fileAction_;
+    Judge judge_;
+    std::stop_source judging_{std::nostopstate};
+    qsizetype dragged_ = 0;  // files that are being dragged here, of any kind
+    QList<QUrl> dropFiles_;  // those of them that are accepted, as far as is known
     QString notice_;
     int dropRow_ = -1;  // under the files that are being dragged
 };

@@ -1,12 +1,12 @@
 #include "StepButtons.h"
 
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
-#include <QTextDocument>
 #include <initializer_list>
 
-#include "SlotLabel.h"
+#include "ImportQueue.h"
 #include "SlotTableView.h"
 #include "SymbolIcon.h"
 
@@ -15,53 +15,73 @@ namespace {
 
 void describe(QPushButton& button, const QString& text) {
     button.setAccessibleDescription(text);
-    // A file's name may look like markup.
-    button.setToolTip(Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text);
+    button.setToolTip(plainToolTip(text));
 }
 
 QString sentence(const FolderPlace& place, const QString& neighbour, const QString& which, const QString& keys) {
     if (place.file.isEmpty()) {
-        return QObject::tr("After an import into the row: the %1 file of the folder (%2)").arg(which, keys);
+        return QObject::tr("Once this row has a file, imports the %1 one from its folder (%2)").arg(which, keys);
+    }
+    if (place.isFolderGone) {
+        return QObject::tr("The folder of this row's file is gone");
     }
     if (!place.isRead) {
-        return QObject::tr("Import the %1 file of the folder (%2)").arg(which, keys);
+        return QObject::tr("Imports the %1 file from its folder (%2)").arg(which, keys);
     }
-    return neighbour.isEmpty() ? QObject::tr("There is no %1 file in the folder (%2)").arg(which, keys)
-                               : QObject::tr("Import %1 (%2)").arg(printable(neighbour), keys);
+    return neighbour.isEmpty() ? QObject::tr("There is no %1 file in the folder").arg(which)
+                               : QObject::tr("Imports %1 (%2)").arg(printable(neighbour), keys);
+}
+
+bool leadsOn(const FolderPlace& place, const QString& neighbour) {
+    return !place.file.isEmpty() && !place.isFolderGone && !(place.isRead && neighbour.isEmpty());
 }
 
 }  // namespace
 
-StepButtons::StepButtons(SlotTableView& view, QPushButton& import, QPushButton& previous, QPushButton& next,
-                         ImportQueue& queue, ImportQueue::Table& table)
-    : view_(view), previous_(previous), next_(next), queue_(queue), table_(table) {
+StepButtons::StepButtons(SlotBank& bank, ImportQueue& queue, QPushButton& import, QPushButton& previous,
+                         QPushButton& next, QLabel& fileLine)
+    : bank_(bank), queue_(queue), previous_(previous), next_(next), fileLine_(fileLine) {
     // Not the theme's: a grey arrow looks the same on a dead button as on a live one.
     previous_.setIcon(symbolIcon(Symbol::Up));
     next_.setIcon(symbolIcon(Symbol::Down));
-    connectStep(previous_, import, Qt::Key_Up, -1);
-    connectStep(next_, import, Qt::Key_Down, 1);
-    table_.changed = [this] { update(); };
-    QObject::connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, &next_, [this] { update(); });
+    connectStep(previous_, import, Qt::Key_Up, Qt::Key_PageUp, -1);
+    connectStep(next_, import, Qt::Key_Down, Qt::Key_PageDown, 1);
+    QObject::connect(bank_.table->selectionModel(), &QItemSelectionModel::selectionChanged, &next_,
+                     [this] { update(); });
     update();
 }
 
-void StepButtons::connectStep(QPushButton& button, QPushButton& import, Qt::Key key, int direction) {
-    const auto step = [this, direction] { queue_.step(table_, view_.selectedRow(), direction); };
+void StepButtons::connectStep(QPushButton& button, QPushButton& import, Qt::Key arrow, Qt::Key page, int direction) {
+    const auto step = [this, direction] { queue_.step(bank_, bank_.table->selectedRow(), direction); };
     QObject::connect(&button, &QPushButton::clicked, &button, step);
-    for (QWidget* const focus : std::initializer_list<QWidget*>{&view_, &import, &previous_, &next_}) {
-        auto* const shortcut = new QShortcut(Qt::CTRL | key, focus);
-        shortcut->setContext(Qt::WidgetShortcut);
-        QObject::connect(shortcut, &QShortcut::activated, &button, step);
+    for (QWidget* const focus : std::initializer_list<QWidget*>{bank_.table, &import, &previous_, &next_}) {
+        for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | arrow), QKeySequence(page)}) {
+            auto* const shortcut = new QShortcut(keys, focus);
+            shortcut->setContext(Qt::WidgetShortcut);
+            QObject::connect(shortcut, &QShortcut::activated, &button, step);
+        }
     }
 }
 
+void StepButtons::enable(QPushButton& button, bool isEnabled) {
+    if (!isEnabled && button.hasFocus()) {
+        // The toolkit would pass the focus on to the next button, which may be the one that deletes.
+        bank_.table->setFocus();
+    }
+    button.setEnabled(isEnabled);
+}
+
 void StepButtons::update() {
-    const int row = view_.selectedRow();
-    const FolderPlace place = queue_.where(table_, row);
-    previous_.setEnabled(!place.file.isEmpty());
-    next_.setEnabled(!place.file.isEmpty());
-    describe(previous_, sentence(place, place.previous, QStringLiteral("previous"), QStringLiteral("Ctrl+Up")));
-    describe(next_, sentence(place, place.next, QStringLiteral("next"), QStringLiteral("Ctrl+Down")));
+    const int row = bank_.table->selectedRow();
+    const FolderPlace place = row >= 0 ? bank_.slot(row).place : FolderPlace();
+    enable(previous_, leadsOn(place, place.previous));
+    enable(next_, leadsOn(place, place.next));
+    describe(previous_, sentence(place, place.previous, QObject::tr("previous"), QObject::tr("Ctrl+Up, Page Up")));
+    describe(next_, sentence(place, place.next, QObject::tr("next"), QObject::tr("Ctrl+Down, Page Down")));
+    const QString file = placeText(place);
+    fileLine_.setText(fileLine_.fontMetrics().elidedText(file, Qt::ElideMiddle, bank_.table->width()));
+    fileLine_.setToolTip(plainToolTip(file));
+    fileLine_.setAccessibleName(file);
 }
 
 }  // namespace kelvo

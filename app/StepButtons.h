@@ -1,34 +1,39 @@
 #pragma once
 
-#include "ImportQueue.h"
+#include <Qt>
 
+class QLabel;
 class QPushButton;
 
 namespace kelvo {
 
-class SlotTableView;
+class ImportQueue;
+struct SlotBank;
 
-/// The two buttons beside a table's import, and the keys of the same meaning: the previous and the next file of the
-/// folder from which the selected row's file came; the keys work in the table and on the three buttons. Disabled for a
-/// row without a file; else their tooltips name the file that will come. Main thread.
+/// What belongs to the file of a table's selected row: the two buttons that import the previous and the next file of
+/// its folder, the keys that do the same in the table and on the buttons, and the line that names the file. A button
+/// that leads nowhere is disabled. Main thread.
 class StepButtons {
 public:
-    /// All that it is given outlives this object, which is `table`'s `changed`.
-    StepButtons(SlotTableView& view, QPushButton& import, QPushButton& previous, QPushButton& next, ImportQueue& queue,
-                ImportQueue::Table& table);
+    /// All references must outlive this object. The bank's table has its model.
+    StepButtons(SlotBank& bank, ImportQueue& queue, QPushButton& import, QPushButton& previous, QPushButton& next,
+                QLabel& fileLine);
     StepButtons(const StepButtons&) = delete;
     StepButtons& operator=(const StepButtons&) = delete;
     ~StepButtons() = default;
 
-private:
-    void connectStep(QPushButton& button, QPushButton& import, Qt::Key key, int direction);
+    /// The bank's slots have changed.
     void update();
 
-    SlotTableView& view_;
+private:
+    void connectStep(QPushButton& button, QPushButton& import, Qt::Key arrow, Qt::Key page, int direction);
+    void enable(QPushButton& button, bool isEnabled);
+
+    SlotBank& bank_;
+    ImportQueue& queue_;
     QPushButton& previous_;
     QPushButton& next_;
-    ImportQueue& queue_;
-    ImportQueue::Table& table_;
+    QLabel& fileLine_;
 };
 
 }  // namespace kelvo

@@ -35,13 +35,32 @@ protected:
     QString amp(const QString& name, std::uint32_t first = 1) const {
         return files_.write(name, ampFile(std::array{first}));
     }
+    /// Whether the button's description becomes this text.
+    bool says(const char* name, const QString& text) const {
+        return serveUntil([&] { return button(name).accessibleDescription() == text; });
+    }
+    /// Whether the next file will be the one of that name.
+    bool willBring(const QString& name) const { return says("nextIR", "Imports " + name + " (Ctrl+Down, Page Down)"); }
+    static SlotState state(const SlotTableView& table, int row) {
+        return table.model()->index(row, 0).data(SlotTableModel::kStateRole).value<SlotState>();
+    }
+    static std::vector<int> rowsThatAre(SlotState wanted, const SlotTableView& table) {
+        std::vector<int> rows;
+        for (int row = 0; row < kTableRows; ++row) {
+            if (state(table, row) == wanted) {
+                rows.push_back(row);
+            }
+        }
+        return rows;
+    }
+    static std::vector<int> waitingRows(const SlotTableView& table) { return rowsThatAre(SlotState::Waiting, table); }
     QPushButton& button(const char* name) const {
         return *app_.controller.window().findChild<QPushButton*>(QLatin1String(name));
     }
-    void press(Qt::Key key, int times = 1) {
+    void press(Qt::Key key, int times = 1, Qt::KeyboardModifier modifier = Qt::ControlModifier) {
         cab_.setFocus();
         for (int i = 0; i < times; ++i) {
-            QTest::keyClick(&cab_, key, Qt::ControlModifier);
+            QTest::keyClick(&cab_, key, modifier);
         }
     }
     bool isIdle() const { return app_.controller.transferState().IRProgress.acknowledged == 4; }

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFile>
 
 #include "Driver.h"
-#include "EventCount.h"
 #include "FileDrag.h"
 #include "FileImports.h"
 
@@ -44,15 +44,6 @@ protected:
         for (int row = 0; row < 10; ++row) {
             const int middle = table.visualRect(table.model()->index(row, 0)).center().y();
             if (picture.pixelColor(0, middle) == table.palette().color(QPalette::Highlight)) {
-                rows.push_back(row);
-            }
-        }
-        return rows;
-    }
-    static std::vector<int> waitingRows(const SlotTableView& table) {
-        std::vector<int> rows;
-        for (int row = 0; row < 10; ++row) {
-            if (table.model()->index(row, 0).data(Qt::AccessibleDescriptionRole) == "waiting") {
                 rows.push_back(row);
             }
         }
@@ -130,7 +121,7 @@ TEST_F(FileSet, ofTenModelsSendsEveryReportThatTenSingleImportsSend) {
     EXPECT_EQ(app_.pedal.memory().amp[9].words[1], 0x0A25212DU);
 }
 
-TEST_F(FileSet, passesOverWhatIsRefusedWhichTakesNoRow) {
+TEST_F(FileSet, skipsRefusedFilesWhichTakeNoRow) {
     QList<QUrl> files = waves({"1", "4"}) + urls({bad("2.wav"), amp("3.amp"), bad("5.wav"), files_.path("gone.wav")});
     files.append(QUrl("http://localhost/0.wav"));
     EXPECT_TRUE(drop(cab_, 2, files));
@@ -146,26 +137,38 @@ TEST_F(FileSet, ofModelsPassesOverAWaveAmongThem) {
     EXPECT_EQ(app_.ampLabel(9), "65.C");
 }
 
-TEST_F(FileSet, passesOverAFolder) {
+TEST_F(FileSet, skipsAFolder) {
     ASSERT_TRUE(QDir(files_.path("")).mkdir("folder.wav"));
     const QList<QUrl> folders = urls({files_.path("folder.wav"), files_.path("")});
-    EXPECT_FALSE(drop(cab_, 0, folders));
     EXPECT_TRUE(drop(cab_, 0, folders + waves({"z"})));
     EXPECT_TRUE(holds(0, "Z"));
 }
 
-TEST_F(FileSet, ofRefusedFilesOnlyIsNoDrop) {
-    EXPECT_FALSE(drop(cab_, 2, urls({bad("1.wav"), bad("2.wav")})));
-    // One that is whole and of a kind that nobody converts.
+TEST_F(FileSet, ofRefusedFilesOnlyIsNotAcceptedOnceTheyHaveBeenJudged) {
+    // One that is whole and of a depth that is not converted.
     const QString strange = files_.write("3.wav", WaveFile{.bitsPerSample = 12, .data = FileBytes(8)}.bytes());
-    EXPECT_FALSE(drop(cab_, 2, urls({strange})));
-    EXPECT_FALSE(drop(amp_, 2, urls({bad("1.amp"), files_.path("gone.amp")})));
-    EXPECT_EQ(FileDrag(cab_, urls({strange})).drop(2), Qt::IgnoreAction);
+    const auto isRefused = [](SlotTableView& table, const QList<QUrl>& files) {
+        FileDrag drag(table, files);
+        EXPECT_TRUE(drag.enter(2));
+        return serveUntil([&] { return !drag.moveTo(2); }) && drag.drop(2) == Qt::IgnoreAction;
+    };
+    EXPECT_TRUE(isRefused(cab_, urls({bad("1.wav"), bad("2.wav"), strange})));
+    EXPECT_TRUE(isRefused(amp_, urls({bad("1.amp"), files_.path("gone.amp")})));
+}
+
+TEST_F(FileSet, ofRefusedFilesOnlyThatIsDroppedBeforeTheyAreJudgedChangesNothing) {
+    EXPECT_TRUE(drop(cab_, 2, urls({bad("1.wav"), bad("2.wav")})));
+    EXPECT_EQ(app_.cabLabel(2), "29.VINTAGE412");
+    EXPECT_EQ(transfer(), 0U);
+    EXPECT_THAT(waitingRows(cab_), IsEmpty());
 }
 
 TEST_F(FileSet, takesAFileThatIsNamedTwiceOnce) {
     const QList<QUrl> two = waves({"1", "2"});
-    EXPECT_TRUE(drop(cab_, 0, {two[1], two[0], QUrl(two[0].toString() + "?again"), two[1]}));
+    ASSERT_TRUE(QFile::link(files_.path(""), files_.path("again")));
+    EXPECT_TRUE(drop(
+        cab_, 0,
+        {two[1], two[0], QUrl(two[0].toString() + "?again"), two[1], QUrl::fromLocalFile(files_.path("again/1.wav"))}));
     ASSERT_TRUE(changed(2));
     EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 27 <- \"1\""), StartsWith("CAB 28 <- \"2\"")));
     EXPECT_EQ(app_.cabLabel(2), "29.VINTAGE412");
@@ -175,7 +178,8 @@ TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
     FileDrag drag(cab_, waves({"1", "2", "3"}) + urls({bad("4.wav"), amp("5.amp")}));
     EXPECT_TRUE(drag.enter(1));
     EXPECT_TRUE(drag.moveTo(1));
-    EXPECT_THAT(markedRows(cab_), ElementsAre(1, 2, 3));
+    EXPECT_THAT(markedRows(cab_), ElementsAre(1, 2, 3, 4));
+    ASSERT_TRUE(serveUntil([&] { return markedRows(cab_) == std::vector{1, 2, 3}; }));
     EXPECT_TRUE(drag.moveTo(0));
     EXPECT_THAT(markedRows(cab_), ElementsAre(0, 1, 2));
     EXPECT_TRUE(drag.moveTo(6));
@@ -186,25 +190,6 @@ TEST_F(FileSet, marksAsManyRowsAsWillBeWritten) {
     EXPECT_THAT(markedRows(cab_), IsEmpty());
     EXPECT_TRUE(drop(cab_, 3, waves({"1", "2"})));
     EXPECT_THAT(markedRows(cab_), IsEmpty());
-}
-
-TEST_F(FileSet, isMarkedAnewWhenTheRowChangesAndOnlyThen) {
-    EventCount paintings(*cab_.viewport(), QEvent::Paint);
-    const auto painted = [&paintings] {
-        QCoreApplication::processEvents();
-        return paintings.take();
-    };
-    FileDrag drag(cab_, waves({"1", "2"}));
-    drag.enter(1);
-    painted();
-    drag.moveTo(1);
-    EXPECT_EQ(painted(), 1);
-    drag.moveTo(1);
-    EXPECT_EQ(painted(), 0);
-    drag.moveTo(2);
-    EXPECT_EQ(painted(), 1);
-    drag.leave();
-    EXPECT_EQ(painted(), 1);
 }
 
 TEST_F(FileSet, isMarkedByAFrameOfTwoPixelsAroundTheRowsThatWillBeWritten) {
@@ -223,34 +208,48 @@ TEST_F(FileSet, isMarkedByAFrameOfTwoPixelsAroundTheRowsThatWillBeWritten) {
     }
 }
 
-TEST_F(FileSet, isJudgedOncePerDragAndNotBeyondWhatFillsTheTable) {
-    std::vector<QString> asked;
-    QList<QUrl> taken;
-    cab_.setDropAction(
-        "wav",
-        [&asked](const QUrl& url) {
-            asked.push_back(url.fileName());
-            return !url.fileName().startsWith('2');
-        },
-        [&taken](const QList<QUrl>& files) { taken = files; });
-    FileDrag drag(cab_, waves({"12", "11", "10", "9", "8", "7", "6", "5", "4", "3", "2", "1"}));
+TEST_F(FileSet, saysHowManyOfTheDraggedFilesWillBeWritten) {
+    const auto corner = [this](int row) {
+        const QRect rect = cab_.visualRect(cab_.model()->index(row, 0)).adjusted(4, 4, -4, -4);
+        return cab_.viewport()->grab(rect).toImage().copy(rect.width() - 60, 0, 60, rect.height());
+    };
+    FileDrag all(cab_, waves({"1", "2"}));
+    all.enter(1);
+    all.moveTo(1);
+    const QImage plain = corner(2);
+    all.leave();
+    FileDrag some(cab_, waves({"1", "2"}) + urls({amp("3.amp")}));
+    some.enter(1);
+    some.moveTo(1);
+    EXPECT_NE(corner(2), plain);
+}
+
+TEST_F(FileSet, isJudgedOncePerDragAndStoppedWhenItLeaves) {
+    QList<QUrl> judged;
+    std::stop_source stop;
+    cab_.setFileJudge([&](const QList<QUrl>& files, const SlotTableView::Verdict&) {
+        judged += files;
+        return stop;
+    });
+    const QList<QUrl> files = waves({"1", "2"});
+    FileDrag drag(cab_, files);
     drag.enter(0);
     for (int row = 0; row < 10; ++row) {
         EXPECT_TRUE(drag.moveTo(row));
     }
-    drag.drop(7);
-    EXPECT_THAT(asked, ElementsAre("1.wav", "2.wav", "3.wav", "4.wav", "5.wav", "6.wav", "7.wav", "8.wav", "9.wav",
-                                   "10.wav", "11.wav"));
-    EXPECT_EQ(taken, urls({files_.path("1.wav"), files_.path("3.wav"), files_.path("4.wav")}));
+    EXPECT_EQ(judged, files);
+    EXPECT_FALSE(stop.stop_requested());
+    drag.leave();
+    EXPECT_TRUE(stop.stop_requested());
 }
 
 TEST_F(FileSet, leavesEachRowItsOwnFileToGoOnFrom) {
     waves({"1", "2", "3", "4", "5"});
     EXPECT_TRUE(drop(cab_, 3, urls({files_.path("2.wav"), files_.path("4.wav")})));
     ASSERT_TRUE(changed(2));
-    ASSERT_TRUE(serveUntil([&] { return isIdle() && button("nextIR").toolTip() == "Import 3.wav (Ctrl+Down)"; }));
+    ASSERT_TRUE(isIdle() && willBring("3.wav"));
     clickRow(cab_, 4);
-    EXPECT_TRUE(serveUntil([&] { return button("nextIR").toolTip() == "Import 5.wav (Ctrl+Down)"; }));
+    EXPECT_TRUE(willBring("5.wav"));
     press(Qt::Key_Up);
     EXPECT_TRUE(holds(4, "3"));
     clickRow(cab_, 5);
@@ -338,25 +337,15 @@ TEST_F(FileSetOfASilentPedal, ofModelsGoesOnWhenTheirNameIsAcknowledged) {
     EXPECT_STREQ(app_.controller.transferState().SendAMPFileName.data(), "2");
 }
 
-TEST_F(FileSetOfASilentPedal, showsAnEmptyLineInTheRowsThatWait) {
-    begin();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(cab_.model()->index(4, 0).data(Qt::AccessibleDescriptionRole), "0 % sent");
-    EXPECT_EQ(cab_.model()->index(6, 0).data(SlotTableModel::kTransferRole), 0.0);
-    EXPECT_FALSE(cab_.model()->index(7, 0).data(SlotTableModel::kTransferRole).isValid());
-    EXPECT_FALSE(amp_.model()->index(5, 0).data(SlotTableModel::kTransferRole).isValid());
-}
-
-TEST_F(FileSetOfASilentPedal, beginsAtOnceThoughATransferRuns) {
-    app_.importIR(0, wave("0.wav"));
-    acknowledge({1});
+TEST_F(FileSetOfASilentPedal, waitsForTheEndOfATransferOfEitherKind) {
+    app_.importAMP(0, amp("0.amp"));
+    acknowledge({1, 2}, 0xE2);
     ASSERT_TRUE(drop(cab_, 4, waves({"1", "2"})));
-    EXPECT_EQ(transfer(), 2U);
+    EXPECT_EQ(transfer(), 0U);
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(4, 5));
+    acknowledge({3, 4, 5}, 0xE2);
     EXPECT_EQ(sending(), "1");
-    acknowledge({1, 2, 3});
-    EXPECT_EQ(transfer(), 2U);
-    acknowledge({4});
-    EXPECT_EQ(sending(), "2");
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(5));
 }
 
 TEST_F(FileSetOfASilentPedal, leavesTheRowOfAFileThatIsGoneInTheMeantimeToTheNext) {
@@ -370,47 +359,31 @@ TEST_F(FileSetOfASilentPedal, leavesTheRowOfAFileThatIsGoneInTheMeantimeToTheNex
     EXPECT_EQ(app_.cabLabel(6), "33.BASS 4X10");
 }
 
-TEST_F(FileSetOfASilentPedal, tellsTheRowsThatBeginAndCeaseToWait) {
-    std::vector<int> told;
-    const QObject context;
-    QObject::connect(cab_.model(), &QAbstractItemModel::dataChanged, &context,
-                     [&](const QModelIndex& cell, const QModelIndex&, const QList<int>& roles) {
-                         if (roles.contains(Qt::AccessibleDescriptionRole) && cell.row() > 4) {
-                             told.push_back(cell.row());
-                         }
-                     });
-    begin();
-    EXPECT_THAT(told, ElementsAre(5, 6));
-    app_.services.choice.clear();
-    click(app_.controller.addIR());
-    EXPECT_THAT(told, ElementsAre(5, 6, 5, 6));
-}
-
-TEST_F(FileSetOfASilentPedal, isForgottenWhenAButtonOfAnImportIsPressed) {
+TEST_F(FileSetOfASilentPedal, goesOnWhenAChooserIsCancelledAndIsDroppedWhenAFileIsChosen) {
     begin();
     app_.services.choice.clear();
     click(app_.controller.addAMP());
-    EXPECT_THAT(waitingRows(cab_), IsEmpty());
-    expectTheEndAfter(1);
-}
-
-TEST_F(FileSetOfASilentPedal, isForgottenWhenReturnOpensTheChooser) {
-    begin();
-    app_.services.choice.clear();
     QTest::keyClick(&cab_, Qt::Key_Return);
-    expectTheEndAfter(1);
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6));
+    app_.importIR(9, wave("9.wav"));
+    EXPECT_EQ(sending(), "9");
+    expectTheEndAfter(2);
 }
 
-TEST_F(FileSetOfASilentPedal, isForgottenWhenAKeyAsksForTheNextFile) {
+TEST_F(FileSetOfASilentPedal, isFollowedByTheNextFileThatAKeyAskedFor) {
     begin();
-    EXPECT_EQ(cab_.selectedRow(), 4);
+    ASSERT_TRUE(willBring("2.wav"));
     press(Qt::Key_Down);
-    EXPECT_THAT(waitingRows(cab_), IsEmpty());
-    ASSERT_TRUE(serveUntil([&] { return button("nextIR").toolTip() == "Import 3.wav (Ctrl+Down)"; }));
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6));
     acknowledge({1, 2, 3, 4});
     EXPECT_EQ(sending(), "2");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 5);
+    acknowledge({1, 2, 3, 4});
+    acknowledge({1, 2, 3, 4});
+    EXPECT_TRUE(serveUntil([&] { return transfer() == 4; }));
+    EXPECT_EQ(sending(), "2");
     EXPECT_EQ(app_.controller.transferState().selectRow, 4);
-    expectTheEndAfter(2);
+    expectTheEndAfter(4);
 }
 
 TEST_F(FileSetOfASilentPedal, staysWhereAKeyAsksForNothing) {
@@ -420,25 +393,32 @@ TEST_F(FileSetOfASilentPedal, staysWhereAKeyAsksForNothing) {
     EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6));
 }
 
-TEST_F(FileSetOfASilentPedal, isForgottenWhenAnotherFileIsDropped) {
+TEST_F(FileSetOfASilentPedal, isFollowedByAnotherSetWhichReplacesItInTheSameRows) {
     begin();
-    ASSERT_TRUE(drop(amp_, 0, urls({amp("a.amp")})));
-    EXPECT_THAT(waitingRows(cab_), IsEmpty());
-    expectTheEndAfter(1);
-    EXPECT_EQ(app_.controller.transferState().AMPProgress.number, 2U);
+    ASSERT_TRUE(drop(amp_, 5, urls({amp("a.amp")})));
+    ASSERT_TRUE(drop(cab_, 6, waves({"7", "8"})));
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6, 7));
+    EXPECT_THAT(waitingRows(amp_), ElementsAre(5));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "2");
+    acknowledge({1, 2, 3, 4});
+    EXPECT_THAT(waitingRows(amp_), IsEmpty());
+    acknowledge({1, 2, 3, 4, 5}, 0xE2);
+    EXPECT_EQ(sending(), "7");
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "8");
+    expectTheEndAfter(5);
 }
 
-TEST_F(FileSetOfASilentPedal, givesWayToAnotherSet) {
+TEST_F(FileSetOfASilentPedal, holdsWhileAQuestionStands) {
     begin();
-    ASSERT_TRUE(drop(amp_, 5, urls({amp("a.amp"), amp("b.amp"), amp("c.amp")})));
-    EXPECT_THAT(waitingRows(cab_), IsEmpty());
-    EXPECT_THAT(waitingRows(amp_), ElementsAre(6, 7));
-    // The transfer that was running when it came ends nothing of it.
+    clickRow(cab_, 5);
+    app_.controller.deleteCAB();
     acknowledge({1, 2, 3, 4});
-    EXPECT_THAT(waitingRows(amp_), ElementsAre(6, 7));
-    acknowledge({1, 2, 3, 4, 5}, 0xE2);
-    EXPECT_THAT(waitingRows(amp_), ElementsAre(7));
     EXPECT_EQ(transfer(), 1U);
+    EXPECT_EQ(app_.cabLabel(5), "32.");
+    app_.services.alerts.back().answer(kAlertSecondButtonReturn);
+    EXPECT_EQ(sending(), "2");
 }
 
 TEST_F(FileSetOfASilentPedal, ofWhichAWaitingRowIsDeletedGoesOnWithTheRest) {
@@ -463,15 +443,63 @@ TEST_F(FileSetOfASilentPedal, losesNothingByTheDeletionOfAnotherRow) {
     EXPECT_THAT(waitingRows(amp_), ElementsAre(3));
 }
 
-TEST_F(FileSetOfASilentPedal, waitsBehindAPedalThatHangsUntilTheUserImports) {
-    begin();
-    acknowledge({1, 2, 3, 4, 1, 2});
-    // The second stops here.
-    EXPECT_THAT(waitingRows(cab_), ElementsAre(6));
-    EXPECT_THAT(app_.services.alerts, IsEmpty());
+/// Another transfer after the pedal has not answered for three seconds.
+class FileSetOfAHungPedal : public FileSetOfASilentPedal {
+protected:
+    void hang() {
+        begin();
+        acknowledge({1, 2, 3, 4});
+        acknowledge({1, 2});
+        ASSERT_TRUE(serveUntil([&] { return state(cab_, 5) == SlotState::NotAnswering; }));
+        EXPECT_THAT(waitingRows(cab_), ElementsAre(6));
+        EXPECT_EQ(transfer(), 2U);
+        EXPECT_THAT(app_.services.alerts, IsEmpty());
+    }
+};
+
+TEST_F(FileSetOfAHungPedal, isReplacedByASingleImport) {
+    hang();
     app_.importIR(9, wave("9.wav"));
-    EXPECT_EQ(transfer(), 3U);
     EXPECT_EQ(sending(), "9");
+    EXPECT_THAT(rowsThatAre(SlotState::CutOff, cab_), ElementsAre(5));
+    expectTheEndAfter(3);
+}
+
+TEST_F(FileSetOfAHungPedal, isReplacedByADrop) {
+    hang();
+    ASSERT_TRUE(drop(cab_, 8, waves({"7", "8"})));
+    EXPECT_EQ(sending(), "7");
+    EXPECT_THAT(waitingRows(cab_), ElementsAre(9));
+    EXPECT_THAT(rowsThatAre(SlotState::CutOff, cab_), ElementsAre(5));
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(sending(), "8");
+    expectTheEndAfter(4);
+}
+
+TEST_F(FileSetOfAHungPedal, isReplacedByASetOfTheOtherKindWhichGoesOnToItsEnd) {
+    hang();
+    ASSERT_TRUE(drop(amp_, 0, urls({amp("a.amp"), amp("b.amp")})));
+    EXPECT_THAT(rowsThatAre(SlotState::CutOff, cab_), ElementsAre(5));
+    acknowledge({1, 2, 3, 4, 5}, 0xE2);
+    acknowledge({1, 2, 3, 4, 5}, 0xE2);
+    EXPECT_THAT(rowsThatAre(SlotState::Sent, amp_), ElementsAre(0, 1));
+}
+
+TEST_F(FileSetOfAHungPedal, isReplacedByAStep) {
+    hang();
+    clickRow(cab_, 4);
+    press(Qt::Key_Down, 2);
+    EXPECT_TRUE(serveUntil([&] { return transfer() == 3; }));
+    EXPECT_EQ(sending(), "3");
+    EXPECT_EQ(app_.controller.transferState().selectRow, 4);
+    expectTheEndAfter(3);
+}
+
+TEST_F(FileSetOfAHungPedal, goesOnWhenThePedalAnswersAfterAll) {
+    hang();
+    acknowledge({3, 4});
+    EXPECT_EQ(sending(), "3");
+    EXPECT_THAT(rowsThatAre(SlotState::Sent, cab_), ElementsAre(4, 5));
     expectTheEndAfter(3);
 }
 

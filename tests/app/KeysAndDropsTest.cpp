@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTest>
 #include <array>
@@ -129,12 +132,12 @@ TEST_F(KeysAndDrops, aModelDroppedOnAnAmpRowIsImportedThere) {
     EXPECT_EQ(app_.pedal.memory().amp[9].words[1], 2U);
 }
 
-TEST_F(KeysAndDrops, aFileThatItsReaderRefusesIsNotWelcome) {
-    EXPECT_FALSE(drop(cab_, 2, file("noise.wav", {1, 2, 3})));
-    EXPECT_FALSE(drop(cab_, 2, file("rate.wav", WaveFile{.sampleRate = 22050, .data = {0, 1, 0, 2}}.bytes())));
-    EXPECT_FALSE(drop(amp_, 2, file("noise.amp", FileBytes(100, 'x'))));
+TEST_F(KeysAndDrops, aDroppedFileThatItsReaderRefusesChangesNothing) {
+    EXPECT_TRUE(drop(cab_, 2, file("noise.wav", {1, 2, 3})));
+    EXPECT_TRUE(drop(cab_, 2, file("rate.wav", WaveFile{.sampleRate = 22050, .data = {0, 1, 0, 2}}.bytes())));
+    EXPECT_TRUE(drop(amp_, 2, file("noise.amp", FileBytes(100, 'x'))));
     // As by its button: an escape in a model's path names no file.
-    EXPECT_FALSE(drop(amp_, 2, file("My Amp.amp", smallAmp())));
+    EXPECT_TRUE(drop(amp_, 2, file("My Amp.amp", smallAmp())));
     EXPECT_TRUE(drop(cab_, 3, file("good.wav", smallWave())));
     ASSERT_TRUE(app_.waitForChanges(1));
     EXPECT_EQ(app_.manager.activity().changes.size(), 1U);
@@ -155,17 +158,40 @@ TEST_F(KeysAndDrops, aFileThatOnlyHangsOverATableChangesNoTransfer) {
     EXPECT_EQ(AmpPiontBuff[1], 2U);
 }
 
-TEST_F(KeysAndDrops, theReaderIsAskedOncePerDragAndNotForItsMoves) {
-    int asked = 0;
-    cab_.setDropAction(
-        "wav", [&asked](const QUrl&) { return ++asked > 0; }, [](const QList<QUrl>&) {});
-    FileDrag drag(cab_, file("a.wav", smallWave()));
-    drag.enter(0);
-    for (int row = 0; row < 5; ++row) {
-        EXPECT_TRUE(drag.moveTo(row));
-    }
-    drag.drop(0);
-    EXPECT_EQ(asked, 1);
+TEST_F(KeysAndDrops, aDoubleClickOnARowImports) {
+    const QPoint row = cab_.visualRect(cab_.model()->index(3, 0)).center();
+    QTest::mouseClick(cab_.viewport(), Qt::LeftButton, {}, row);
+    QTest::mouseDClick(cab_.viewport(), Qt::LeftButton, {}, row);
+    EXPECT_THAT(app_.services.openPanelTitles, ElementsAre("Choose a .wav file for CAB 30"));
+}
+
+TEST_F(KeysAndDrops, copyTakesTheRowsThatWereSentAndPasteImportsThem) {
+    const QString first = files_.write("One two.wav", smallWave());
+    const QString second = files_.write("b.wav", smallWave());
+    app_.importIR(7, first);
+    ASSERT_TRUE(app_.waitForChanges(1));
+    app_.importIR(2, second);
+    ASSERT_TRUE(app_.waitForChanges(2));
+    ASSERT_TRUE(serveUntil([&] { return app_.controller.transferState().IRProgress.acknowledged == 4; }));
+    app_.importIR(4, files_.write("refused.wav", FileBytes{1, 2, 3}));
+    cab_.setFocus();
+    QTest::keyClick(&cab_, Qt::Key_C, Qt::ControlModifier);
+    const QMimeData* const copied = QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(copied->text(), "29\tB\t" + second + "\n34\tONE TWO\t" + first);
+    EXPECT_THAT(copied->urls(), ElementsAre(QUrl::fromLocalFile(second), QUrl::fromLocalFile(first)));
+    cab_.selectRow(8);
+    QTest::keyClick(&cab_, Qt::Key_V, Qt::ControlModifier);
+    ASSERT_TRUE(serveUntil([&] { return app_.manager.activity().changes.size() == 4; }));
+    EXPECT_EQ(app_.cabLabel(8), "35.B");
+    EXPECT_EQ(app_.cabLabel(9), "36.ONE TWO");
+}
+
+TEST_F(KeysAndDrops, copyWithoutASentRowLeavesTheClipboard) {
+    QGuiApplication::clipboard()->setText("kept");
+    QTest::keyClick(&cab_, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept");
+    QTest::keyClick(&cab_, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_FALSE(app_.controller.transferState().isInportIR);
 }
 
 TEST_F(KeysAndDrops, aUrlWithThisHostAQueryOrAFragmentIsOpenedByItsPath) {
@@ -173,7 +199,8 @@ TEST_F(KeysAndDrops, aUrlWithThisHostAQueryOrAFragmentIsOpenedByItsPath) {
     std::size_t changes = 0;
     for (const char* const form : {"file://localhost%1", "file://%1?version=2", "file://%1#middle"}) {
         EXPECT_TRUE(drop(cab_, 7, {QUrl(QString(form).arg(path))})) << form;
-        EXPECT_TRUE(app_.waitForChanges(++changes)) << form;
+        ++changes;
+        EXPECT_TRUE(serveUntil([&] { return app_.manager.activity().changes.size() == changes; })) << form;
     }
     EXPECT_EQ(app_.cabLabel(7), "34.MY CAB");
     EXPECT_FALSE(drop(cab_, 7, {QUrl(QString("file://elsewhere%1").arg(path))}));

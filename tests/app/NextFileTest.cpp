@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QLabel>
 
 #include "Driver.h"
 #include "FileImports.h"
@@ -28,7 +30,8 @@ protected:
         ASSERT_TRUE(serveUntil([&] { return isIdle() && knowsNeighbours(); }));
     }
     bool knowsNeighbours() const {
-        return !button("nextIR").toolTip().startsWith("Import the next") && button("nextIR").isEnabled();
+        return !button("nextIR").accessibleDescription().startsWith("Imports the next") &&
+               !button("nextIR").accessibleDescription().startsWith("Once");
     }
 };
 
@@ -66,6 +69,7 @@ TEST_F(NextFile, isSentAsItsSingleImportWouldBe) {
 
 TEST_F(NextFile, comesByTheButtonsBesideTheImport) {
     wave("b.wav");
+    wave("c.wav");
     importFirst(0, wave("a.wav"));
     click(button("nextIR"));
     EXPECT_TRUE(holds(0, "B"));
@@ -73,6 +77,8 @@ TEST_F(NextFile, comesByTheButtonsBesideTheImport) {
     ASSERT_TRUE(serveUntil([&] { return isIdle(); }));
     click(button("previousIR"));
     EXPECT_TRUE(holds(0, "A"));
+    EXPECT_FALSE(button("previousIR").isEnabled());
+    EXPECT_TRUE(cab_.hasFocus());
 }
 
 TEST_F(NextFile, comesByTheKeysOnTheButtonsOfItsTableToo) {
@@ -99,7 +105,7 @@ TEST_F(NextFile, ofAnAmpIsTheNextModel) {
     QTest::keyClick(&amp_, Qt::Key_Down, Qt::ControlModifier);
     EXPECT_TRUE(serveUntil([&] { return app_.pedal.memory().amp[3].name == "b"; }));
     EXPECT_EQ(app_.pedal.memory().amp[3].words[0], 2U);
-    EXPECT_TRUE(serveUntil([&] { return button("previousAMP").toolTip() == "Import a.amp (Ctrl+Up)"; }));
+    EXPECT_TRUE(says("previousAMP", "Imports a.amp (Ctrl+Up, Page Up)"));
 }
 
 TEST_F(NextFile, isOfferedOnlyForARowWithAFile) {
@@ -108,7 +114,7 @@ TEST_F(NextFile, isOfferedOnlyForARowWithAFile) {
     wave("b.wav");
     importFirst(2, wave("a.wav"));
     EXPECT_TRUE(button("nextIR").isEnabled());
-    EXPECT_TRUE(button("previousIR").isEnabled());
+    EXPECT_FALSE(button("previousIR").isEnabled());
     EXPECT_FALSE(button("nextAMP").isEnabled());
     clickRow(cab_, 3);
     EXPECT_FALSE(button("nextIR").isEnabled());
@@ -128,23 +134,66 @@ TEST_F(NextFile, isNotOfferedAfterARefusedFile) {
 }
 
 TEST_F(NextFile, isNamedByTheTooltipAndToAScreenReader) {
-    EXPECT_EQ(button("nextIR").toolTip(), "After an import into the row: the next file of the folder (Ctrl+Down)");
-    wave("c<b>.wav");
+    const QString none = "Once this row has a file, imports the next one from its folder (Ctrl+Down, Page Down)";
+    EXPECT_EQ(button("nextIR").accessibleDescription(), none);
+    wave("c&lt;b>.wav");
     importFirst(0, wave("a.wav"));
-    EXPECT_EQ(button("nextIR").accessibleDescription(), "Import c<b>.wav (Ctrl+Down)");
-    EXPECT_EQ(button("nextIR").toolTip(), "Import c&lt;b&gt;.wav (Ctrl+Down)");
-    EXPECT_EQ(button("previousIR").toolTip(), "There is no previous file in the folder (Ctrl+Up)");
+    EXPECT_EQ(button("nextIR").accessibleDescription(), "Imports c&lt;b>.wav (Ctrl+Down, Page Down)");
+    EXPECT_EQ(button("nextIR").toolTip(), "<qt>Imports c&amp;lt;b&gt;.wav (Ctrl+Down, Page Down)</qt>");
+    EXPECT_EQ(button("previousIR").accessibleDescription(), "There is no previous file in the folder");
+    EXPECT_FALSE(button("previousIR").isEnabled());
     clickRow(cab_, 1);
-    EXPECT_EQ(button("nextIR").toolTip(), "After an import into the row: the next file of the folder (Ctrl+Down)");
+    EXPECT_EQ(button("nextIR").accessibleDescription(), none);
     clickRow(cab_, 0);
     press(Qt::Key_Down);
-    EXPECT_TRUE(serveUntil([&] { return button("previousIR").toolTip() == "Import a.wav (Ctrl+Up)"; }));
+    EXPECT_TRUE(says("previousIR", "Imports a.wav (Ctrl+Up, Page Up)"));
+}
+
+TEST_F(NextFile, ofAFolderThatIsGoneIsSaidToBeGone) {
+    const SampleDir other;
+    ASSERT_TRUE(QDir(other.path("")).mkdir("pack"));
+    importFirst(0, other.write("pack/a.wav", WaveFile{.data = {0, 1}}.bytes()));
+    other.write("pack/b.wav", WaveFile{.data = {0, 1}}.bytes());
+    clickRow(cab_, 0);
+    ASSERT_TRUE(QDir(other.path("pack")).removeRecursively());
+    app_.importIR(1, wave("z.wav"));
+    ASSERT_TRUE(changed(2));
+    clickRow(cab_, 0);
+    // The buttons do not know yet, unless they led nowhere before.
+    press(Qt::Key_Down);
+    EXPECT_TRUE(says("nextIR", "The folder of this row's file is gone"));
+    EXPECT_FALSE(button("nextIR").isEnabled());
+}
+
+TEST_F(NextFile, isNamedWithItsPlaceInTheLineBelowTheTableAtEveryStep) {
+    QLabel& line = *app_.controller.window().findChild<QLabel*>("fileIR");
+    const auto shows = [&](const QString& text) { return serveUntil([&] { return line.text() == text; }); };
+    EXPECT_EQ(line.text(), "");
+    for (int i = 1; i <= 11; ++i) {
+        wave(QString("pos %1.wav").arg(i));
+    }
+    importFirst(3, files_.path("pos 1.wav"));
+    EXPECT_TRUE(shows("pos 1.wav, 1 of 11"));
+    for (int i = 2; i <= 11; ++i) {
+        press(Qt::Key_PageDown, 1, Qt::NoModifier);
+        EXPECT_TRUE(shows(QString("pos %1.wav, %1 of 11").arg(i)));
+        ASSERT_TRUE(changed(static_cast<std::size_t>(i)) && serveUntil([&] { return isIdle(); }));
+    }
+    EXPECT_EQ(cab_.model()->index(3, 0).data(Qt::AccessibleDescriptionRole), "sent: pos 11.wav, 11 of 11");
+    EXPECT_EQ(cab_.model()->index(3, 0).data(Qt::ToolTipRole), "<qt>pos 11.wav, 11 of 11</qt>");
+    clickRow(cab_, 4);
+    EXPECT_EQ(line.text(), "");
+    const QString longName = QString(120, 'n') + ".wav";
+    app_.importIR(4, wave(longName));
+    EXPECT_TRUE(line.text().contains(QChar(0x2026)));
+    EXPECT_LE(line.fontMetrics().horizontalAdvance(line.text()), cab_.width());
+    EXPECT_EQ(line.accessibleName().left(124), longName);
 }
 
 TEST_F(NextFile, comesFromTheFolderAsItIsNow) {
     wave("c.wav");
     importFirst(0, wave("a.wav"));
-    EXPECT_EQ(button("nextIR").toolTip(), "Import c.wav (Ctrl+Down)");
+    EXPECT_TRUE(willBring("c.wav"));
     wave("b.wav");
     press(Qt::Key_Down);
     EXPECT_TRUE(holds(0, "B"));
@@ -192,7 +241,7 @@ TEST_F(NextFile, fiftyTimesThroughAFolderOfWhichThreeAreRefusedPassesOverThem) {
         ASSERT_TRUE(serveUntil([&] { return isIdle(); })) << i;
     }
     press(Qt::Key_Down, 3);
-    EXPECT_TRUE(serveUntil([&] { return button("nextIR").toolTip().startsWith("There is no next"); }));
+    EXPECT_TRUE(says("nextIR", "There is no next file in the folder"));
     EXPECT_EQ(app_.manager.activity().changes.size(), 48U);
     EXPECT_THAT(app_.manager.activity().changes[1], StartsWith("CAB 33 <- \"IR 3\""));
     EXPECT_THAT(app_.manager.activity().changes[15], StartsWith("CAB 33 <- \"IR 18\""));
@@ -212,22 +261,19 @@ protected:
         app_.importIR(row, files_.path(name));
         ASSERT_TRUE(serveUntil([&] { return knowsNeighbours(); }));
     }
-    /// Whether the tooltip of the next button names that file, when the folder has been read.
-    bool willBring(const QString& name) const {
-        return serveUntil([&] { return button("nextIR").toolTip() == "Import " + name + " (Ctrl+Down)"; });
-    }
 };
 
 TEST_F(NextFileOfASilentPedal, waitsForTheEndOfTheRunningTransferAndTheLatestWins) {
     begin(0, "2.wav");
     press(Qt::Key_Down, 3);
     press(Qt::Key_Up);
-    EXPECT_TRUE(willBring("5.wav"));
     acknowledge({1, 2, 3});
     EXPECT_EQ(sending(), "2");
+    EXPECT_TRUE(willBring("3.wav"));
     acknowledge({4});
     EXPECT_TRUE(serveUntil([&] { return transfer() == 2; }));
     EXPECT_EQ(sending(), "4");
+    EXPECT_TRUE(willBring("5.wav"));
 }
 
 TEST_F(NextFileOfASilentPedal, doesNotTakeTheLateEndOfARestartedTransferForItsOwn) {
@@ -236,7 +282,7 @@ TEST_F(NextFileOfASilentPedal, doesNotTakeTheLateEndOfARestartedTransferForItsOw
     app_.importIR(0, files_.path("5.wav"));
     press(Qt::Key_Down);
     acknowledge({4});
-    EXPECT_TRUE(willBring("7.wav"));
+    EXPECT_TRUE(willBring("6.wav"));
     EXPECT_EQ(transfer(), 2U);
     acknowledge({1, 2, 3});
     EXPECT_EQ(transfer(), 2U);
@@ -245,10 +291,9 @@ TEST_F(NextFileOfASilentPedal, doesNotTakeTheLateEndOfARestartedTransferForItsOw
     EXPECT_EQ(sending(), "6");
 }
 
-TEST_F(NextFileOfASilentPedal, isForgottenWhenTheUserImportsHimself) {
+TEST_F(NextFileOfASilentPedal, isDroppedWhenTheUserImportsHimself) {
     begin(0, "2.wav");
     press(Qt::Key_Down);
-    EXPECT_TRUE(willBring("4.wav"));
     app_.importIR(0, files_.path("8.wav"));
     acknowledge({1, 2, 3, 4});
     EXPECT_TRUE(willBring("9.wav"));
@@ -256,22 +301,9 @@ TEST_F(NextFileOfASilentPedal, isForgottenWhenTheUserImportsHimself) {
     EXPECT_EQ(sending(), "8");
 }
 
-TEST_F(NextFileOfASilentPedal, isForgottenWhenTheButtonOfAnImportIsPressed) {
+TEST_F(NextFileOfASilentPedal, isDroppedWhenItsRowIsDeletedButNotWithAnother) {
     begin(0, "2.wav");
     press(Qt::Key_Down);
-    EXPECT_TRUE(willBring("4.wav"));
-    app_.services.choice.clear();
-    click(app_.controller.addAMP());
-    EXPECT_TRUE(willBring("3.wav"));
-    acknowledge({1, 2, 3, 4});
-    begin(1, "8.wav");
-    EXPECT_EQ(transfer(), 2U);
-}
-
-TEST_F(NextFileOfASilentPedal, isForgottenWhenItsRowIsDeletedButNotWithAnother) {
-    begin(0, "2.wav");
-    press(Qt::Key_Down);
-    EXPECT_TRUE(willBring("4.wav"));
     clickRow(cab_, 1);
     app_.controller.deleteCAB();
     app_.services.alerts.back().answer(1000);
@@ -280,7 +312,6 @@ TEST_F(NextFileOfASilentPedal, isForgottenWhenItsRowIsDeletedButNotWithAnother) 
     EXPECT_EQ(sending(), "3");
     clickRow(cab_, 0);
     press(Qt::Key_Down);
-    EXPECT_TRUE(willBring("5.wav"));
     app_.controller.deleteCAB();
     app_.services.alerts.back().answer(1000);
     acknowledge({1, 2, 3, 4});
@@ -294,7 +325,7 @@ TEST_F(NextFileOfASilentPedal, waitsForAnAmpsTransferToo) {
     app_.importAMP(1, files_.write("a.amp", ampFile(std::array<std::uint32_t, 1>{7})));
     press(Qt::Key_Down);
     acknowledge({1, 2, 3, 4}, 0xE2);
-    ASSERT_TRUE(serveUntil([&] { return button("nextAMP").toolTip().startsWith("There is no"); }));
+    ASSERT_TRUE(says("nextAMP", "There is no next file in the folder"));
     EXPECT_EQ(transfer(), 1U);
     acknowledge({5}, 0xE2);
     EXPECT_TRUE(serveUntil([&] { return sending() == "3"; }));

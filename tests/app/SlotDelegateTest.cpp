@@ -7,6 +7,7 @@
 #include <QStandardItemModel>
 #include <QTableView>
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "SlotDelegate.h"
@@ -28,7 +29,8 @@ protected:
                                                    Qt::black, Qt::white)) {
         QStandardItemModel model(1, 1);
         model.setData(model.index(0, 0), label);
-        model.setData(model.index(0, 0), share_, SlotTableModel::kTransferRole);
+        model.setData(model.index(0, 0), QVariant::fromValue(state_), SlotTableModel::kStateRole);
+        model.setData(model.index(0, 0), share_, SlotTableModel::kShareRole);
         QImage image(kWidth, kHeight, QImage::Format_RGB32);
         image.fill(palette.color(QPalette::Base));
         QStyleOptionViewItem option;
@@ -56,7 +58,8 @@ protected:
 
     QTableView table_;
     SlotDelegate delegate_;
-    QVariant share_;
+    SlotState state_ = SlotState::Idle;
+    double share_ = 0.0;
 };
 
 TEST_F(SlotDrawing, namesStandAtOnePlaceWhateverTheNumber) {
@@ -197,6 +200,7 @@ TEST_F(LineDrawing, isNotThereWithoutATransfer) {
 }
 
 TEST_F(LineDrawing, isTwoPixelsHighAndStrongAsFarAsTheTransferIs) {
+    state_ = SlotState::Running;
     share_ = 0.25;
     EXPECT_THAT(foot(0), ElementsAre(ground_, strong_, strong_, ground_, ground_));
     EXPECT_THAT(foot(49), ElementsAre(ground_, strong_, strong_, ground_, ground_));
@@ -208,11 +212,12 @@ TEST_F(LineDrawing, isTwoPixelsHighAndStrongAsFarAsTheTransferIs) {
 }
 
 TEST_F(LineDrawing, showsATransferThatNothingAcknowledges) {
-    share_ = 0.0;
+    state_ = SlotState::NotAnswering;
     EXPECT_THAT(foot(0), ElementsAre(ground_, trough_, trough_, ground_, ground_));
 }
 
 TEST_F(LineDrawing, isSeenOnASelectedRowWithAndWithoutTheFocus) {
+    state_ = SlotState::Running;
     share_ = 0.5;
     const QColor pale(179, 179, 239);
     EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(pale, strong_, strong_, pale, pale));
@@ -236,6 +241,56 @@ TEST_F(LineDrawing, ofAFinishedTransferIsFullAndAsOpaqueAsItIsTold) {
     EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_, ground_, ground_));
     delegate_.setFinished(1, 1.0);
     EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_, ground_, ground_));
+}
+
+TEST_F(LineDrawing, isBrokenWhereATransferWasCutOff) {
+    state_ = SlotState::CutOff;
+    const QColor subdued(102, 102, 102);
+    EXPECT_THAT(foot(0), ElementsAre(ground_, subdued, subdued, ground_, ground_));
+    EXPECT_THAT(foot(11), ElementsAre(ground_, subdued, subdued, ground_, ground_));
+    EXPECT_THAT(foot(12), ElementsAre(ground_, ground_, ground_, ground_, ground_));
+    EXPECT_THAT(foot(24), ElementsAre(ground_, subdued, subdued, ground_, ground_));
+}
+
+/// The contrast ratio of two colours, by the rule for text and graphics on the web: from 1 to 21.
+double contrast(const QColor& one, const QColor& other) {
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double value) {
+            return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+TEST_F(SlotDrawing, eachStateHasAMarkOfItsOwnWithAContrastOfThreeToOneOrMore) {
+    const QPalette light(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white);
+    const QPalette dark(Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::gray, Qt::white, QColor(30, 30, 30));
+    const QStyle::State enabled = QStyle::State_Enabled | QStyle::State_Active;
+    for (const QPalette& palette : {light, dark}) {
+        for (const QStyle::State state : {enabled, enabled | QStyle::State_Selected}) {
+            const auto mark = [&](SlotState shown) {
+                state_ = shown;
+                return draw("27.", state, palette).copy(kWidth / 2, 0, kWidth / 2, kHeight - 5);
+            };
+            std::vector<QImage> marks{mark(SlotState::Idle)};
+            const QColor ground = marks[0].pixelColor(0, 0);
+            for (const SlotState shown :
+                 {SlotState::Waiting, SlotState::Running, SlotState::NotAnswering, SlotState::Sent}) {
+                const QImage image = mark(shown);
+                EXPECT_THAT(marks, testing::Not(testing::Contains(image)));
+                marks.push_back(image);
+                double most = 1;
+                for (int y = 0; y < image.height(); ++y) {
+                    for (int x = 0; x < image.width(); ++x) {
+                        most = std::max(most, contrast(image.pixelColor(x, y), ground));
+                    }
+                }
+                EXPECT_GE(most, 3.0) << static_cast<int>(shown);
+            }
+        }
+    }
 }
 
 TEST_F(SlotDrawing, isLegibleOnADarkGround) {

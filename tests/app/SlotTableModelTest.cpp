@@ -1,28 +1,32 @@
 #include <gtest/gtest.h>
 
-#include <QSignalSpy>
-
 #include "SlotTableModel.h"
 
 namespace kelvo {
 namespace {
 
-/// Two rows that may be edited.
+/// Two rows that may be edited, of which the second one has a status.
 class TwoRows : public SlotTableDataSource {
 public:
     int numberOfRowsInTableView(int) const override { return 2; }
     QString tableView_objectValueForTableColumn_row(int, int, int row) const override { return QString::number(row); }
     bool tableView_shouldEditTableColumn_row(int, int, int) const override { return true; }
     void tableViewSelectionDidChange(int) override {}
+    RowStatus rowStatus(int, int row) const override { return row == 1 ? status : RowStatus(); }
+
+    RowStatus status;
 };
 
 class TwoRowModel : public testing::Test {
 protected:
-    QVariant share(int row) const { return model.index(row, 0).data(SlotTableModel::kTransferRole); }
-    QVariant spoken(int row) const { return model.index(row, 0).data(Qt::AccessibleDescriptionRole); }
+    QVariant data(int row, int role) const { return model.index(row, 0).data(role); }
+    QString spoken(const RowStatus& status) {
+        source.status = status;
+        return data(1, Qt::AccessibleDescriptionRole).toString();
+    }
 
     TwoRows source;
-    SlotTableModel model{source, 1, 4};
+    SlotTableModel model{source, 1};
 };
 
 TEST_F(TwoRowModel, hasAWordForItsOneColumnAndNoneForItsRows) {
@@ -36,33 +40,23 @@ TEST_F(TwoRowModel, letsACellBeEditedThatItsSourceLetsBeEdited) {
               Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable | Qt::ItemNeverHasChildren);
 }
 
-TEST_F(TwoRowModel, tellsOfARowThatBeginsOrEndsToWaitAndOfNoOther) {
-    const QSignalSpy told(&model, &QAbstractItemModel::dataChanged);
-    model.showWaiting({0});
-    EXPECT_EQ(share(0), 0.0);
-    EXPECT_EQ(spoken(0), "waiting");
-    EXPECT_FALSE(share(1).isValid());
-    EXPECT_FALSE(spoken(1).isValid());
-    ASSERT_EQ(told.size(), 1);
-    EXPECT_EQ(told[0][0].toModelIndex(), model.index(0, 0));
-    model.showWaiting({1});
-    ASSERT_EQ(told.size(), 3);
-    EXPECT_EQ(told[1][0].toModelIndex(), model.index(0, 0));
-    EXPECT_EQ(told[2][0].toModelIndex(), model.index(1, 0));
+TEST_F(TwoRowModel, givesTheStatusAsItIsNow) {
+    source.status = {SlotState::Running, 0.25, "a.wav"};
+    EXPECT_EQ(data(1, SlotTableModel::kStateRole).value<SlotState>(), SlotState::Running);
+    EXPECT_EQ(data(1, SlotTableModel::kShareRole), 0.25);
+    EXPECT_EQ(data(1, Qt::ToolTipRole), "<qt>a.wav</qt>");
+    EXPECT_EQ(data(0, SlotTableModel::kStateRole).value<SlotState>(), SlotState::Idle);
+    EXPECT_EQ(data(0, Qt::ToolTipRole), "");
 }
 
-TEST_F(TwoRowModel, leavesNoRowWithATransferThatIsOver) {
-    model.showTransfer(1, 0);
-    for (const int acknowledged : {1, 2, 3}) {
-        model.showTransfer(1, acknowledged);
-        EXPECT_EQ(share(1), acknowledged / 4.0);
-        EXPECT_EQ(spoken(1), QString("%1 % sent").arg(25 * acknowledged));
-    }
-    model.showTransfer(1, 4);
-    for (const int row : {0, 1}) {
-        EXPECT_FALSE(share(row).isValid()) << row;
-        EXPECT_FALSE(spoken(row).isValid()) << row;
-    }
+TEST_F(TwoRowModel, saysTheStatusToAScreenReader) {
+    EXPECT_EQ(spoken({}), "");
+    EXPECT_EQ(spoken({.file = "a.wav, 9 of 16"}), "a.wav, 9 of 16");
+    EXPECT_EQ(spoken({SlotState::Waiting}), "waiting");
+    EXPECT_EQ(spoken({SlotState::Running, 0.75, "a.wav"}), "75 % sent: a.wav");
+    EXPECT_EQ(spoken({SlotState::NotAnswering, 0.0, "a.wav"}), "0 % sent, no answer: a.wav");
+    EXPECT_EQ(spoken({SlotState::Sent, 0.0, "a.wav, 9 of 16"}), "sent: a.wav, 9 of 16");
+    EXPECT_EQ(spoken({SlotState::CutOff, 0.0, "a.wav"}), "cut off: a.wav");
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ TEST_F(SlotTables, areToldApartByTheirTags) {
 
 TEST_F(SlotTables, ofAnotherTag_haveTenEmptyCells) {
     app_.start();
-    SlotTableModel other(controller_, 3, 4);
+    SlotTableModel other(controller_, 3);
     other.reloadData();
     EXPECT_EQ(cells(other), QStringList(10, QString()));
     EXPECT_EQ(controller_.numberOfRowsInTableView(3), 10);
@@ -87,7 +87,7 @@ TEST_F(SlotTables, keepTheSelectionOverAReload) {
 
 TEST_F(SlotTables, tellOfAllTheirRowsAtAReload) {
     app_.start();
-    SlotTableModel model(controller_, 1, 4);
+    SlotTableModel model(controller_, 1);
     const QSignalSpy told(&model, &QAbstractItemModel::dataChanged);
     model.reloadData();
     ASSERT_EQ(told.size(), 1);

@@ -72,10 +72,11 @@ TEST(StartOrder, bothTablesSayWhatIsAwaited) {
         }
         found(seconds);
     };
-    app.whileLoading = [&] { told.insert(told.end(), {bothTell("Reading the slot names…"), bothTell({})}); };
+    // The loading window would cover a part of it.
+    app.whileLoading = [&] { told.push_back(bothTell({})); };
     app.start();
     told.push_back(bothTell({}));
-    EXPECT_THAT(told, ElementsAre(true, false, true, false, true));
+    EXPECT_THAT(told, ElementsAre(true, false, true, true));
 }
 
 TEST(StartOrder, theControllerIsTheApplicationBeforeItsWindowIsShown) {

@@ -125,7 +125,7 @@ TEST(UnpluggedWhileAFileWaits, atEachOutputReport_bringsTheAlertAndSendsNothingM
         app.importIR(3, first);
         auto& next = *app.controller.window().findChild<QPushButton*>(QStringLiteral("nextIR"));
         click(next);
-        ASSERT_TRUE(serveUntil([&] { return next.toolTip() == "Import c.wav (Ctrl+Down)"; }));
+        ASSERT_TRUE(serveUntil([&] { return next.accessibleDescription() == "Imports b.wav (Ctrl+Down, Page Down)"; }));
         // Nine reports for each packet of data: all packets before the one that is not complete are acknowledged.
         for (std::uint8_t phase = 1; phase <= (k - 1) / 9; ++phase) {
             app.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, 0xE1, phase});

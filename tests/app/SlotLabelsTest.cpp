@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "SlotLabel.h"
+#include "SlotLabels.h"
 
 namespace kelvo {
 namespace {

@@ -1,7 +1,8 @@
-#include "SlotLabel.h"
+#include "SlotLabels.h"
 
 #include <QList>
 #include <algorithm>
+#include <utility>
 
 #include "PrintableText.h"
 
@@ -9,12 +10,33 @@ namespace kelvo {
 namespace {
 
 constexpr char32_t kMiddleDot = 0x00B7;
+/// Characters of a tooltip; a file's name may have 255 bytes.
+constexpr qsizetype kLongestToolTip = 120;
 
 bool isDigit(QChar character) {
     return character >= QLatin1Char('0') && character <= QLatin1Char('9');
 }
 
 }  // namespace
+
+QStringList SlotLabels::all() const {
+    const std::lock_guard lock(mutex_);
+    return {labels_.begin(), labels_.end()};
+}
+
+void SlotLabels::setAll(const QStringList& labels) {
+    const std::lock_guard lock(mutex_);
+    labels_ = {labels.begin(), labels.end()};
+}
+
+bool SlotLabels::store(int row, const QString& form, const QString& name) {
+    const std::lock_guard lock(mutex_);
+    if (row < 0 || static_cast<std::size_t>(row) >= labels_.size()) {
+        return false;
+    }
+    const QString label = form.arg(QString::number(row + firstNumber_), name);
+    return std::exchange(labels_[static_cast<std::size_t>(row)], label) != label;
+}
 
 SlotLabel splitLabel(const QString& label) {
     const auto digits = std::find_if_not(label.begin(), label.end(), isDigit) - label.begin();
@@ -32,6 +54,17 @@ QString spokenLabel(const QString& label) {
         return {};
     }
     return pieces.number + QLatin1Char(' ') + (pieces.isEmpty ? QStringLiteral("empty") : pieces.name.trimmed());
+}
+
+QString plainToolTip(const QString& text) {
+    if (text.isEmpty()) {
+        return {};
+    }
+    const qsizetype half = kLongestToolTip / 2;
+    const QString shown =
+        text.size() <= kLongestToolTip ? text : text.first(half) + QStringLiteral("…") + text.last(half);
+    // Said to be rich text, it is escaped text for certain.
+    return QStringLiteral("<qt>%1</qt>").arg(shown.toHtmlEscaped());
 }
 
 QString printable(const QString& text) {

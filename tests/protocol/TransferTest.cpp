@@ -1,0 +1,185 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "Transfer.h"
+
+namespace kelvo::test {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+
+constexpr NameBuffer kName{'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H', 'I', 'J', 'K'};
+
+/// A transfer into row 3 whose first and last words have four different bytes.
+Transfer begun(const TransferKind& kind, const NameBuffer& name = kName) {
+    PointBuffer words{};
+    words[0] = 0x12345678;
+    words[511] = 0x9ABCDEF0;
+    Transfer transfer(kind);
+    transfer.begin(1, 3, words, name);
+    return transfer;
+}
+
+/// The packet that follows the acknowledgement of the phases before it.
+PacketBuffer packetOf(Transfer transfer, std::uint8_t phase, std::int64_t slot = 3) {
+    for (std::uint8_t before = 1; before < phase; ++before) {
+        EXPECT_TRUE(transfer.acknowledge(before));
+    }
+    PacketBuffer packet;
+    packet.fill(0xEE);
+    EXPECT_TRUE(transfer.layOutPacket(packet, slot));
+    return packet;
+}
+
+std::vector<int> bytes(const PacketBuffer& packet, std::size_t from, std::size_t count) {
+    const auto first = packet.begin() + static_cast<std::ptrdiff_t>(from);
+    return {first, first + static_cast<std::ptrdiff_t>(count)};
+}
+
+struct Plane {
+    const TransferKind& kind;
+    std::uint8_t phase;
+    int command;
+    int first;
+    int last;
+};
+
+class DataPacket : public testing::TestWithParam<Plane> {};
+
+TEST_P(DataPacket, carriesOneByteOfEveryWord) {
+    const PacketBuffer packet = packetOf(begun(GetParam().kind), GetParam().phase);
+    EXPECT_THAT(bytes(packet, 0, 7), ElementsAre(0xAA, 0x55, 0x03, 0x02, GetParam().command, 3, GetParam().phase));
+    EXPECT_EQ(packet[7], GetParam().first);
+    EXPECT_THAT(bytes(packet, 8, 510), Each(0));
+    EXPECT_EQ(packet[518], GetParam().last);
+    EXPECT_EQ(packet[519], 0xEE);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Planes, DataPacket,
+    testing::Values(Plane{kIRTransfer, 1, 0xE1, 0x34, 0xBC}, Plane{kIRTransfer, 2, 0xE1, 0x56, 0xDE},
+                    Plane{kIRTransfer, 3, 0xE1, 0x78, 0xF0}, Plane{kAMPTransfer, 1, 0xE2, 0x12, 0x9A},
+                    Plane{kAMPTransfer, 2, 0xE2, 0x34, 0xBC}, Plane{kAMPTransfer, 3, 0xE2, 0x56, 0xDE},
+                    Plane{kAMPTransfer, 4, 0xE2, 0x78, 0xF0}));
+
+TEST(NamePacket, carriesTenBytesWithoutATerminator) {
+    EXPECT_THAT(
+        bytes(packetOf(begun(kIRTransfer), 4, 9), 0, 18),
+        ElementsAre(0xAA, 0x55, 0x0D, 0x00, 0xE1, 9, 4, 'A', 'B', 'C', 'D', 'E', 'F', 'G', 'H', 'I', 'J', 0xEE));
+    EXPECT_THAT(bytes(packetOf(begun(kAMPTransfer), 5, 9), 0, 7), ElementsAre(0xAA, 0x55, 0x0D, 0x00, 0xE2, 9, 5));
+}
+
+TEST(NamePacket, isFilledWithZerosAfterAShortName) {
+    EXPECT_THAT(bytes(packetOf(begun(kIRTransfer, NameBuffer{'X'}), 4), 7, 11),
+                ElementsAre('X', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xEE));
+}
+
+TEST(Packet, leavesItsLengthToNoLaterPacket) {
+    PacketBuffer packet = packetOf(begun(kIRTransfer), 4);
+    ASSERT_TRUE(begun(kIRTransfer).layOutPacket(packet, 0));
+    EXPECT_THAT(bytes(packet, 2, 2), ElementsAre(0x03, 0x02));
+}
+
+TEST(Packet, sendsTheLowByteOfTheSlot) {
+    EXPECT_EQ(packetOf(begun(kIRTransfer), 1, -1)[5], 0xFF);
+    EXPECT_EQ(packetOf(begun(kIRTransfer), 1, 0x1234)[5], 0x34);
+}
+
+TEST(Packet, ofAnIdleTransferIsOnlyAHeader) {
+    Transfer idle(kIRTransfer);
+    PacketBuffer packet;
+    packet.fill(0xEE);
+    EXPECT_FALSE(idle.layOutPacket(packet, 0));
+    EXPECT_THAT(bytes(packet, 0, 6), ElementsAre(0xAA, 0x55, 0x03, 0x02, 0xE1, 0xEE));
+}
+
+/// A transfer into row 3 that sends each packet to that row's slot.
+class Acknowledgements : public testing::Test {
+protected:
+    Acknowledgements() { send(); }
+    void send(std::int64_t slot = 3) { static_cast<void>(transfer_.layOutPacket(packet_, slot)); }
+    void acknowledge(std::initializer_list<std::uint8_t> phases) {
+        for (const std::uint8_t phase : phases) {
+            if (transfer_.acknowledge(phase)) {
+                send();
+            }
+        }
+    }
+    const TransferProgress& progress() const { return transfer_.progress(); }
+
+    Transfer transfer_ = begun(kIRTransfer);
+    PacketBuffer packet_{};
+};
+
+TEST_F(Acknowledgements, inTurnMoveTheTransferToItsEnd) {
+    for (const std::uint8_t phase : {1, 2, 3}) {
+        EXPECT_TRUE(transfer_.acknowledge(phase));
+        EXPECT_EQ(transfer_.tick(), phase + 1);
+        EXPECT_EQ(progress().acknowledged, phase);
+        send();
+    }
+    EXPECT_FALSE(transfer_.acknowledge(4));
+    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
+}
+
+TEST_F(Acknowledgements, outOfTurnBringTheirNextPacketAndSpoilTheTransfer) {
+    acknowledge({3});
+    EXPECT_EQ(packet_[6], 4);
+    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 0, .isSpoiled = true}));
+}
+
+TEST_F(Acknowledgements, thatComeTwiceRepeatAPacketAndSpoilNothing) {
+    acknowledge({1, 1, 2, 2, 3, 3, 4});
+    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
+}
+
+TEST_F(Acknowledgements, ofAnEarlierPhaseSpoilTheTransfer) {
+    acknowledge({1, 2, 1});
+    EXPECT_TRUE(progress().isSpoiled);
+}
+
+TEST_F(Acknowledgements, ofPhasesThatDoNotExistAreIgnored) {
+    for (const std::uint8_t phase : {0, 5, 6, 255}) {
+        EXPECT_FALSE(transfer_.acknowledge(phase));
+    }
+    EXPECT_EQ(transfer_.tick(), 1);
+    EXPECT_EQ(progress().acknowledged, 0);
+}
+
+TEST_F(Acknowledgements, whosePacketGoesToAnotherSlotSpoilTheTransfer) {
+    ASSERT_TRUE(transfer_.acknowledge(1));
+    send(8);
+    EXPECT_TRUE(progress().isSpoiled);
+}
+
+TEST_F(Acknowledgements, afterTheEndChangeNothingOfIt) {
+    acknowledge({1, 2, 3, 4, 2});
+    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
+}
+
+TEST_F(Acknowledgements, belongToTheTransferThatBeganLast) {
+    acknowledge({1, 2, 1});
+    transfer_.begin(2, 5, {}, {});
+    EXPECT_EQ(progress(), (TransferProgress{.number = 2, .row = 5, .acknowledged = 0, .isSpoiled = false}));
+    EXPECT_EQ(transfer_.tick(), 1);
+}
+
+TEST_F(Acknowledgements, ofTheNameNoLongerCountForARowThatWasCleared) {
+    acknowledge({1, 2, 3});
+    transfer_.slotCleared(4);
+    EXPECT_EQ(progress().row, 3);
+    transfer_.slotCleared(3);
+    EXPECT_EQ(progress().row, -1);
+}
+
+TEST_F(Acknowledgements, beforeTheNameStillCountForARowThatWasCleared) {
+    acknowledge({1, 2});
+    transfer_.slotCleared(3);
+    EXPECT_EQ(progress().row, 3);
+}
+
+}  // namespace
+}  // namespace kelvo::test
