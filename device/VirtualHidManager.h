@@ -49,12 +49,7 @@ public:
     VirtualHidManager(const VirtualHidManager&) = delete;
     VirtualHidManager& operator=(const VirtualHidManager&) = delete;
 
-    /// The registered callbacks must be set before `run`.
-    void setDeviceMatching(const HidMatching& matching) override;
-    void registerDeviceMatchingCallback(DeviceCallback callback) override;
-    void registerDeviceRemovalCallback(DeviceCallback callback) override;
-    void registerInputReportCallback(InputReportCallback callback) override;
-    bool open() override;
+    bool open(const HidMatching& matching, HidCallbacks callbacks) override;
     void run() override;
     void stop() override;
 
@@ -76,11 +71,9 @@ public:
 private:
     const std::shared_ptr<VirtualCable> cable_;
     const HidMatching identity_;
-    HidMatching matching_;
-    DeviceCallback arrival_;
-    DeviceCallback removal_;
-    InputReportCallback input_;
-    bool opened_ = false;
+    HidCallbacks callbacks_;
+    /// Open, and asked for this very device.
+    bool watching_ = false;
 };
 
 }  // namespace kelvo

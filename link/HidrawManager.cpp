@@ -65,7 +65,9 @@ void UdevRelease::operator()(udev_monitor* monitor) const {
 
 HidrawManager::HidrawManager() : wakeUp_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
-bool HidrawManager::open() {
+bool HidrawManager::open(const HidMatching& matching, HidCallbacks callbacks) {
+    matching_ = matching;
+    callbacks_ = std::move(callbacks);
     monitor_.reset();
     udev_.reset(udev_new());
     // "kernel" would be told of a node before the rules have opened it to the user.
@@ -153,12 +155,12 @@ void HidrawManager::attach(udev_device& device) {
         return;
     }
     syspath_ = std::move(syspath);
-    onArrival_(device_);
+    callbacks_.deviceMatching(device_);
 }
 
 void HidrawManager::detach() {
     const auto device = std::exchange(device_, nullptr);
-    onRemoval_(device);
+    callbacks_.deviceRemoval(device);
 }
 
 void HidrawManager::waitAndServe() {
@@ -194,7 +196,7 @@ void HidrawManager::waitAndServe() {
 void HidrawManager::deliverReport() {
     std::array<std::uint8_t, kLongestReport> buffer{};
     if (const auto length = device_->readReport(buffer)) {
-        onReport_(device_, std::span(buffer).first(*length));
+        callbacks_.inputReport(device_, std::span(buffer).first(*length));
     } else {
         detach();
     }

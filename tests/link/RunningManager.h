@@ -25,6 +25,9 @@ public:
     explicit RunningManager(FakeBus& bus);
     ~RunningManager();
 
+    /// Opens the manager, once more.
+    bool open();
+
     /// Starts the thread; `prepare` is called on it first.
     void start(std::function<void()> prepare = {});
     /// Waits until the thread, if it runs, sleeps because there is nothing to do; in poll(2), as long as it has
@@ -48,7 +51,7 @@ public:
     std::function<void(const std::string& event)> onEvent;
 
     HidrawManager manager;
-    /// What `open` said.
+    /// What the constructor's `open` returned.
     bool isOpen = false;
 
 private:
