@@ -9,7 +9,7 @@ namespace kelvo {
 VirtualHidManager::VirtualHidManager(VirtualKr310& pedal) : VirtualHidManager(pedal, Options()) {}
 
 VirtualHidManager::VirtualHidManager(VirtualKr310& pedal, const Options& options)
-    : cable_(std::make_shared<VirtualCable>(pedal, options.wirePace)), identity_(options.identity) {}
+    : cable_(std::make_shared<VirtualCable>(pedal, options)), identity_(options.identity) {}
 
 VirtualHidManager::~VirtualHidManager() {
     cable_->unplug();

@@ -24,15 +24,17 @@ public:
         HidMatching identity = kKr310Identity;
         /// Least time from one report to the next in the same direction. An output report waits for its turn.
         std::chrono::microseconds wirePace{0};
+        /// Keeps `outputReports` and `changes` of the activity, which grow as long as the manager lives.
+        bool record = false;
     };
 
     /// What has happened since the manager was made.
     struct Activity {
-        /// Every output report that was taken, whole; recorded when the pedal has dealt with it.
+        /// With Options::record: every output report that was taken, whole, added when the pedal has dealt with it; and
+        /// the pedal's lines, one for each finished change of its memory.
         std::vector<Report> outputReports;
-        std::size_t refusedReports = 0;
-        /// The pedal's lines, one for each finished change of its memory.
         std::vector<std::string> changes;
+        std::size_t refusedReports = 0;
         /// These three count calls that have returned from the host's callback.
         std::size_t arrivals = 0;
         std::size_t removals = 0;

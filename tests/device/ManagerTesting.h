@@ -16,7 +16,7 @@ namespace kelvo {
 /// thread than the one inside `run` fails the test.
 class Bench {
 public:
-    explicit Bench(const VirtualHidManager::Options& options = {});
+    explicit Bench(const VirtualHidManager::Options& options = {.record = true});
     ~Bench();
 
     /// Opens the manager, by default for a KR310, and serves it on a thread of its own.

@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, VirtualHidManagerMatching,
                                          OtherIdentity{"nothing set", {}}));
 
 TEST(VirtualHidManager, canPassForAnotherDevice) {
-    Bench bench({{0x1209, 0x0001, 1}, {}});
+    Bench bench({.identity = {0x1209, 0x0001, 1}});
     bench.manager.plug();
     bench.start({0x1209, 0x0001, 1});
     bench.awaitArrivals(1);
@@ -171,7 +171,7 @@ TEST(VirtualHidManager, letsTheLineSinkUseTheManager) {
     VirtualHidManager* seen = nullptr;
     std::size_t taken = 0;
     VirtualKr310 pedal({}, [&](std::string_view) { taken = seen->activity().outputReports.size(); });
-    VirtualHidManager manager(pedal);
+    VirtualHidManager manager(pedal, {.record = true});
     seen = &manager;
     std::shared_ptr<HidDevice> device;
     EXPECT_TRUE(manager.open(kKr310Identity, {.deviceMatching = [&](const auto& arrived) {
