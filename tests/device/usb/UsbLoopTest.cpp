@@ -8,9 +8,12 @@
 
 #include <array>
 #include <atomic>
+#include <cctype>
 #include <condition_variable>
 #include <csignal>
+#include <fstream>
 #include <mutex>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -194,6 +197,14 @@ TEST_F(RunningLoop, obeysCommandsThatComeInPiecesAndTogether) {
     EXPECT_THAT(said(3), ElementsAre("hanging", "stalling", "going"));
 }
 
+TEST_F(RunningLoop, refusesALineOfMoreThan256Bytes) {
+    const std::string longest = "fault " + std::string(250, 'x');
+    EXPECT_THAT(asked(longest), ElementsAre("error: there is no fault '" + std::string(250, 'x') + "'"));
+    EXPECT_THAT(asked(longest + 'x'), ElementsAre("error: a command has at most 256 bytes"));
+    type(std::string(100'000, 'x'));
+    EXPECT_THAT(asked("\ngo", 2), ElementsAre("error: a command has at most 256 bytes", "going"));
+}
+
 TEST_F(RunningLoop, servesTheHostAtTheOtherEndOfTheCable) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     sendToDevice(outRequest(kOne, Bytes(64)));
@@ -344,6 +355,19 @@ TEST_F(RunningLoop, pullsTheCableAtTheEndOfTheCommands) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     end();
     EXPECT_EQ(fromDevice(1), "");
+}
+
+TEST_F(RunningLoop, helpsAsTheManualPageDoes) {
+    std::ostringstream page;
+    page << std::ifstream(KELVO_MANUAL_PAGE).rdbuf();
+    std::vector<std::string> help = asked("help", 14);
+    help.pop_back();
+    for (const std::string& line : help) {
+        const std::size_t colon = line.find(": ");
+        std::string text = line.substr(colon + 2);
+        text[0] = static_cast<char>(std::toupper(text[0]));
+        EXPECT_THAT(page.str(), testing::HasSubstr(".TP\n.B " + line.substr(0, colon) + '\n' + text + ".\n"));
+    }
 }
 
 TEST(UsbConsole, saysWhyItCannotPlugIn) {
