@@ -40,6 +40,11 @@ std::string_view viewOf(const char* text) {
     return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
+/// The USB device that a node belongs to, or null. It is part of `device` and is not released on its own.
+udev_device* usbDeviceOf(udev_device& device) {
+    return udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
+}
+
 /// True when the attribute is `number` in hexadecimal digits and nothing else.
 bool attributeIs(udev_device& device, const char* name, std::int64_t number) {
     const std::string_view text = viewOf(udev_device_get_sysattr_value(&device, name));
@@ -102,8 +107,7 @@ void HidrawManager::stop() {
 }
 
 bool HidrawManager::matches(udev_device& device, const std::string& node) const {
-    // The parent belongs to `device` and is not released on its own.
-    udev_device* const usb = udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
+    udev_device* const usb = usbDeviceOf(device);
     if (usb == nullptr || !attributeIs(*usb, "idVendor", matching_.vendorId) ||
         !attributeIs(*usb, "idProduct", matching_.productId)) {
         return false;
@@ -155,6 +159,12 @@ void HidrawManager::attach(udev_device& device) {
         return;
     }
     syspath_ = std::move(syspath);
+    // With two pedals this is how their user finds out which one was taken.
+    udev_device& usb = *usbDeviceOf(device);
+    std::ostringstream line;
+    line << node << " is open: USB device " << viewOf(udev_device_get_sysname(&usb)) << ", release "
+         << viewOf(udev_device_get_sysattr_value(&usb, "bcdDevice"));
+    NSLog(line.str());
     callbacks_.deviceMatching(device_);
 }
 

@@ -14,7 +14,7 @@
 namespace kelvo {
 
 RunningManager::RunningManager(FakeBus& bus)
-    : bus_(bus), log_([this](std::string_view line) { note("log: " + std::string(line)); }) {
+    : bus_(bus), log_([this](std::string_view line) { noteLog(std::string(line)); }) {
     isOpen = open();
     bus_.settle = [this] { waitUntilIdle(); };
 }
@@ -101,6 +101,20 @@ void RunningManager::forgetDevice() {
 void RunningManager::noteCallback(const std::string& event) {
     EXPECT_EQ(std::this_thread::get_id(), runsOn_);
     note(event);
+}
+
+void RunningManager::noteLog(const std::string& line) {
+    if (line.find(" is open: ") == std::string::npos) {
+        note("log: " + line);
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    opened_.push_back(line);
+}
+
+std::vector<std::string> RunningManager::opened() {
+    const std::lock_guard lock(mutex_);
+    return opened_;
 }
 
 void RunningManager::note(const std::string& event) {

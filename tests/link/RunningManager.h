@@ -42,6 +42,9 @@ public:
     std::vector<std::string> waitFor(std::size_t count);
     std::vector<std::string> events() { return waitFor(0); }
 
+    /// The log's lines about nodes that were opened. They are no events, since every case would have them.
+    std::vector<std::string> opened();
+
     /// The device that arrived last.
     std::shared_ptr<HidDevice> device();
     /// Keeps no device any more.
@@ -56,12 +59,14 @@ public:
 
 private:
     void note(const std::string& event);
+    void noteLog(const std::string& line);
     void noteCallback(const std::string& event);
 
     FakeBus& bus_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<std::string> events_;
+    std::vector<std::string> opened_;
     std::shared_ptr<HidDevice> device_;
     test::LogListener log_;
     pid_t threadId_ = 0;
