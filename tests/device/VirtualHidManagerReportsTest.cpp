@@ -109,7 +109,7 @@ TEST(VirtualHidManagerReports, letTheOneWhoWaitsLookAtThePedal) {
 
 TEST(VirtualHidManagerReports, comeInTheOrderOfTheStartup) {
     ConnectedBench bench;
-    bench.pedal.setStartup({100, milliseconds(5), false});
+    bench.pedal.setStartup({100, milliseconds(5)});
     const steady_clock::time_point begin = steady_clock::now();
     EXPECT_TRUE(bench.sendFrame(connectFrame()));
     bench.awaitInputReports(7);
@@ -125,7 +125,7 @@ TEST(VirtualHidManagerReports, comeInTheOrderOfTheStartup) {
 
 TEST(VirtualHidManagerReports, ofAnAnswerThatIsDueSoonerOvertakeThoseOfASlowOne) {
     ConnectedBench bench;
-    bench.pedal.setStartup({199, seconds(3600), false});
+    bench.pedal.setStartup({199, seconds(3600)});
     EXPECT_TRUE(bench.sendFrame(connectFrame()));
     EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));
     bench.awaitInputReports(2);
@@ -144,7 +144,7 @@ TEST(VirtualHidManagerReports, areHeldBackByTheDelay) {
 
 TEST(VirtualHidManagerReports, thatAreUnderWayAreLostWhenThePedalIsUnplugged) {
     ConnectedBench bench;
-    bench.pedal.setStartup({199, seconds(3600), false});
+    bench.pedal.setStartup({199, seconds(3600)});
     EXPECT_TRUE(bench.sendFrame(connectFrame()));
     bench.awaitInputReports(1);
     bench.manager.unplug();
