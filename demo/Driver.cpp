@@ -3,11 +3,12 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTableView>
-#include <QTest>
 #include <QWindow>
 #include <utility>
 
@@ -27,6 +28,16 @@ Dialog* visibleDialog() {
         }
     }
     return newest;
+}
+
+void clickAt(QWidget& widget, QPoint place) {
+    // The toolkit moves the focus for the window system's own events only.
+    widget.setFocus(Qt::MouseFocusReason);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QMouseEvent event(type, place, widget.mapToGlobal(place), Qt::LeftButton, held, {});
+        QCoreApplication::sendEvent(&widget, &event);
+    }
 }
 
 }  // namespace
@@ -78,19 +89,19 @@ QAbstractButton* buttonOf(const QMessageBox& box, const QString& text) {
 }
 
 void click(QAbstractButton& button) {
-    QTest::mouseClick(&button, Qt::LeftButton);
+    clickAt(button, button.rect().center());
 }
 
 void clickRow(QTableView& table, int row) {
-    const QPoint middle = table.visualRect(table.model()->index(row, 0)).center();
-    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, middle);
+    clickAt(*table.viewport(), table.visualRect(table.model()->index(row, 0)).center());
 }
 
 void enterPath(QFileDialog& dialog, const QString& path) {
     auto* const field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     // Pasted in one piece: typed letters would open the completion list, which takes the Return key for itself.
     field->setText(path);
-    QTest::keyClick(field, Qt::Key_Return);
+    QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, {});
+    QCoreApplication::sendEvent(field, &event);
 }
 
 QImage visibleWindows() {

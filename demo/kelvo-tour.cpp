@@ -95,7 +95,7 @@ int main(int argc, char** argv) {
         // Loading goes on while others take their pictures of it.
         pedal.setStartup({.progressPace = std::chrono::milliseconds(30)});
     }
-    kelvo::VirtualHidManager manager(pedal);
+    kelvo::VirtualHidManager manager(pedal, {.record = true});
     manager.plug();
     kelvo::KelvoAppDelegate controller(manager, kelvo::desktopServices());
 

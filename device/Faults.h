@@ -24,6 +24,8 @@ struct Faults {
     std::optional<std::uint8_t> acknowledgementOutOfRange;
     /// Every n-th frame has a wrong CRC; 0: none, 1: all.
     std::uint32_t corruptCrcEvery = 0;
+    /// Every frame has one data byte more, 0, and a LENGTH that counts it.
+    bool longFrames = false;
     /// Garbage in front of the first frame of every answer.
     bool garbageBefore = false;
     /// Garbage behind every frame.
@@ -43,6 +45,8 @@ struct Faults {
     bool reportsOf65 = false;
     /// The progress values 200 and 255 are sent, each for its pace, before the final 199.
     bool progressOver199 = false;
+    /// The AMP names come before the CAB names.
+    bool ampNamesFirst = false;
     /// The name lists come this much after the final 199 instead of before it.
     std::optional<std::chrono::milliseconds> namesAfterDone;
     /// The k-th output report since the pedal was plugged in is refused; 0: none.

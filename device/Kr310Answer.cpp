@@ -25,7 +25,10 @@ std::size_t reportSize(const Faults& faults, std::size_t index) {
 
 }  // namespace
 
-void AnswerWriter::add(std::chrono::microseconds due, const Frame& frame) {
+void AnswerWriter::add(std::chrono::microseconds due, Frame frame) {
+    if (faults_.longFrames) {
+        frame.data.push_back(0);
+    }
     std::vector<std::uint8_t> bytes = writeFrame(frame);
     ++counter_;
     if (strikes(faults_.corruptCrcEvery, counter_)) {

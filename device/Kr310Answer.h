@@ -28,7 +28,7 @@ public:
     AnswerWriter(const Faults& faults, FrameCounter& counter) : faults_(faults), counter_(counter) {}
 
     /// Adds one frame, due so long after the output report; later calls must not name an earlier time.
-    void add(std::chrono::microseconds due, const Frame& frame);
+    void add(std::chrono::microseconds due, Frame frame);
 
     /// The reports of all frames added. Ends the writer.
     [[nodiscard]] std::vector<InputReport> finish();

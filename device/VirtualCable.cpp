@@ -54,12 +54,14 @@ bool VirtualCable::send(const HidDevice* device, std::span<const std::uint8_t, k
         return false;
     }
     const Clock::time_point taken = Clock::now();
-    nextOutput_ = taken + wirePace_;
+    nextOutput_ = taken + options_.wirePace;
     lock.unlock();
     VirtualKr310::Reaction reaction = pedal_.receive(report);
     lock.lock();
-    std::ranges::copy(report, activity_.outputReports.emplace_back().begin());
-    std::ranges::move(reaction.changes, std::back_inserter(activity_.changes));
+    if (options_.record) {
+        std::ranges::copy(report, activity_.outputReports.emplace_back().begin());
+        std::ranges::move(reaction.changes, std::back_inserter(activity_.changes));
+    }
     if (attached_.get() == device) {
         for (InputReport& input : reaction.reports) {
             pending_.emplace(taken + input.due, std::move(input.bytes));
@@ -106,7 +108,7 @@ VirtualCable::Event VirtualCable::next(bool watching) {
             changed_.wait_until(lock, due);
             continue;
         }
-        nextInput_ = Clock::now() + wirePace_;
+        nextInput_ = Clock::now() + options_.wirePace;
         delivering_ = true;
         Event event{EventKind::kInput, announced_, std::move(pending_.begin()->second)};
         pending_.erase(pending_.begin());

@@ -31,7 +31,7 @@ public:
         std::vector<std::uint8_t> report;
     };
 
-    VirtualCable(VirtualKr310& pedal, std::chrono::microseconds wirePace) : pedal_(pedal), wirePace_(wirePace) {}
+    VirtualCable(VirtualKr310& pedal, const VirtualHidManager::Options& options) : pedal_(pedal), options_(options) {}
 
     void plug();
     void unplug();
@@ -58,7 +58,7 @@ private:
     void recordChanged();
 
     VirtualKr310& pedal_;
-    const std::chrono::microseconds wirePace_;
+    const VirtualHidManager::Options options_;
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
     /// The device on the cable, and the one the host knows of.

@@ -9,48 +9,33 @@ namespace kelvo {
 VirtualHidManager::VirtualHidManager(VirtualKr310& pedal) : VirtualHidManager(pedal, Options()) {}
 
 VirtualHidManager::VirtualHidManager(VirtualKr310& pedal, const Options& options)
-    : cable_(std::make_shared<VirtualCable>(pedal, options.wirePace)), identity_(options.identity) {}
+    : cable_(std::make_shared<VirtualCable>(pedal, options)), identity_(options.identity) {}
 
 VirtualHidManager::~VirtualHidManager() {
     cable_->unplug();
 }
 
-void VirtualHidManager::setDeviceMatching(const HidMatching& matching) {
-    matching_ = matching;
-}
-
-void VirtualHidManager::registerDeviceMatchingCallback(DeviceCallback callback) {
-    arrival_ = std::move(callback);
-}
-
-void VirtualHidManager::registerDeviceRemovalCallback(DeviceCallback callback) {
-    removal_ = std::move(callback);
-}
-
-void VirtualHidManager::registerInputReportCallback(InputReportCallback callback) {
-    input_ = std::move(callback);
-}
-
-bool VirtualHidManager::open() {
-    opened_ = true;
+bool VirtualHidManager::open(const HidMatching& matching, HidCallbacks callbacks) {
+    watching_ = matching == identity_;
+    callbacks_ = std::move(callbacks);
     return true;
 }
 
 void VirtualHidManager::run() {
-    const bool watching = opened_ && matching_ == identity_;
     while (true) {
-        const VirtualCable::Event event = cable_->next(watching);
-        if (event.kind == VirtualCable::EventKind::kStop) {
-            return;
-        }
-        if (event.kind == VirtualCable::EventKind::kArrival && arrival_) {
-            arrival_(event.device);
-        }
-        if (event.kind == VirtualCable::EventKind::kRemoval && removal_) {
-            removal_(event.device);
-        }
-        if (event.kind == VirtualCable::EventKind::kInput && input_) {
-            input_(event.device, event.report);
+        const VirtualCable::Event event = cable_->next(watching_);
+        switch (event.kind) {
+            case VirtualCable::EventKind::kStop:
+                return;
+            case VirtualCable::EventKind::kArrival:
+                callbacks_.deviceMatching(event.device);
+                break;
+            case VirtualCable::EventKind::kRemoval:
+                callbacks_.deviceRemoval(event.device);
+                break;
+            case VirtualCable::EventKind::kInput:
+                callbacks_.inputReport(event.device, event.report);
+                break;
         }
         cable_->served(event.kind);
     }

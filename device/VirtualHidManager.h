@@ -24,15 +24,17 @@ public:
         HidMatching identity = kKr310Identity;
         /// Least time from one report to the next in the same direction. An output report waits for its turn.
         std::chrono::microseconds wirePace{0};
+        /// Keeps `outputReports` and `changes` of the activity, which grow as long as the manager lives.
+        bool record = false;
     };
 
     /// What has happened since the manager was made.
     struct Activity {
-        /// Every output report that was taken, whole; recorded when the pedal has dealt with it.
+        /// With Options::record: every output report that was taken, whole, added when the pedal has dealt with it; and
+        /// the pedal's lines, one for each finished change of its memory.
         std::vector<Report> outputReports;
-        std::size_t refusedReports = 0;
-        /// The pedal's lines, one for each finished change of its memory.
         std::vector<std::string> changes;
+        std::size_t refusedReports = 0;
         /// These three count calls that have returned from the host's callback.
         std::size_t arrivals = 0;
         std::size_t removals = 0;
@@ -49,12 +51,7 @@ public:
     VirtualHidManager(const VirtualHidManager&) = delete;
     VirtualHidManager& operator=(const VirtualHidManager&) = delete;
 
-    /// The registered callbacks must be set before `run`.
-    void setDeviceMatching(const HidMatching& matching) override;
-    void registerDeviceMatchingCallback(DeviceCallback callback) override;
-    void registerDeviceRemovalCallback(DeviceCallback callback) override;
-    void registerInputReportCallback(InputReportCallback callback) override;
-    bool open() override;
+    bool open(const HidMatching& matching, HidCallbacks callbacks) override;
     void run() override;
     void stop() override;
 
@@ -76,11 +73,9 @@ public:
 private:
     const std::shared_ptr<VirtualCable> cable_;
     const HidMatching identity_;
-    HidMatching matching_;
-    DeviceCallback arrival_;
-    DeviceCallback removal_;
-    InputReportCallback input_;
-    bool opened_ = false;
+    HidCallbacks callbacks_;
+    /// Open, and asked for this very device.
+    bool watching_ = false;
 };
 
 }  // namespace kelvo

@@ -123,8 +123,8 @@ void VirtualKr310::connect(const Frame& frame, AnswerWriter& answer) const {
     const auto names = [&] {
         const Frame cab = nameList(kCabNames, memory_.cab, '\0');
         const Frame amp = nameList(kAmpNames, memory_.amp, ' ');
-        answer.add(due, startup_.ampNamesFirst ? amp : cab);
-        answer.add(due, startup_.ampNamesFirst ? cab : amp);
+        answer.add(due, faults_.ampNamesFirst ? amp : cab);
+        answer.add(due, faults_.ampNamesFirst ? cab : amp);
     };
     for (std::uint32_t value = 0; value < kDone; value += std::clamp<std::uint32_t>(startup_.progressStep, 1, kDone)) {
         progress(value);

@@ -23,7 +23,6 @@ struct Kr310Startup {
     std::uint32_t progressStep = 1;
     /// With a step of 1 there are 200 values, so the whole takes two seconds.
     std::chrono::microseconds progressPace{10'000};
-    bool ampNamesFirst = false;
 };
 
 /// A KR310 in software: output reports in, input reports out. It has no clock and no thread; it says how long after the

@@ -18,13 +18,12 @@ namespace {
 /// A device that takes everything and says nothing.
 class MuteManager : public kelvo::HidManager {
 public:
-    void setDeviceMatching(const kelvo::HidMatching&) override {}
-    void registerDeviceMatchingCallback(DeviceCallback callback) override { arrival_ = std::move(callback); }
-    void registerDeviceRemovalCallback(DeviceCallback) override {}
-    void registerInputReportCallback(InputReportCallback) override {}
-    bool open() override { return true; }
+    bool open(const kelvo::HidMatching&, kelvo::HidCallbacks callbacks) override {
+        callbacks_ = std::move(callbacks);
+        return true;
+    }
     void run() override {
-        arrival_(std::make_shared<kelvo::fuzz::DirectDevice>([](const auto&) { return true; }));
+        callbacks_.deviceMatching(std::make_shared<kelvo::fuzz::DirectDevice>([](const auto&) { return true; }));
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return stopped_; });
     }
@@ -38,7 +37,7 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     bool stopped_ = false;
-    DeviceCallback arrival_;
+    kelvo::HidCallbacks callbacks_;
 };
 
 struct Session {

@@ -15,28 +15,25 @@ class DirectManager : public HidManager {
 public:
     explicit DirectManager(std::function<void()> body) : body_(std::move(body)) {}
 
-    void setDeviceMatching(const HidMatching&) override {}
-    void registerDeviceMatchingCallback(DeviceCallback callback) override { arrival_ = std::move(callback); }
-    void registerDeviceRemovalCallback(DeviceCallback callback) override { removal_ = std::move(callback); }
-    void registerInputReportCallback(InputReportCallback callback) override { input_ = std::move(callback); }
-    bool open() override { return true; }
+    bool open(const HidMatching&, HidCallbacks callbacks) override {
+        callbacks_ = std::move(callbacks);
+        return true;
+    }
     void stop() override {}
     void run() override {
-        arrival_(device);
+        callbacks_.deviceMatching(device);
         body_();
     }
 
-    void deliver(std::span<const std::uint8_t> report) { input_(device, report); }
-    void unplug() { removal_(device); }
+    void deliver(std::span<const std::uint8_t> report) { callbacks_.inputReport(device, report); }
+    void unplug() { callbacks_.deviceRemoval(device); }
 
     /// Takes the output reports; set before `run`.
     std::shared_ptr<HidDevice> device;
 
 private:
     const std::function<void()> body_;
-    DeviceCallback arrival_;
-    DeviceCallback removal_;
-    InputReportCallback input_;
+    HidCallbacks callbacks_;
 };
 
 /// A device that hands each output report to a function.

@@ -33,28 +33,28 @@ public:
     [[nodiscard]] virtual bool setReport(std::span<const std::uint8_t, kReportSize> report) = 0;
 };
 
-/// The platform's HID layer: everything the link asks of the operating system.
-///
-/// Order of use: setDeviceMatching, the three register calls, open, run. All callbacks come on the thread inside `run`.
-class HidManager {
-public:
+/// What a HidManager reports, on the thread inside `run`. A callback that is left out does nothing.
+struct HidCallbacks {
     using DeviceCallback = std::function<void(const std::shared_ptr<HidDevice>& device)>;
-    /// `report` holds the bytes of one input report without its report number, whatever their count; it is only valid
+    /// `report` holds the bytes of one input report without its report number, whatever their count. It is only valid
     /// during the call.
     using InputReportCallback =
         std::function<void(const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report)>;
 
+    /// Called once per matching device, for those present at `run` and for those that arrive later.
+    DeviceCallback deviceMatching = [](const auto&) {};
+    /// Called once when a device that was announced has gone away.
+    DeviceCallback deviceRemoval = [](const auto&) {};
+    InputReportCallback inputReport = [](const auto&, auto) {};
+};
+
+/// The platform's HID layer: everything the link asks of the operating system.
+class HidManager {
+public:
     virtual ~HidManager() = default;
 
-    virtual void setDeviceMatching(const HidMatching& matching) = 0;
-    /// Called once per matching device, for those present at `run` and for those that arrive later.
-    virtual void registerDeviceMatchingCallback(DeviceCallback callback) = 0;
-    /// Called once when a device that was announced has gone away.
-    virtual void registerDeviceRemovalCallback(DeviceCallback callback) = 0;
-    virtual void registerInputReportCallback(InputReportCallback callback) = 0;
-
     /// Gets ready to watch the bus. Returns false when that failed; `run` then finds no device, but still waits.
-    virtual bool open() = 0;
+    virtual bool open(const HidMatching& matching, HidCallbacks callbacks) = 0;
 
     /// Serves callbacks on the calling thread until `stop`.
     virtual void run() = 0;

@@ -40,6 +40,11 @@ std::string_view viewOf(const char* text) {
     return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
+/// The USB device that a node belongs to, or null. It is part of `device` and is not released on its own.
+udev_device* usbDeviceOf(udev_device& device) {
+    return udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
+}
+
 /// True when the attribute is `number` in hexadecimal digits and nothing else.
 bool attributeIs(udev_device& device, const char* name, std::int64_t number) {
     const std::string_view text = viewOf(udev_device_get_sysattr_value(&device, name));
@@ -65,7 +70,9 @@ void UdevRelease::operator()(udev_monitor* monitor) const {
 
 HidrawManager::HidrawManager() : wakeUp_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
-bool HidrawManager::open() {
+bool HidrawManager::open(const HidMatching& matching, HidCallbacks callbacks) {
+    matching_ = matching;
+    callbacks_ = std::move(callbacks);
     monitor_.reset();
     udev_.reset(udev_new());
     // "kernel" would be told of a node before the rules have opened it to the user.
@@ -100,8 +107,7 @@ void HidrawManager::stop() {
 }
 
 bool HidrawManager::matches(udev_device& device, const std::string& node) const {
-    // The parent belongs to `device` and is not released on its own.
-    udev_device* const usb = udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
+    udev_device* const usb = usbDeviceOf(device);
     if (usb == nullptr || !attributeIs(*usb, "idVendor", matching_.vendorId) ||
         !attributeIs(*usb, "idProduct", matching_.productId)) {
         return false;
@@ -153,12 +159,18 @@ void HidrawManager::attach(udev_device& device) {
         return;
     }
     syspath_ = std::move(syspath);
-    onArrival_(device_);
+    // With two pedals this is how their user finds out which one was taken.
+    udev_device& usb = *usbDeviceOf(device);
+    std::ostringstream line;
+    line << node << " is open: USB device " << viewOf(udev_device_get_sysname(&usb)) << ", release "
+         << viewOf(udev_device_get_sysattr_value(&usb, "bcdDevice"));
+    NSLog(line.str());
+    callbacks_.deviceMatching(device_);
 }
 
 void HidrawManager::detach() {
     const auto device = std::exchange(device_, nullptr);
-    onRemoval_(device);
+    callbacks_.deviceRemoval(device);
 }
 
 void HidrawManager::waitAndServe() {
@@ -194,7 +206,7 @@ void HidrawManager::waitAndServe() {
 void HidrawManager::deliverReport() {
     std::array<std::uint8_t, kLongestReport> buffer{};
     if (const auto length = device_->readReport(buffer)) {
-        onReport_(device_, std::span(buffer).first(*length));
+        callbacks_.inputReport(device_, std::span(buffer).first(*length));
     } else {
         detach();
     }

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include "HidManager.h"
 #include "HidrawDevice.h"
@@ -39,13 +38,8 @@ class HidrawManager final : public HidManager {
 public:
     HidrawManager();
 
-    void setDeviceMatching(const HidMatching& matching) override { matching_ = matching; }
-    void registerDeviceMatchingCallback(DeviceCallback callback) override { onArrival_ = std::move(callback); }
-    void registerDeviceRemovalCallback(DeviceCallback callback) override { onRemoval_ = std::move(callback); }
-    void registerInputReportCallback(InputReportCallback callback) override { onReport_ = std::move(callback); }
-
     /// Fails, with a line in the system log, when udev does not answer or no descriptor is left.
-    bool open() override;
+    bool open(const HidMatching& matching, HidCallbacks callbacks) override;
     void run() override;
     void stop() override;
 
@@ -59,9 +53,7 @@ private:
     void serveMonitor();
 
     HidMatching matching_;
-    DeviceCallback onArrival_;
-    DeviceCallback onRemoval_;
-    InputReportCallback onReport_;
+    HidCallbacks callbacks_;
 
     /// An eventfd; readable from `stop` until that is noticed.
     const UniqueFd wakeUp_;

@@ -66,12 +66,13 @@ void deviceReportCallback(const std::shared_ptr<HidDevice>& device, std::span<co
 }  // namespace
 
 void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow) {
-    manager.setDeviceMatching({value_vid, value_pid, value_ver});
-    manager.registerDeviceMatchingCallback(Handle_DeviceMatchingCallback);
-    manager.registerDeviceRemovalCallback(
-        [&](const std::shared_ptr<HidDevice>& device) { Handle_DeviceRemovalCallback(manager, quitWindow, device); });
-    manager.registerInputReportCallback(deviceReportCallback);
-    manager.open();  // a failure shows up as no device being found
+    const HidMatching matching{value_vid, value_pid, value_ver};
+    const HidCallbacks callbacks{
+        .deviceMatching = Handle_DeviceMatchingCallback,
+        .deviceRemoval = [&](const auto& device) { Handle_DeviceRemovalCallback(manager, quitWindow, device); },
+        .inputReport = deviceReportCallback,
+    };
+    manager.open(matching, callbacks);  // a failure shows up as no device being found
     manager.run();
     closeDevice();
 }

@@ -9,10 +9,8 @@ namespace kelvo {
 
 BareHost::BareHost(const VirtualHidManager::Options& cable, VirtualKr310::LineSink sink)
     : pedal(Kr310Memory::factory(), std::move(sink)), manager(pedal, cable) {
-    manager.setDeviceMatching(kKr310Identity);
-    manager.registerDeviceMatchingCallback([this](const std::shared_ptr<HidDevice>& device) { device_ = device; });
-    manager.registerInputReportCallback([this](const auto&, auto) { ++answers_; });
-    static_cast<void>(manager.open());
+    manager.open(kKr310Identity, {.deviceMatching = [this](const auto& device) { device_ = device; },
+                                  .inputReport = [this](const auto&, auto) { ++answers_; }});
     manager.plug();
     hidThread_ = std::thread([this] { manager.run(); });
     static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));

@@ -15,31 +15,41 @@ namespace kelvo {
 namespace {
 
 constexpr unsigned kSlowestPace = 10'000;
-constexpr auto kListed = "listed";
 
 }  // namespace
 
 struct UsbConsole::Command {
     std::string_view name;
-    std::string_view argument;  ///< what stands behind it; empty for nothing
+    std::string_view argument;  ///< what follows the name; empty for nothing
+    std::string_view answer;    ///< empty for the line itself, and after "quit", which has no answer
     std::string_view help;
-    void (UsbConsole::*run)(std::string_view argument);
+    void (*run)(UsbConsole& console, std::string_view argument);
 };
 
+// The manual page has the same list; a test compares them.
 const UsbConsole::Command UsbConsole::kCommands[] = {
-    {"plug", "", "plugs the pedal in, freshly powered up", &UsbConsole::plug},
-    {"unplug", "", "pulls the cable", &UsbConsole::unplug},
-    {"hang", "", "the pedal takes no output report", &UsbConsole::hang},
-    {"stall", "", "the pedal refuses every output report", &UsbConsole::stall},
-    {"go", "", "undoes hang and stall", &UsbConsole::go},
-    {"memory", "", "lists what the pedal holds", &UsbConsole::listMemory},
-    {"reports", "", "prints each output report from now on, in hexadecimal", &UsbConsole::printReports},
-    {"fault", "NAME[=N]", "switches a fault on", &UsbConsole::setFault},
-    {"faults", "", "lists the faults", &UsbConsole::listFaults},
-    {"sound", "", "switches all faults off", &UsbConsole::clearFaults},
-    {"pace", "MS", "milliseconds from one progress value of the start to the next, 10 at first", &UsbConsole::setPace},
-    {"help", "", "lists the commands", &UsbConsole::listCommands},
-    {"quit", "", "unplugs and ends", &UsbConsole::quit},
+    {"plug", "", "plugged", "plugs the pedal in, freshly powered up",
+     [](UsbConsole& console, std::string_view) { console.plug(); }},
+    {"unplug", "", "unplugged", "pulls the cable", [](UsbConsole& console, std::string_view) { console.unplug(); }},
+    {"hang", "", "hanging", "the pedal takes no output report",
+     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::kHang); }},
+    {"stall", "", "stalling", "the pedal refuses every output report",
+     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::kStall); }},
+    {"go", "", "going", "undoes hang and stall",
+     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::kTake); }},
+    {"memory", "", "listed", "lists what the pedal holds, one line for each slot",
+     [](UsbConsole& console, std::string_view) { console.listMemory(); }},
+    {"reports", "", "reporting", "prints each output report from now on, in hexadecimal",
+     [](UsbConsole& console, std::string_view) { console.printReports(); }},
+    {"fault", "NAME[=N]", "", "switches a fault on",
+     [](UsbConsole& console, std::string_view text) { console.setFault(text); }},
+    {"faults", "", "listed", "lists the faults", [](UsbConsole& console, std::string_view) { console.listFaults(); }},
+    {"sound", "", "sound", "switches all faults off",
+     [](UsbConsole& console, std::string_view) { console.pedal_.setFaults({}); }},
+    {"pace", "MS", "", "milliseconds from one progress value of the start to the next, 10 at first",
+     [](UsbConsole& console, std::string_view text) { console.setPace(text); }},
+    {"help", "", "listed", "lists the commands", [](UsbConsole& console, std::string_view) { console.listCommands(); }},
+    {"quit", "", "", "unplugs and ends", [](UsbConsole& console, std::string_view) { console.going_ = false; }},
 };
 
 UsbConsole::UsbConsole(VirtualKr310& pedal, UsbKr310& device, UsbCable& cable, Plug plug, LineSink sink)
@@ -58,48 +68,37 @@ bool UsbConsole::obey(std::string_view line) {
         return true;
     }
     try {
-        (this->*command->run)(argument);
+        command->run(*this, argument);
+        if (going_) {
+            sink_(command->answer.empty() ? line : command->answer);
+        }
     } catch (const std::runtime_error& error) {
         sink_(std::string("error: ") + error.what());
     }
     return going_;
 }
 
-void UsbConsole::plug(std::string_view) {
+void UsbConsole::plug() {
     if (!cable_.isPlugged()) {
         cable_.plug(plug_());
     }
-    sink_("plugged");
 }
 
-void UsbConsole::unplug(std::string_view) {
+void UsbConsole::unplug() {
     if (cable_.isPlugged()) {
         cable_.unplug();
     }
-    sink_("unplugged");
 }
 
-void UsbConsole::hang(std::string_view) {
-    device_.setOutput(UsbKr310::Output::kHang, UsbKr310::Clock::now());
-    sink_("hanging");
+void UsbConsole::setOutput(UsbKr310::Output output) {
+    device_.setOutput(output, UsbKr310::Clock::now());
 }
 
-void UsbConsole::stall(std::string_view) {
-    device_.setOutput(UsbKr310::Output::kStall, UsbKr310::Clock::now());
-    sink_("stalling");
-}
-
-void UsbConsole::go(std::string_view) {
-    device_.setOutput(UsbKr310::Output::kTake, UsbKr310::Clock::now());
-    sink_("going");
-}
-
-void UsbConsole::listMemory(std::string_view) {
+void UsbConsole::listMemory() {
     std::ranges::for_each(memoryLines(pedal_.memory()), sink_);
-    sink_(kListed);
 }
 
-void UsbConsole::printReports(std::string_view) {
+void UsbConsole::printReports() {
     device_.setReportSink([this](std::span<const std::uint8_t> report) {
         constexpr std::string_view digits = "0123456789abcdef";
         std::string line = "report ";
@@ -108,7 +107,6 @@ void UsbConsole::printReports(std::string_view) {
         }
         sink_(line);
     });
-    sink_("reporting");
 }
 
 void UsbConsole::setFault(std::string_view text) {
@@ -117,20 +115,13 @@ void UsbConsole::setFault(std::string_view text) {
         throw std::runtime_error(*mistake);
     }
     pedal_.setFaults(faults);
-    sink_("fault " + std::string(text));
 }
 
-void UsbConsole::listFaults(std::string_view) {
+void UsbConsole::listFaults() {
     for (const FaultEntry& fault : faultTable()) {
         const std::string name(fault.name);
         sink_(fault.argument.empty() ? name : name + "=N " + std::string(fault.argument) + ", " + numbersOf(fault));
     }
-    sink_(kListed);
-}
-
-void UsbConsole::clearFaults(std::string_view) {
-    pedal_.setFaults({});
-    sink_("sound");
 }
 
 void UsbConsole::setPace(std::string_view text) {
@@ -142,19 +133,13 @@ void UsbConsole::setPace(std::string_view text) {
                                  "'");
     }
     pedal_.setStartup({.progressPace = std::chrono::milliseconds(milliseconds)});
-    sink_("pace " + std::string(text));
 }
 
-void UsbConsole::listCommands(std::string_view) {
+void UsbConsole::listCommands() {
     for (const Command& command : kCommands) {
         const std::string space = command.argument.empty() ? "" : " ";
         sink_(std::string(command.name) + space + std::string(command.argument) + ": " + std::string(command.help));
     }
-    sink_(kListed);
-}
-
-void UsbConsole::quit(std::string_view) {
-    going_ = false;
 }
 
 }  // namespace kelvo

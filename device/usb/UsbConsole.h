@@ -9,22 +9,9 @@
 
 namespace kelvo {
 
-/// The commands of kr310-usb, one a line, and their answers. One thread.
-///
-///     plug            plugged            the pedal is on the cable, freshly powered up
-///     unplug          unplugged
-///     hang            hanging            the pedal takes no output report
-///     stall           stalling           the pedal refuses every output report with a stall
-///     go              going              undoes both
-///     memory          20 lines, listed   one line for each slot
-///     reports         reporting          from now on each output report is a line: "report" and its bytes in
-///     hexadecimal fault NAME[=N]  fault NAME[=N]     switches a fault on; those of a sound pedal stay on faults names,
-///     listed      the faults there are sound           sound              switches all faults off pace MS         pace
-///     MS            milliseconds from one progress value of the start-up to the next; 10 at first help commands,
-///     listed   the commands there are quit            (none)             unplugs and ends
-///
-/// Everything else, and what cannot be done, is answered by one line that begins with "error: ". A plugged pedal is not
-/// plugged again, nor an unplugged one unplugged; the answer is the same.
+/// The command line of kr310-usb. The table in the source says what each command does and answers; the answer to one
+/// that takes an argument is the command itself. What cannot be done is answered by one line that begins with "error:
+/// ". One thread.
 class UsbConsole {
 public:
     using LineSink = std::function<void(std::string_view line)>;
@@ -41,19 +28,15 @@ private:
     struct Command;
     static const Command kCommands[];
 
-    void plug(std::string_view);
-    void unplug(std::string_view);
-    void hang(std::string_view);
-    void stall(std::string_view);
-    void go(std::string_view);
-    void listMemory(std::string_view);
-    void printReports(std::string_view);
+    void plug();
+    void unplug();
+    void setOutput(UsbKr310::Output output);
+    void listMemory();
+    void printReports();
     void setFault(std::string_view text);
-    void listFaults(std::string_view);
-    void clearFaults(std::string_view);
+    void listFaults();
     void setPace(std::string_view text);
-    void listCommands(std::string_view);
-    void quit(std::string_view);
+    void listCommands();
 
     VirtualKr310& pedal_;
     UsbKr310& device_;

@@ -10,8 +10,10 @@
 #include <cstddef>
 #include <ctime>
 #include <optional>
+#include <span>
 #include <string>
 #include <system_error>
+#include <utility>
 
 namespace kelvo {
 namespace {
@@ -25,10 +27,13 @@ timespec timeUntil(Clock::time_point due) {
     return {seconds.count(), (left - seconds).count()};
 }
 
+constexpr std::size_t kLongestCommand = 256;
+
 /// Cuts what is read from a descriptor into lines for the console.
 class CommandReader {
 public:
-    CommandReader(int fd, UsbConsole& console) : fd_(fd), console_(console) {}
+    CommandReader(int fd, UsbConsole& console, const UsbConsole::LineSink& sink)
+        : fd_(fd), console_(console), sink_(sink) {}
 
     /// Reads once and obeys every line that became complete. False at the end.
     bool serve() {
@@ -37,27 +42,33 @@ public:
         if (length <= 0) {
             return false;
         }
-        held_.append(buffer.data(), static_cast<std::size_t>(length));
-        for (std::size_t end = held_.find('\n'); end != std::string::npos; end = held_.find('\n')) {
-            const std::string line = held_.substr(0, end);
-            held_.erase(0, end + 1);
-            if (!console_.obey(line)) {
-                return false;
+        bool going = true;
+        for (const char character : std::span(buffer).first(static_cast<std::size_t>(length))) {
+            if (character != '\n') {
+                // One more than is allowed is kept, so that the line is known to be too long.
+                if (line_.size() <= kLongestCommand) {
+                    line_ += character;
+                }
+            } else if (const std::string line = std::exchange(line_, {}); line.size() > kLongestCommand) {
+                sink_("error: a command has at most " + std::to_string(kLongestCommand) + " bytes");
+            } else {
+                going = going && console_.obey(line);
             }
         }
-        return true;
+        return going;
     }
 
 private:
     const int fd_;
     UsbConsole& console_;
-    std::string held_;
+    const UsbConsole::LineSink& sink_;
+    std::string line_;
 };
 
 }  // namespace
 
 void runUsbLoop(int commands, UsbConsole& console, UsbCable& cable, const UsbConsole::LineSink& sink) {
-    CommandReader reader(commands, console);
+    CommandReader reader(commands, console, sink);
     for (bool going = true; going;) {
         const std::optional<Clock::time_point> due = cable.nextDue();
         const timespec patience = due ? timeUntil(*due) : timespec{};

@@ -1,6 +1,8 @@
 // kr310-usb: the virtual KR310, plugged into this machine's own kernel. Commands come on standard input.
 
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 #include "Arguments.h"
@@ -31,10 +33,17 @@ int main(int argc, char** argv) {
     if (const auto status = answer(kelvo::readArguments(parser, kelvo::argumentList(argc, argv), 0), text)) {
         return *status;
     }
+    // A pedal that is stopped by Ctrl+Z would keep the host's programs waiting in the kernel.
+    std::signal(SIGTSTP, SIG_IGN);
     kelvo::VirtualKr310 pedal(kelvo::Kr310Memory::factory(), printLine);
     kelvo::UsbKr310 device(pedal);
     kelvo::UsbCable cable(device);
     kelvo::UsbConsole console(
         pedal, device, cable, [] { return kelvo::plugIntoKernel(); }, printLine);
     kelvo::runUsbLoop(0, console, cable, printLine);
+    if (std::ferror(stdout) != 0) {
+        complain(text, QStringLiteral("the answers cannot be written"));
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
 }

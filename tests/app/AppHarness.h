@@ -68,7 +68,7 @@ public:
 
     ScriptedServices services;
     VirtualKr310 pedal;
-    VirtualHidManager manager{pedal};
+    VirtualHidManager manager{pedal, {.record = true}};
     KelvoAppDelegate controller{manager, services.functions()};
 
 private:

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <csignal>
 
 #include "ProgramRun.h"
 
@@ -128,6 +129,27 @@ TEST(Kr310Usb, obeysWhatComesOnItsInput) {
     const Outcome result = runProgram("/bin/sh", {"-c", "echo pace 7 | \"$0\"", KELVO_PROGRAMS "kr310-usb"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "pace 7\n");
+}
+
+TEST(Kr310Usb, endsWith1WhenItsAnswersCannotBeWritten) {
+    const Outcome result = runProgram("/bin/sh", {"-c", "echo go | \"$0\" >/dev/full", KELVO_PROGRAMS "kr310-usb"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "kr310-usb: the answers cannot be written\n");
+}
+
+TEST(Kr310Usb, ignoresCtrlZ) {
+    const QTemporaryDir dir;
+    const char* const command = R"(cd "$1"; mkfifo commands answers
+        "$0" <commands >answers &
+        exec 3>commands 4<answers
+        echo go >&3
+        read -r answer <&4
+        grep SigIgn /proc/$!/status
+        echo quit >&3)";
+    const Outcome result = runProgram("/bin/sh", {"-c", command, KELVO_PROGRAMS "kr310-usb", dir.path()});
+    const std::size_t digits = result.out.find('\t');
+    ASSERT_NE(digits, std::string::npos) << result.out;
+    EXPECT_NE(std::stoull(result.out.substr(digits), nullptr, 16) & 1ULL << (SIGTSTP - 1), 0U) << result.out;
 }
 
 class KelvoTour : public testing::Test {

@@ -24,7 +24,7 @@ TEST(Faults, areAllOffAtFirst) {
     EXPECT_EQ(faults.answerDelay, milliseconds(0));
     EXPECT_FALSE(faults.duplicateAcknowledgement || faults.wrongAcknowledgement || faults.garbageBefore ||
                  faults.garbageBetween || faults.mergedReports || faults.countOver63 || faults.reportsOf63 ||
-                 faults.reportsOf65 || faults.progressOver199);
+                 faults.reportsOf65 || faults.progressOver199 || faults.longFrames || faults.ampNamesFirst);
     EXPECT_EQ(faults.corruptCrcEvery + faults.garbageInsideEvery + faults.splitReports + faults.refuseReport +
                   faults.protocolErrorAtReport + faults.noAnswerAtReport + faults.unplugAtReport,
               0U);
@@ -66,6 +66,7 @@ TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_TRUE(parsed("wrong-ack").wrongAcknowledgement);
     EXPECT_EQ(parsed("ack-out-of-range").acknowledgementOutOfRange, 255);
     EXPECT_EQ(parsed("corrupt-crc").corruptCrcEvery, 1U);
+    EXPECT_TRUE(parsed("long-frames").longFrames);
     EXPECT_TRUE(parsed("garbage-before").garbageBefore);
     EXPECT_TRUE(parsed("garbage-between").garbageBetween);
     EXPECT_EQ(parsed("garbage-inside").garbageInsideEvery, 1U);
@@ -75,6 +76,7 @@ TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_TRUE(parsed("reports-of-63").reportsOf63);
     EXPECT_TRUE(parsed("reports-of-65").reportsOf65);
     EXPECT_TRUE(parsed("progress-over-199").progressOver199);
+    EXPECT_TRUE(parsed("amp-names-first").ampNamesFirst);
     EXPECT_EQ(parsed("names-after-done").namesAfterDone, milliseconds(0));
     EXPECT_EQ(parsed("refuse").refuseReport, 1U);
     EXPECT_EQ(parsed("protocol-error").protocolErrorAtReport, 1U);
@@ -151,7 +153,7 @@ TEST(FaultTable, namesEveryFaultOnceAndEveryNameCanBeParsed) {
         EXPECT_LE(entry.least, entry.usual) << entry.name;
         EXPECT_LE(entry.usual, entry.greatest) << entry.name;
     }
-    EXPECT_EQ(names.size(), 20U);
+    EXPECT_EQ(names.size(), 22U);
 }
 
 }  // namespace

@@ -8,18 +8,7 @@ namespace kelvo {
 
 using Activity = VirtualHidManager::Activity;
 
-Bench::Bench(const VirtualHidManager::Options& options) : manager(pedal, options) {
-    manager.setDeviceMatching({0x0483, 0x5703, 200});
-    manager.registerDeviceMatchingCallback(
-        [this](const std::shared_ptr<HidDevice>& device) { note(numbered("arrival ", device)); });
-    manager.registerDeviceRemovalCallback(
-        [this](const std::shared_ptr<HidDevice>& device) { note(numbered("removal ", device)); });
-    manager.registerInputReportCallback(
-        [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
-            EXPECT_EQ(device, this->device());
-            note("report " + hex(report.subspan(1, std::min<std::size_t>(report[0], 63))));
-        });
-}
+Bench::Bench(const VirtualHidManager::Options& options) : manager(pedal, options) {}
 
 Bench::~Bench() {
     if (loop_.joinable()) {
@@ -27,8 +16,15 @@ Bench::~Bench() {
     }
 }
 
-void Bench::start() {
-    EXPECT_TRUE(manager.open());
+void Bench::start(const HidMatching& wanted) {
+    EXPECT_TRUE(
+        manager.open(wanted, {.deviceMatching = [this](const auto& device) { note(numbered("arrival ", device)); },
+                              .deviceRemoval = [this](const auto& device) { note(numbered("removal ", device)); },
+                              .inputReport =
+                                  [this](const auto& device, std::span<const std::uint8_t> report) {
+                                      EXPECT_EQ(device, this->device());
+                                      note("report " + hex(report.subspan(1, std::min<std::size_t>(report[0], 63))));
+                                  }}));
     loop_ = std::thread([this] {
         runsOn_ = std::this_thread::get_id();
         manager.run();

@@ -12,15 +12,15 @@
 
 namespace kelvo {
 
-/// A pedal on a virtual cable, and a host that notes what it is told. The host looks for a KR310. A callback on another
+/// A pedal on a virtual cable, and a host that notes what it is told. A callback on another
 /// thread than the one inside `run` fails the test.
 class Bench {
 public:
-    explicit Bench(const VirtualHidManager::Options& options = {});
+    explicit Bench(const VirtualHidManager::Options& options = {.record = true});
     ~Bench();
 
-    /// Opens the manager and serves it on a thread of its own.
-    void start();
+    /// Opens the manager, by default for a KR310, and serves it on a thread of its own.
+    void start(const HidMatching& wanted = {0x0483, 0x5703, 200});
     /// Stops the manager and waits until `run` has returned.
     void finish();
     void waitUntilRunReturns();

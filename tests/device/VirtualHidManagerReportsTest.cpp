@@ -13,7 +13,7 @@ using Log = std::vector<std::string>;
 
 /// A bench whose host has been told of the pedal.
 struct ConnectedBench : Bench {
-    explicit ConnectedBench(const VirtualHidManager::Options& options = {}) : Bench(options) {
+    explicit ConnectedBench(const VirtualHidManager::Options& options = {.record = true}) : Bench(options) {
         manager.plug();
         start();
         awaitArrivals(1);
@@ -68,6 +68,14 @@ TEST(VirtualHidManagerReports, countAsPendingUntilTheHostHasTakenThem) {
     EXPECT_EQ(pending, 2U);
 }
 
+TEST(VirtualHidManagerReports, areNotKeptUnlessARecordIsWanted) {
+    ConnectedBench bench({.record = false});
+    EXPECT_TRUE(bench.sendFrame(deletePacket(3)));
+    EXPECT_EQ(bench.manager.activity().outputReports, std::vector<Report>{});
+    EXPECT_EQ(bench.manager.activity().changes, std::vector<std::string>{});
+    EXPECT_EQ(bench.pedal.memory().cab[3].name, "");
+}
+
 TEST(VirtualHidManagerReports, areRecordedWholeAndInOrder) {
     ConnectedBench bench;
     EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));
@@ -101,7 +109,7 @@ TEST(VirtualHidManagerReports, letTheOneWhoWaitsLookAtThePedal) {
 
 TEST(VirtualHidManagerReports, comeInTheOrderOfTheStartup) {
     ConnectedBench bench;
-    bench.pedal.setStartup({100, milliseconds(5), false});
+    bench.pedal.setStartup({100, milliseconds(5)});
     const steady_clock::time_point begin = steady_clock::now();
     EXPECT_TRUE(bench.sendFrame(connectFrame()));
     bench.awaitInputReports(7);
@@ -117,7 +125,7 @@ TEST(VirtualHidManagerReports, comeInTheOrderOfTheStartup) {
 
 TEST(VirtualHidManagerReports, ofAnAnswerThatIsDueSoonerOvertakeThoseOfASlowOne) {
     ConnectedBench bench;
-    bench.pedal.setStartup({199, seconds(3600), false});
+    bench.pedal.setStartup({199, seconds(3600)});
     EXPECT_TRUE(bench.sendFrame(connectFrame()));
     EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));
     bench.awaitInputReports(2);
@@ -136,7 +144,7 @@ TEST(VirtualHidManagerReports, areHeldBackByTheDelay) {
 
 TEST(VirtualHidManagerReports, thatAreUnderWayAreLostWhenThePedalIsUnplugged) {
     ConnectedBench bench;
-    bench.pedal.setStartup({199, seconds(3600), false});
+    bench.pedal.setStartup({199, seconds(3600)});
     EXPECT_TRUE(bench.sendFrame(connectFrame()));
     bench.awaitInputReports(1);
     bench.manager.unplug();
@@ -244,7 +252,7 @@ TEST(VirtualHidManagerReports, ofOtherSizesReachTheHostAsTheyAre) {
 }
 
 TEST(VirtualHidManagerReports, keepTheWirePaceInBothDirections) {
-    ConnectedBench bench({kKr310Identity, milliseconds(3)});
+    ConnectedBench bench({.wirePace = milliseconds(3)});
     bench.fault({"split=1"});
     const steady_clock::time_point begin = steady_clock::now();
     EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));
@@ -255,7 +263,7 @@ TEST(VirtualHidManagerReports, keepTheWirePaceInBothDirections) {
 }
 
 TEST(VirtualHidManagerReports, thatWaitForTheWireAreRefusedAtOnceWhenThePedalIsUnplugged) {
-    ConnectedBench bench({kKr310Identity, seconds(3600)});
+    ConnectedBench bench({.wirePace = seconds(3600), .record = true});
     std::jthread host([&] { EXPECT_FALSE(bench.sendFrame(deletePacket(3))); });
     EXPECT_TRUE(bench.manager.waitFor([](const Activity& seen) { return seen.outputReports.size() == 1; }));
     bench.manager.unplug();

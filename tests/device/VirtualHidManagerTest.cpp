@@ -71,9 +71,8 @@ class VirtualHidManagerMatching : public testing::TestWithParam<OtherIdentity> {
 
 TEST_P(VirtualHidManagerMatching, announcesNothingToAHostThatLooksForAnotherDevice) {
     Bench bench;
-    bench.manager.setDeviceMatching(GetParam().wanted);
     bench.manager.plug();
-    bench.start();
+    bench.start(GetParam().wanted);
     EXPECT_FALSE(bench.manager.waitFor([](const Activity& seen) { return seen.arrivals > 0; }, milliseconds(50)));
     EXPECT_EQ(bench.log(), std::vector<std::string>{}) << GetParam().what;
 }
@@ -85,17 +84,15 @@ INSTANTIATE_TEST_SUITE_P(Numbers, VirtualHidManagerMatching,
                                          OtherIdentity{"nothing set", {}}));
 
 TEST(VirtualHidManager, canPassForAnotherDevice) {
-    Bench bench({{0x1209, 0x0001, 1}, {}});
-    bench.manager.setDeviceMatching({0x1209, 0x0001, 1});
+    Bench bench({.identity = {0x1209, 0x0001, 1}});
     bench.manager.plug();
-    bench.start();
+    bench.start({0x1209, 0x0001, 1});
     bench.awaitArrivals(1);
 }
 
 TEST(VirtualHidManager, findsNoDeviceWithoutOpenButStillWaitsForStop) {
     VirtualKr310 pedal;
     VirtualHidManager manager(pedal);
-    manager.setDeviceMatching(kKr310Identity);
     manager.plug();
     std::jthread loop([&] { manager.run(); });
     EXPECT_FALSE(manager.waitFor([](const Activity& seen) { return seen.arrivals > 0; }, milliseconds(20)));
@@ -105,8 +102,7 @@ TEST(VirtualHidManager, findsNoDeviceWithoutOpenButStillWaitsForStop) {
 TEST(VirtualHidManager, needsNoCallbacks) {
     VirtualKr310 pedal;
     VirtualHidManager manager(pedal);
-    manager.setDeviceMatching(kKr310Identity);
-    EXPECT_TRUE(manager.open());
+    EXPECT_TRUE(manager.open(kKr310Identity, {}));
     manager.plug();
     std::jthread loop([&] { manager.run(); });
     EXPECT_TRUE(manager.waitFor([](const Activity& seen) { return seen.arrivals == 1; }));
@@ -175,15 +171,13 @@ TEST(VirtualHidManager, letsTheLineSinkUseTheManager) {
     VirtualHidManager* seen = nullptr;
     std::size_t taken = 0;
     VirtualKr310 pedal({}, [&](std::string_view) { taken = seen->activity().outputReports.size(); });
-    VirtualHidManager manager(pedal);
+    VirtualHidManager manager(pedal, {.record = true});
     seen = &manager;
     std::shared_ptr<HidDevice> device;
-    manager.setDeviceMatching(kKr310Identity);
-    manager.registerDeviceMatchingCallback([&](const std::shared_ptr<HidDevice>& arrived) {
-        device = arrived;
-        manager.stop();
-    });
-    EXPECT_TRUE(manager.open());
+    EXPECT_TRUE(manager.open(kKr310Identity, {.deviceMatching = [&](const auto& arrived) {
+                                 device = arrived;
+                                 manager.stop();
+                             }}));
     manager.plug();
     manager.run();
     for (const Bytes& report : makeReports(deletePacket(3))) {

@@ -105,6 +105,14 @@ TEST(VirtualKr310Faults, theFramesThatAreSpoiltAreCountedOverAllAnswers) {
               "AA 55 02 00 E1 01 21 35 AA 55 02 00 E1 02 11 56 AA 55 02 00 E1 03 01 88 AA 55 02 00 E1 04 71 90");
 }
 
+TEST(VirtualKr310Faults, longFramesHaveOneDataByteMore) {
+    Faults faults;
+    faults.longFrames = true;
+    EXPECT_EQ(cabAnswers(faults),
+              "AA 55 03 00 E1 01 00 B5 1D AA 55 03 00 E1 02 00 E0 4E AA 55 03 00 E1 03 00 D3 7F AA 55 03 00 E1 04 00 "
+              "4A E8");
+}
+
 TEST(VirtualKr310Faults, workTogether) {
     VirtualKr310 pedal;
     Faults faults;

@@ -35,7 +35,7 @@ std::string joined(std::initializer_list<std::string> frames) {
 
 /// A pedal that shows 0, 100 and 199 only, a second apart.
 struct QuickPedal : VirtualKr310 {
-    QuickPedal() { setStartup({100, std::chrono::seconds(1), false}); }
+    QuickPedal() { setStartup({100, std::chrono::seconds(1)}); }
 };
 
 VirtualKr310::Reaction connect(VirtualKr310& pedal) {
@@ -49,7 +49,10 @@ TEST(VirtualKr310Startup, showsProgressAndGivesBothNameListsBeforeTheLastValue) 
 
 TEST(VirtualKr310Startup, givesTheAmpNamesFirstWhenToldSo) {
     VirtualKr310 pedal;
-    pedal.setStartup({199, microseconds(0), true});
+    pedal.setStartup({199, microseconds(0)});
+    Faults faults;
+    faults.ampNamesFirst = true;
+    pedal.setFaults(faults);
     EXPECT_EQ(answered(connect(pedal)), joined({kProgress0, kAmpNames, kCabNames, kProgress199}));
 }
 
@@ -75,7 +78,7 @@ TEST(VirtualKr310Startup, goesThroughAll200ValuesInTwoSeconds) {
 TEST(VirtualKr310Startup, endsWith199WhateverTheStep) {
     for (const std::uint32_t step : {2U, 7U, 198U, 199U, 200U, 4'000'000'000U}) {
         VirtualKr310 pedal;
-        pedal.setStartup({step, microseconds(0), false});
+        pedal.setStartup({step, microseconds(0)});
         const VirtualKr310::Reaction reaction = connect(pedal);
         EXPECT_EQ(hex(std::span(reaction.reports.back().bytes).subspan(1, 8)), kProgress199) << step;
         EXPECT_EQ(hex(std::span(reaction.reports.front().bytes).subspan(1, 8)), kProgress0) << step;
@@ -84,7 +87,7 @@ TEST(VirtualKr310Startup, endsWith199WhateverTheStep) {
 
 TEST(VirtualKr310Startup, takesAStepOfNoneAsOne) {
     VirtualKr310 pedal;
-    pedal.setStartup({0, microseconds(0), false});
+    pedal.setStartup({0, microseconds(0)});
     EXPECT_EQ(connect(pedal).reports.size(), 204U);
 }
 
@@ -98,7 +101,7 @@ TEST(VirtualKr310Startup, sendsNamesInTwoReportsEach) {
 
 TEST(VirtualKr310Startup, tellsTheNamesAsTheyAreNow) {
     VirtualKr310 pedal{Kr310Memory()};
-    pedal.setStartup({199, microseconds(0), false});
+    pedal.setStartup({199, microseconds(0)});
     sendPhases(pedal, 0xE1, 3, {1, 2, 3, 4}, 100);
     sendPhases(pedal, 0xE2, 2, {1, 2, 3, 4, 5});
     const std::string answer = answered(connect(pedal));
@@ -118,7 +121,7 @@ TEST(VirtualKr310Startup, answersASecondConnectRequestInTheSameWay) {
 
 TEST(VirtualKr310Startup, answersTwoRequestsInOneReportOneAfterTheOther) {
     VirtualKr310 pedal{Kr310Memory()};
-    pedal.setStartup({199, microseconds(0), false});
+    pedal.setStartup({199, microseconds(0)});
     const std::string one = answered(connect(pedal));
     EXPECT_EQ(answered(send(pedal, {unhex("AA 55 02 00 E0 00 02 25 AA 55 02 00 E0 00 02 25")})), one + ' ' + one);
 }

@@ -136,7 +136,7 @@ TEST(HidrawManagerLife, openThatFails_leavesARunThatFindsNothingAndWaitsForStop)
     RunningManager link(bus);
     {
         const NoDescriptors none;
-        EXPECT_FALSE(link.manager.open());
+        EXPECT_FALSE(link.open());
     }
     link.start();
     link.waitUntilIdle(SYS_futex);
@@ -151,9 +151,9 @@ TEST(HidrawManagerLife, openAfterAFailure_findsTheDevice) {
     RunningManager link(bus);
     {
         const NoDescriptors none;
-        EXPECT_FALSE(link.manager.open());
+        EXPECT_FALSE(link.open());
     }
-    EXPECT_TRUE(link.manager.open());
+    EXPECT_TRUE(link.open());
     link.start();
     EXPECT_EQ(link.waitFor(2), (Events{"log: " + kCannotWatch, "arrived"}));
 }
@@ -166,10 +166,9 @@ TEST(HidrawManagerLife, madeWithoutADescriptor_findsNothingThoughThereAreSomeAga
     none.reset();
     std::vector<std::string> lines;
     const test::LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
-    EXPECT_FALSE(manager.open());
+    EXPECT_FALSE(manager.open({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200},
+                              {.deviceMatching = [](const auto&) { ADD_FAILURE() << "a device was found"; }}));
     EXPECT_EQ(lines, std::vector<std::string>{kCannotWatch});
-    manager.setDeviceMatching({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200});
-    manager.registerDeviceMatchingCallback([](const auto&) { ADD_FAILURE() << "a device was found"; });
     std::promise<pid_t> id;
     std::thread thread([&] {
         id.set_value(gettid());

@@ -27,6 +27,17 @@ TEST(HidrawManagerMatching, findsADeviceThatIsPresentAtTheStart) {
     EXPECT_EQ(link.waitFor(1), Events{"arrived"});
 }
 
+TEST(HidrawManagerMatching, logsWhichOfTwoPedalsItOpened) {
+    FakeBus bus;
+    bus.plug(7);
+    RunningManager link(bus);
+    link.start();
+    link.waitFor(1);
+    bus.plug(8);
+    link.waitUntilIdle();
+    EXPECT_EQ(link.opened(), Events{"/dev/hidraw7 is open: USB device 1-8, release 00c8"});
+}
+
 TEST(HidrawManagerMatching, passesOverAnotherNodeOfThePedal) {
     FakeBus bus;
     bus.plugWithHiddev(0);

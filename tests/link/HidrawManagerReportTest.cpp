@@ -49,13 +49,14 @@ TEST(HidrawManagerReport, takesNoMemory) {
     RunningManager link(bus);
     std::vector<std::size_t> allocations(3);
     std::atomic<std::size_t> reports = 0;
-    link.manager.registerInputReportCallback([&](const auto&, std::span<const std::uint8_t>) {
-        allocations[reports] = test::allocations();
-        ++reports;
-        reports.notify_one();
-    });
+    link.manager.open({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200},
+                      {.inputReport = [&](const auto&, std::span<const std::uint8_t>) {
+                          allocations[reports] = test::allocations();
+                          ++reports;
+                          reports.notify_one();
+                      }});
     link.start();
-    link.waitFor(1);
+    link.waitUntilIdle();
     for (std::size_t report = 0; report < 3; ++report) {
         bus.send(0, Bytes(64, 1));
         reports.wait(report);

@@ -115,13 +115,13 @@ TEST(InputReportWithoutDevice, addsNothing) {
 
 TEST(InputReportAlone, takesNoMemory) {
     struct CountingManager : test::ScriptedHidManager {
-        void registerInputReportCallback(InputReportCallback callback) override {
-            ScriptedHidManager::registerInputReportCallback(
-                [this, callback = std::move(callback)](const auto& device, std::span<const std::uint8_t> report) {
-                    const std::size_t before = test::allocations();
-                    callback(device, report);
-                    taken = test::allocations() - before;
-                });
+        bool open(const HidMatching& matching, HidCallbacks callbacks) override {
+            callbacks.inputReport = [this, link = callbacks.inputReport](const auto& device, auto report) {
+                const std::size_t before = test::allocations();
+                link(device, report);
+                taken = test::allocations() - before;
+            };
+            return ScriptedHidManager::open(matching, std::move(callbacks));
         }
         std::size_t taken = 1;
     };

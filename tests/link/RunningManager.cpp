@@ -14,24 +14,8 @@
 namespace kelvo {
 
 RunningManager::RunningManager(FakeBus& bus)
-    : bus_(bus), log_([this](std::string_view line) { note("log: " + std::string(line)); }) {
-    manager.setDeviceMatching({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200});
-    manager.registerDeviceMatchingCallback([this](const std::shared_ptr<HidDevice>& device) {
-        {
-            const std::lock_guard lock(mutex_);
-            device_ = device;
-        }
-        noteCallback("arrived");
-    });
-    manager.registerDeviceRemovalCallback([this](const std::shared_ptr<HidDevice>& device) {
-        noteCallback(device == this->device() ? "removed" : "another device removed");
-    });
-    manager.registerInputReportCallback(
-        [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
-            noteCallback((device == this->device() ? "report of " : "another device's report of ") +
-                         std::to_string(report.size()) + " bytes beginning with " + std::to_string(report.front()));
-        });
-    isOpen = manager.open();
+    : bus_(bus), log_([this](std::string_view line) { noteLog(std::string(line)); }) {
+    isOpen = open();
     bus_.settle = [this] { waitUntilIdle(); };
 }
 
@@ -39,6 +23,29 @@ RunningManager::~RunningManager() {
     bus_.settle = [] {};
     manager.stop();
     join();
+}
+
+bool RunningManager::open() {
+    return manager.open(
+        {.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200},
+        {.deviceMatching =
+             [this](const std::shared_ptr<HidDevice>& device) {
+                 {
+                     const std::lock_guard lock(mutex_);
+                     device_ = device;
+                 }
+                 noteCallback("arrived");
+             },
+         .deviceRemoval =
+             [this](const std::shared_ptr<HidDevice>& device) {
+                 noteCallback(device == this->device() ? "removed" : "another device removed");
+             },
+         .inputReport =
+             [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
+                 noteCallback((device == this->device() ? "report of " : "another device's report of ") +
+                              std::to_string(report.size()) + " bytes beginning with " +
+                              std::to_string(report.front()));
+             }});
 }
 
 void RunningManager::start(std::function<void()> prepare) {
@@ -94,6 +101,20 @@ void RunningManager::forgetDevice() {
 void RunningManager::noteCallback(const std::string& event) {
     EXPECT_EQ(std::this_thread::get_id(), runsOn_);
     note(event);
+}
+
+void RunningManager::noteLog(const std::string& line) {
+    if (line.find(" is open: ") == std::string::npos) {
+        note("log: " + line);
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    opened_.push_back(line);
+}
+
+std::vector<std::string> RunningManager::opened() {
+    const std::lock_guard lock(mutex_);
+    return opened_;
 }
 
 void RunningManager::note(const std::string& event) {

@@ -25,6 +25,9 @@ public:
     explicit RunningManager(FakeBus& bus);
     ~RunningManager();
 
+    /// Opens the manager, once more.
+    bool open();
+
     /// Starts the thread; `prepare` is called on it first.
     void start(std::function<void()> prepare = {});
     /// Waits until the thread, if it runs, sleeps because there is nothing to do; in poll(2), as long as it has
@@ -39,6 +42,9 @@ public:
     std::vector<std::string> waitFor(std::size_t count);
     std::vector<std::string> events() { return waitFor(0); }
 
+    /// The log's lines about nodes that were opened. They are no events, since every case would have them.
+    std::vector<std::string> opened();
+
     /// The device that arrived last.
     std::shared_ptr<HidDevice> device();
     /// Keeps no device any more.
@@ -48,17 +54,19 @@ public:
     std::function<void(const std::string& event)> onEvent;
 
     HidrawManager manager;
-    /// What `open` said.
+    /// What the constructor's `open` returned.
     bool isOpen = false;
 
 private:
     void note(const std::string& event);
+    void noteLog(const std::string& line);
     void noteCallback(const std::string& event);
 
     FakeBus& bus_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<std::string> events_;
+    std::vector<std::string> opened_;
     std::shared_ptr<HidDevice> device_;
     test::LogListener log_;
     pid_t threadId_ = 0;

@@ -111,14 +111,15 @@ private:
 class ScriptedHidManager : public HidManager {
 public:
     void attach(std::shared_ptr<HidDevice> device) {
-        post([this, device = std::move(device)] { matching_(device); });
+        post([this, device = std::move(device)] { callbacks_.deviceMatching(device); });
     }
     void detach(std::shared_ptr<HidDevice> device) {
-        post([this, device = std::move(device)] { removal_(device); });
+        post([this, device = std::move(device)] { callbacks_.deviceRemoval(device); });
     }
     /// One input report of any length, the count byte included.
     void deliver(std::shared_ptr<HidDevice> device, std::vector<std::uint8_t> report) {
-        post([this, device = std::move(device), report = std::move(report)] { input_(device, report); });
+        post(
+            [this, device = std::move(device), report = std::move(report)] { callbacks_.inputReport(device, report); });
     }
     /// `bytes` as input reports of 64 bytes with up to 63 of them each.
     void deliverBytes(const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> bytes) {
@@ -154,26 +155,11 @@ public:
         openSucceeds_ = false;
     }
 
-    void setDeviceMatching(const HidMatching& matching) override {
-        note("setDeviceMatching");
-        const std::lock_guard lock(mutex_);
-        identifiers_ = matching;
-    }
-    void registerDeviceMatchingCallback(DeviceCallback callback) override {
-        note("registerDeviceMatchingCallback");
-        matching_ = std::move(callback);
-    }
-    void registerDeviceRemovalCallback(DeviceCallback callback) override {
-        note("registerDeviceRemovalCallback");
-        removal_ = std::move(callback);
-    }
-    void registerInputReportCallback(InputReportCallback callback) override {
-        note("registerInputReportCallback");
-        input_ = std::move(callback);
-    }
-    bool open() override {
+    bool open(const HidMatching& matching, HidCallbacks callbacks) override {
         note("open");
         const std::lock_guard lock(mutex_);
+        identifiers_ = matching;
+        callbacks_ = std::move(callbacks);
         return openSucceeds_;
     }
     void run() override {
@@ -223,9 +209,7 @@ private:
     bool stopping_ = false;
     bool ended_ = false;
     // Set before `run` and used inside it only, hence without the mutex.
-    DeviceCallback matching_;
-    DeviceCallback removal_;
-    InputReportCallback input_;
+    HidCallbacks callbacks_;
 };
 
 }  // namespace kelvo::test

@@ -9,28 +9,29 @@ CableLink::CableLink() {
         ++(counts_.*what);
         changed_.notify_all();
     };
-    manager_.setDeviceMatching({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200});
-    manager_.registerDeviceMatchingCallback([this, note](const std::shared_ptr<HidDevice>& device) {
-        const std::lock_guard lock(mutex_);
-        device_ = device;
-        note(&Counts::arrivals);
-    });
-    manager_.registerDeviceRemovalCallback([this, note](const std::shared_ptr<HidDevice>&) {
-        const std::lock_guard lock(mutex_);
-        device_.reset();
-        note(&Counts::removals);
-    });
-    manager_.registerInputReportCallback(
-        [this, note](const std::shared_ptr<HidDevice>&, std::span<const std::uint8_t> report) {
-            const std::lock_guard lock(mutex_);
-            if (report.size() == kReportSize) {
-                note(&Counts::reports);
-            }
-        });
-    thread_ = std::thread([this] {
-        manager_.open();
-        manager_.run();
-    });
+    const HidCallbacks callbacks{
+        .deviceMatching =
+            [this, note](const auto& device) {
+                const std::lock_guard lock(mutex_);
+                device_ = device;
+                note(&Counts::arrivals);
+            },
+        .deviceRemoval =
+            [this, note](const auto&) {
+                const std::lock_guard lock(mutex_);
+                device_.reset();
+                note(&Counts::removals);
+            },
+        .inputReport =
+            [this, note](const auto&, auto report) {
+                const std::lock_guard lock(mutex_);
+                if (report.size() == kReportSize) {
+                    note(&Counts::reports);
+                }
+            },
+    };
+    manager_.open({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200}, callbacks);
+    thread_ = std::thread([this] { manager_.run(); });
 }
 
 CableLink::~CableLink() {

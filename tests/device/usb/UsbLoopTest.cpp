@@ -8,9 +8,12 @@
 
 #include <array>
 #include <atomic>
+#include <cctype>
 #include <condition_variable>
 #include <csignal>
+#include <fstream>
 #include <mutex>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -165,11 +168,11 @@ TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
 }
 
 TEST_F(RunningLoop, listsTheFaultsWithTheirNumbers) {
-    const auto list = asked("faults", 21);
-    ASSERT_EQ(list.size(), 21U);
+    const auto list = asked("faults", 23);
+    ASSERT_EQ(list.size(), 23U);
     EXPECT_EQ(list[0], "silent=N from phase, 0 to 5");
     EXPECT_EQ(list[2], "duplicate-ack");
-    EXPECT_EQ(list[20], "listed");
+    EXPECT_EQ(list[22], "listed");
 }
 
 TEST_F(RunningLoop, listsItsCommandsWhenAskedForHelp) {
@@ -192,6 +195,14 @@ TEST_F(RunningLoop, obeysCommandsThatComeInPiecesAndTogether) {
     type("ng\nstall\ngo");
     type("\nmem");
     EXPECT_THAT(said(3), ElementsAre("hanging", "stalling", "going"));
+}
+
+TEST_F(RunningLoop, refusesALineOfMoreThan256Bytes) {
+    const std::string longest = "fault " + std::string(250, 'x');
+    EXPECT_THAT(asked(longest), ElementsAre("error: there is no fault '" + std::string(250, 'x') + "'"));
+    EXPECT_THAT(asked(longest + 'x'), ElementsAre("error: a command has at most 256 bytes"));
+    type(std::string(100'000, 'x'));
+    EXPECT_THAT(asked("\ngo", 2), ElementsAre("error: a command has at most 256 bytes", "going"));
 }
 
 TEST_F(RunningLoop, servesTheHostAtTheOtherEndOfTheCable) {
@@ -344,6 +355,19 @@ TEST_F(RunningLoop, pullsTheCableAtTheEndOfTheCommands) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     end();
     EXPECT_EQ(fromDevice(1), "");
+}
+
+TEST_F(RunningLoop, helpsAsTheManualPageDoes) {
+    std::ostringstream page;
+    page << std::ifstream(KELVO_MANUAL_PAGE).rdbuf();
+    std::vector<std::string> help = asked("help", 14);
+    help.pop_back();
+    for (const std::string& line : help) {
+        const std::size_t colon = line.find(": ");
+        std::string text = line.substr(colon + 2);
+        text[0] = static_cast<char>(std::toupper(text[0]));
+        EXPECT_THAT(page.str(), testing::HasSubstr(".TP\n.B " + line.substr(0, colon) + '\n' + text + ".\n"));
+    }
 }
 
 TEST(UsbConsole, saysWhyItCannotPlugIn) {
