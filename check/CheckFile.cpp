@@ -7,12 +7,16 @@
 #include <cmath>
 
 #include "ChosenFile.h"
+#include "DiskFile.h"
+#include "Judge.h"
 #include "Notes.h"
 #include "Refusals.h"
 #include "SoxLine.h"
 
 namespace kelvo {
 namespace {
+
+const QString kEmpty = QStringLiteral("it is empty");
 
 /// What a file chooser gives for the file.
 QUrl chosenUrl(const QString& path) {
@@ -22,19 +26,6 @@ QUrl chosenUrl(const QString& path) {
         absolute.remove(0, 1);
     }
     return QUrl::fromLocalFile(absolute);
-}
-
-/// The bytes of a file that is there and not empty; else the report says why not.
-std::optional<FileContent> read(FileReport& report, const QString& path) {
-    ReadFailure failure;
-    auto file = readWholeFile(path, &failure);
-    if (!file) {
-        report.refusal = unreadable(path, failure);
-    } else if (file->size == 0) {
-        report.refusal = QStringLiteral("it is empty");
-        file.reset();
-    }
-    return file;
 }
 
 void setName(FileReport& report, const QString& whole) {
@@ -51,10 +42,10 @@ void setPoints(WaveFacts& facts, IRPoints points) {
     }
 }
 
-void checkInternal(FileReport& report, ByteView file) {
+void checkInternal(FileReport& report, FileView file) {
     std::array<std::uint32_t, kIRPointCount> points{};
     WaveFacts& facts = report.wave.emplace();
-    facts.framesUsed = facts.framesInFile = unpackInternal(internalSamples(file), points);
+    facts.framesUsed = facts.framesInFile = unpackInternal(file.part(kInternalSamples, kMostSampleBytes), points);
     setPoints(facts, points);
     const std::string_view table = internalName(file);
     const QByteArray whole(table.data(), std::ssize(table));
@@ -62,46 +53,46 @@ void checkInternal(FileReport& report, ByteView file) {
     report.notes = nameNotes(report.name, whole) + internalNotes(facts);
 }
 
-void checkWave(FileReport& report, ByteView file, const QString& path) {
-    const WaveLayout wave = findWave(file);
+void checkWave(FileReport& report, FileView file, const WaveLayout& wave, const QString& path) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
     std::array<std::uint32_t, kIRPointCount> points{};
-    const auto used =
-        wave.broken == WaveRule::None ? convertWave(wave.samples, format, wave.frames, points) : std::nullopt;
-    if (!used) {
-        report.refusal = waveRefusal(file, wave);
-        report.soxLine = soxLine(report.path, file, wave);
-        return;
-    }
     WaveFacts& facts = report.wave.emplace();
     const std::size_t frameSize = std::size_t{format.bitsPerSample} / 8 * format.channels;
     facts.format = format;
-    facts.framesInFile = std::min<std::size_t>(wave.frames, wave.samples.size() / frameSize);
-    facts.framesUsed = *used;
+    facts.framesInFile = std::min<std::size_t>(wave.frames, wave.samplesSize / frameSize);
+    facts.framesUsed =
+        convertWave(file.part(wave.samplesOffset, kMostSampleBytes), format, wave.frames, points).value_or(0);
     setPoints(facts, points);
     setName(report, irName(path));
     report.notes += waveNotes(file, wave, facts);
 }
 
 void checkIR(FileReport& report, const QString& path) {
-    const auto file = read(report, path);
-    if (file && isInternalIR(*file)) {
-        checkInternal(report, *file);
-    } else if (file) {
-        checkWave(report, *file, path);
+    DiskFile file(path);
+    const IRVerdict verdict = judgeIR(file);
+    if (verdict.isInternal) {
+        checkInternal(report, file);
+    } else if (verdict.isAccepted()) {
+        checkWave(report, file, verdict.wave, path);
+    } else if (file.size() > 0) {
+        report.refusal = waveRefusal(file, verdict.wave);
+        report.soxLine = soxLine(report.path, file, verdict.wave);
+    } else {
+        report.refusal = kEmpty;
+    }
+    if (file.failure()) {
+        report = {.path = report.path, .refusal = unreadable(path, *file.failure())};
     }
 }
 
 /// The words of a good amp model; else the report says why it is refused.
 std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
-    const auto file = read(report, path);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::array<std::uint32_t, kAmpWordCount> words{};
-    const AmpLayout amp = scanAmp(*file, words);
-    report.refusal = ampRefusal(*file, amp);
-    return report.refusal.isEmpty() ? std::optional(amp) : std::nullopt;
+    DiskFile file(path);
+    const AmpVerdict verdict = judgeAmp(file);
+    report.refusal = verdict.failure    ? unreadable(path, *verdict.failure)
+                     : file.size() == 0 ? kEmpty
+                                        : ampRefusal(file, verdict.amp);
+    return verdict.isAccepted() ? std::optional(verdict.amp) : std::nullopt;
 }
 
 void checkAmp(FileReport& report, const QUrl& url) {

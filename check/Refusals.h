@@ -3,8 +3,8 @@
 #include <QString>
 
 #include "AMPFile.h"
+#include "DiskFile.h"
 #include "IRLayout.h"
-#include "WholeFile.h"
 
 namespace kelvo {
 
@@ -13,9 +13,9 @@ namespace kelvo {
 [[nodiscard]] QString unreadable(const QString& path, const ReadFailure& failure);
 
 /// For a file that breaks a rule of findWave, or else one that convertWave does not take.
-[[nodiscard]] QString waveRefusal(ByteView file, const WaveLayout& wave);
+[[nodiscard]] QString waveRefusal(FileView file, const WaveLayout& wave);
 
 /// Empty for a good file.
-[[nodiscard]] QString ampRefusal(ByteView file, const AmpLayout& amp);
+[[nodiscard]] QString ampRefusal(FileView file, const AmpLayout& amp);
 
 }  // namespace kelvo

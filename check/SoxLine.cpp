@@ -26,8 +26,9 @@ QString shellWord(const QString& word) {
 /// hands a URL to a shell. It expands patterns in any name.
 QString soxFile(const QString& path) {
     static const QRegularExpression pattern(QStringLiteral(R"([*?\[{\\])"));
+    const bool hasDirectory = path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1String("./"));
     return (path.contains(pattern) ? QStringLiteral("--no-glob ") : QString()) +
-           shellWord(path.startsWith(QLatin1Char('/')) ? path : QStringLiteral("./") + path);
+           shellWord(hasDirectory ? path : QStringLiteral("./") + path);
 }
 
 /// The ending keeps its case, so that two inputs never share an output.
@@ -37,7 +38,7 @@ QString convertedPath(const QString& path) {
 
 }  // namespace
 
-QString soxLine(const QString& path, ByteView file, const WaveLayout& wave) {
+QString soxLine(const QString& path, FileView file, const WaveLayout& wave) {
     if (wave.broken != WaveRule::None && wave.broken != WaveRule::Depth) {
         return {};
     }

@@ -11,6 +11,6 @@ namespace kelvo {
 /// are taken but do not keep the sound, 8 bits and 32-bit integers, count as wrong. The line runs nothing but sox,
 /// whatever the file is called, and overwrites no file. Printable; empty for a file that is refused for something else.
 /// Any thread.
-[[nodiscard]] QString soxLine(const QString& path, ByteView file, const WaveLayout& wave);
+[[nodiscard]] QString soxLine(const QString& path, FileView file, const WaveLayout& wave);
 
 }  // namespace kelvo

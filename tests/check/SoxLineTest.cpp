@@ -64,7 +64,7 @@ TEST(SoxLine, quotesNames) {
 TEST(SoxLine, overwritesNothing) {
     const SampleDir dir;
     dir.write("a.wav", WaveFile{.sampleRate = 22050, .data = FileBytes(4000)}.bytes());
-    dir.write("a-converted.wav", {'k', 'e', 'e', 'p'});
+    dir.write("a-converted.wav", FileBytes{'k', 'e', 'e', 'p'});
     QProcess shell;
     shell.start("sh", {"-c", checkFile(dir.path("a.wav")).soxLine});
     ASSERT_TRUE(shell.waitForFinished(60000));
