@@ -72,17 +72,19 @@ bool KelvoAppDelegate::importIR(int row, const QUrl& url) {
 bool KelvoAppDelegate::importAMP(int row, const QUrl& url) {
     selectTransferRow(row);
     AMPFile file;
-    std::unique_lock lock(transferMutex_, std::defer_lock);
-    if (!file.OpenFile(ampPath(url), &lock)) {
+    if (!file.load(ampPath(url))) {
         return false;
     }
     const NameBuffer name = terminatedName(file.CharFileName);
-    transfer_.SendAMPFileName = name;
-    transfer_.isInportAMP = true;
-    transfer_.AMPTick = 1;
-    begin(transfer_.AMPProgress, amp_.model);
-    sendAMPData();
-    lock.unlock();
+    {
+        const std::lock_guard lock(transferMutex_);
+        file.publish();
+        transfer_.SendAMPFileName = name;
+        transfer_.isInportAMP = true;
+        transfer_.AMPTick = 1;
+        begin(transfer_.AMPProgress, amp_.model);
+        sendAMPData();
+    }
     amp_.names.setName(row, QString::fromUtf8(name.data()));
     services_.sleep(0);
     amp_.model->reloadData();

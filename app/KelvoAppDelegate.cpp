@@ -10,16 +10,15 @@
 #include <initializer_list>
 #include <utility>
 
-#include "AMPFile.h"
 #include "CRC.h"
 #include "ChosenFile.h"
 #include "CommandCodes.h"
 #include "DataUnpacking.h"
+#include "Judge.h"
 #include "LoadDataWindowController.h"
 #include "MainQueue.h"
 #include "NSLog.h"
 #include "RVHidClass.h"
-#include "RVIRFile.h"
 #include "SBProgressBar.h"
 #include "ServeEvents.h"
 #include "SlotTableView.h"
@@ -45,14 +44,10 @@ void belongTo(QWidget& window, const QWidget& owner) {
 
 // Whether an import would take the file.
 bool isIRFile(const QUrl& url) {
-    RVIRFile file;
-    PointBuffer points{};
-    return file.OpenFilePath(irPath(url)) && file.GetIRDataBuffer(points);
+    return judgeIRFile(irPath(url)).isAccepted();
 }
 bool isAmpFile(const QUrl& url) {
-    PointBuffer words{};
-    const auto file = readWholeFile(ampPath(url));
-    return file && scanAmp(*file, words).isSound();
+    return judgeAmpFile(ampPath(url)).isAccepted();
 }
 
 }  // namespace
