@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <span>
 
@@ -52,16 +51,6 @@ public:
 
     /// Both: publishes what could be loaded.
     [[nodiscard]] bool OpenFile(const QString& path);
-
-    /// Both, publishing under `guard`, which is locked in between.
-    [[nodiscard]] bool OpenFile(const QString& path, std::unique_lock<std::mutex>* guard) {
-        const bool isLoaded = load(path);
-        if (isLoaded) {
-            guard->lock();
-            publish();
-        }
-        return isLoaded;
-    }
 
     /// Copies the words of ampSwBuffer.
     void GetBuffer(std::span<std::uint32_t, kAmpWordCount> words) const;
