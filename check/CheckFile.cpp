@@ -1,10 +1,12 @@
 #include "CheckFile.h"
 
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
 
 #include "ChosenFile.h"
 #include "DiskFile.h"
@@ -17,15 +19,21 @@ namespace kelvo {
 namespace {
 
 const QString kEmpty = QStringLiteral("it is empty");
+const QString kNotUtf8 = QStringLiteral("its name is not valid UTF-8, so it cannot be chosen; rename it");
 
 /// What a file chooser gives for the file.
-QUrl chosenUrl(const QString& path) {
-    QString absolute = path.startsWith(QLatin1Char('/')) ? path : QDir::currentPath() + QLatin1Char('/') + path;
+QUrl chosenUrl(const QByteArray& path) {
+    const QString decoded = QFile::decodeName(path);
+    QString absolute = path.startsWith('/') ? decoded : QDir::currentPath() + QLatin1Char('/') + decoded;
     // Two slashes at the front would make a URL with a host.
     while (absolute.startsWith(QLatin1String("//"))) {
         absolute.remove(0, 1);
     }
     return QUrl::fromLocalFile(absolute);
+}
+
+bool isOfferedForASlot(const QUrl& url) {
+    return hasFileType(url, kIRFileType) || hasFileType(url, kAmpFileType);
 }
 
 void setName(FileReport& report, const QString& whole) {
@@ -67,29 +75,36 @@ void checkWave(FileReport& report, FileView file, const WaveLayout& wave, const 
     report.notes += waveNotes(file, wave, facts);
 }
 
-void checkIR(FileReport& report, const QString& path) {
-    DiskFile file(path);
+/// `url` is what a file chooser would give; it cannot hold a name that is not valid UTF-8.
+void checkIR(FileReport& report, const QUrl& url) {
+    const bool canBeChosen = QUtf8StringView(report.path).isValidUtf8();
+    const QString chosen = irPath(url);
+    DiskFile file(canBeChosen ? QFile::encodeName(chosen) : report.path);
     const IRVerdict verdict = judgeIR(file);
-    if (verdict.isInternal) {
-        checkInternal(report, file);
-    } else if (verdict.isAccepted()) {
-        checkWave(report, file, verdict.wave, path);
-    } else if (file.size() > 0) {
-        report.refusal = waveRefusal(file, verdict.wave);
-        report.soxLine = soxLine(report.path, file, verdict.wave);
-    } else {
+    if (file.size() == 0) {
         report.refusal = kEmpty;
+    } else if (!verdict.isAccepted()) {
+        report.refusal = waveRefusal(file, verdict.wave);
+    } else if (!canBeChosen) {
+        report.refusal = kNotUtf8;
+    } else if (verdict.isInternal) {
+        checkInternal(report, file);
+    } else {
+        checkWave(report, file, verdict.wave, chosen);
+    }
+    if (!report.refusal.isEmpty() && !verdict.isInternal) {
+        report.soxLine = soxLine(report.path, file, verdict.wave);
     }
     if (file.failure()) {
-        report = {.path = report.path, .refusal = unreadable(path, *file.failure())};
+        report = {.path = report.path, .refusal = unreadable(*file.failure())};
     }
 }
 
 /// The words of a good amp model; else the report says why it is refused.
 std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
-    DiskFile file(path);
+    DiskFile file(QFile::encodeName(path));
     const AmpVerdict verdict = judgeAmp(file);
-    report.refusal = verdict.failure    ? unreadable(path, *verdict.failure)
+    report.refusal = verdict.failure    ? unreadable(*verdict.failure)
                      : file.size() == 0 ? kEmpty
                                         : ampRefusal(file, verdict.amp);
     return verdict.isAccepted() ? std::optional(verdict.amp) : std::nullopt;
@@ -98,6 +113,10 @@ std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
 void checkAmp(FileReport& report, const QUrl& url) {
     const QString lookedFor = ampPath(url);
     const QString meant = irPath(url);
+    if (!QUtf8StringView(report.path).isValidUtf8()) {
+        report.refusal = kNotUtf8;
+        return;
+    }
     report.amp = readAmp(report, lookedFor);
     // What is wrong with the file itself cannot be mended by another name.
     if (!report.amp && lookedFor != meant && readAmp(report, meant)) {
@@ -116,21 +135,45 @@ void checkAmp(FileReport& report, const QUrl& url) {
     }
 }
 
+/// The names of the .wav and .amp files in a folder; `error` says why it could not be read.
+QByteArrayList filesOfFolder(const QByteArray& folder, std::error_code& error) {
+    QByteArrayList names;
+    std::filesystem::directory_iterator entry(folder.toStdString(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const QByteArray name = QByteArray::fromStdString(entry->path().filename().native());
+        std::error_code unknown;
+        if (!name.startsWith('.') && isOfferedForASlot(chosenUrl(name)) && entry->is_regular_file(unknown)) {
+            names += name;
+        }
+    }
+    std::ranges::sort(names, [](const QByteArray& a, const QByteArray& b) {
+        const int order = QString::fromUtf8(a).compare(QString::fromUtf8(b), Qt::CaseInsensitive);
+        return order < 0 || (order == 0 && a < b);
+    });
+    return names;
+}
+
+/// Why nothing of a folder is imported.
+QString folderRefusal(const QByteArray& folder) {
+    std::error_code error;
+    filesOfFolder(folder, error);
+    return error ? QStringLiteral("it is a folder that cannot be read: %1").arg(qt_error_string(error.value()))
+                 : QStringLiteral("it is a folder without .%1 and .%2 files").arg(kIRFileType, kAmpFileType);
+}
+
 }  // namespace
 
-bool isForCabSlot(const QString& path) {
+bool isForCabSlot(const QByteArray& path) {
     return hasFileType(chosenUrl(path), kIRFileType);
 }
 
-QStringList withFilesOfFolders(const QStringList& arguments) {
-    QStringList files;
-    for (const QString& argument : arguments) {
-        const QStringList patterns{QStringLiteral("*.") + kIRFileType, QStringLiteral("*.") + kAmpFileType};
-        const QStringList names = QFileInfo(argument).isDir()
-                                      ? QDir(argument).entryList(patterns, QDir::Files, QDir::Name | QDir::IgnoreCase)
-                                      : QStringList();
-        for (const QString& name : names) {
-            files += QDir(argument).filePath(name);
+QByteArrayList withFilesOfFolders(const QByteArrayList& arguments) {
+    QByteArrayList files;
+    for (const QByteArray& argument : arguments) {
+        std::error_code error;
+        const QByteArrayList names = filesOfFolder(argument, error);
+        for (const QByteArray& name : names) {
+            files += argument + (argument.endsWith('/') ? QByteArray() : QByteArray("/")) + name;
         }
         if (names.isEmpty()) {
             files += argument;
@@ -139,11 +182,14 @@ QStringList withFilesOfFolders(const QStringList& arguments) {
     return files;
 }
 
-FileReport checkFile(const QString& path) {
+FileReport checkFile(const QByteArray& path) {
     FileReport report{.path = path};
     const QUrl url = chosenUrl(path);
-    if (hasFileType(url, kIRFileType)) {
-        checkIR(report, irPath(url));
+    std::error_code error;
+    if (std::filesystem::is_directory(path.toStdString(), error)) {
+        report.refusal = folderRefusal(path);
+    } else if (hasFileType(url, kIRFileType)) {
+        checkIR(report, url);
     } else if (hasFileType(url, kAmpFileType)) {
         checkAmp(report, url);
     } else {

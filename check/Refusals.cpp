@@ -12,17 +12,6 @@
 namespace kelvo {
 namespace {
 
-QString unopened(const QString& path, int error) {
-    if (error == 0) {
-        return QStringLiteral("its name holds a NUL");
-    }
-    const QString reason = QStringLiteral("it cannot be opened: %1").arg(qt_error_string(error));
-    // What stands for the bytes that could not be decoded is not in the name on the disk.
-    return error == ENOENT && path.contains(QChar::ReplacementCharacter)
-               ? reason + QStringLiteral(" (its name may not be valid UTF-8)")
-               : reason;
-}
-
 QString wrongMark(FileView file, std::size_t offset, const char* mark) {
     return QStringLiteral("it is no wave file: byte %1 says \"%2\" instead of \"%3\"")
         .arg(offset)
@@ -47,10 +36,11 @@ QString hex(std::uint32_t word) {
 
 }  // namespace
 
-QString unreadable(const QString& path, const ReadFailure& failure) {
+QString unreadable(const ReadFailure& failure) {
     switch (failure.step) {
         case ReadFailure::Step::Open:
-            return unopened(path, failure.error);
+            return failure.error == 0 ? QStringLiteral("its name holds a NUL")
+                                      : QStringLiteral("it cannot be opened: %1").arg(qt_error_string(failure.error));
         case ReadFailure::Step::Type:
             return QStringLiteral("it is a %1, not a regular file")
                 .arg(S_ISDIR(failure.mode)    ? QStringLiteral("folder")

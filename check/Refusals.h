@@ -10,7 +10,7 @@ namespace kelvo {
 
 // Why a file is refused: a printable clause that begins with "it" or "its". Any thread.
 
-[[nodiscard]] QString unreadable(const QString& path, const ReadFailure& failure);
+[[nodiscard]] QString unreadable(const ReadFailure& failure);
 
 /// For a file that breaks a rule of findWave, or else one that convertWave does not take.
 [[nodiscard]] QString waveRefusal(FileView file, const WaveLayout& wave);

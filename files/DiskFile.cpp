@@ -4,14 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <algorithm>
 #include <cerrno>
 #include <utility>
 
 namespace kelvo {
 
-DiskFile::DiskFile(const QString& path, std::stop_token stop) : failure_(open(path)), stop_(std::move(stop)) {}
+DiskFile::DiskFile(const QByteArray& path, std::stop_token stop) : failure_(open(path)), stop_(std::move(stop)) {}
 
 DiskFile::~DiskFile() {
     if (fd_ >= 0) {
@@ -19,12 +18,12 @@ DiskFile::~DiskFile() {
     }
 }
 
-std::optional<ReadFailure> DiskFile::open(const QString& path) {
+std::optional<ReadFailure> DiskFile::open(const QByteArray& path) {
     // The system would take a name with a NUL in it for the shorter name of another file.
-    if (path.contains(QChar::Null)) {
+    if (path.contains('\0')) {
         return ReadFailure{};
     }
-    fd_ = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    fd_ = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     struct stat status {};
     if (fd_ < 0 || ::fstat(fd_, &status) != 0) {
         return ReadFailure{.error = errno};

@@ -2,7 +2,7 @@
 
 #include <sys/types.h>
 
-#include <QString>
+#include <QByteArray>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -33,9 +33,10 @@ public:
     /// The longest part.
     static constexpr std::size_t kLongestPart = 32768;
 
-    /// Opens a file. It fails for one that is missing, unreadable, not regular (directory, FIFO, socket, device) or
-    /// longer than kLargestFile. Never waits for the other end of a FIFO. After a stop request nothing more is read.
-    explicit DiskFile(const QString& path, std::stop_token stop = {});
+    /// Opens a file by its name in the system's own bytes. It fails for one that is missing, unreadable, not regular
+    /// (directory, FIFO, socket, device) or longer than kLargestFile. Never waits for the other end of a FIFO. After a
+    /// stop request nothing more is read.
+    explicit DiskFile(const QByteArray& path, std::stop_token stop = {});
     ~DiskFile();
     DiskFile(const DiskFile&) = delete;
     DiskFile& operator=(const DiskFile&) = delete;
@@ -56,7 +57,7 @@ public:
     [[nodiscard]] ByteView part(std::size_t offset, std::size_t length);
 
 private:
-    [[nodiscard]] std::optional<ReadFailure> open(const QString& path);
+    [[nodiscard]] std::optional<ReadFailure> open(const QByteArray& path);
     [[nodiscard]] ReadFailure brokenOff(std::size_t offset, int error) const;
 
     int fd_ = -1;

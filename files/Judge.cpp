@@ -1,5 +1,6 @@
 #include "Judge.h"
 
+#include <QFile>
 #include <array>
 
 #include "IRConversion.h"
@@ -27,12 +28,12 @@ AmpVerdict judgeAmp(DiskFile& file) {
 }
 
 IRVerdict judgeIRFile(const QString& path, const std::stop_token& stop) {
-    DiskFile file(path, stop);
+    DiskFile file(QFile::encodeName(path), stop);
     return judgeIR(file);
 }
 
 AmpVerdict judgeAmpFile(const QString& path, const std::stop_token& stop) {
-    DiskFile file(path, stop);
+    DiskFile file(QFile::encodeName(path), stop);
     return judgeAmp(file);
 }
 

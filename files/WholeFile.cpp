@@ -1,5 +1,6 @@
 #include "WholeFile.h"
 
+#include <QFile>
 #include <new>
 
 namespace kelvo {
@@ -7,7 +8,7 @@ namespace {
 
 /// Fills `content`, or says why it cannot.
 std::optional<ReadFailure> readInto(FileContent& content, const QString& path) {
-    DiskFile file(path);
+    DiskFile file(QFile::encodeName(path));
     if (file.failure()) {
         return file.failure();
     }
