@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "KelvoAppDelegate.h"
+#include "PrintableText.h"
 
 namespace kelvo {
 namespace {
@@ -23,18 +24,27 @@ struct Complaint {
 /// What the toolkit has said since holdComplaint took its messages. Main thread.
 std::vector<Complaint> heldComplaints;
 
+/// What the toolkit says may repeat what the user's arguments hold.
+QString printableLines(const QString& text) {
+    QStringList lines = text.split(QLatin1Char('\n'));
+    for (QString& line : lines) {
+        line = printableText(line.toUtf8());
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
 /// Takes the toolkit's messages while it opens a display. Where there is none, it says so in many lines and aborts:
 /// here the first line that concerns displays becomes the one sentence of all that.
 void holdComplaint(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     if (type != QtFatalMsg) {
-        heldComplaints.push_back({type, context.category, text});
+        heldComplaints.push_back({type, context.category, printableLines(text)});
         return;
     }
     const auto cause = std::ranges::find_if(heldComplaints, [](const Complaint& complaint) {
         return complaint.type == QtWarningMsg && QLatin1String(complaint.category).startsWith(QLatin1String("qt.qpa."));
     });
     const QString reason =
-        (cause != heldComplaints.end() ? cause->text : text.split(QLatin1Char('\n')).first()).trimmed();
+        (cause != heldComplaints.end() ? cause->text : printableLines(text)).split(QLatin1Char('\n')).first().trimmed();
     std::fprintf(stderr, "%s: No display to show a window on: %s\n", program_invocation_short_name, qPrintable(reason));
     std::_Exit(EXIT_FAILURE);
 }

@@ -4,6 +4,7 @@
 
 #include "AMPFile.h"
 #include "ChosenFile.h"
+#include "Judge.h"
 #include "RVIRFile.h"
 
 namespace kelvo {
@@ -43,7 +44,8 @@ const SlotKind kCabSlots{
     .firstNumber = 27,
     .transfer = kIRTransfer,
     .read = readIR,
-    .isAccepted = [](const QUrl& url, const std::stop_token&) { return readIR(url).has_value(); },
+    .isAccepted =
+        [](const QUrl& url, const std::stop_token& stop) { return judgeIRFile(irPath(url), stop).isAccepted(); },
 };
 
 const SlotKind kAmpSlots{
@@ -54,11 +56,7 @@ const SlotKind kAmpSlots{
     .transfer = kAMPTransfer,
     .read = readAmp,
     .isAccepted =
-        [](const QUrl& url, const std::stop_token&) {
-            PointBuffer words{};
-            const auto file = readWholeFile(ampPath(url));
-            return file && scanAmp(*file, words).isSound();
-        },
+        [](const QUrl& url, const std::stop_token& stop) { return judgeAmpFile(ampPath(url), stop).isAccepted(); },
 };
 
 }  // namespace kelvo

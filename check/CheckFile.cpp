@@ -1,12 +1,16 @@
 #include "CheckFile.h"
 
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
 
 #include "ChosenFile.h"
+#include "DiskFile.h"
+#include "Judge.h"
 #include "Notes.h"
 #include "Refusals.h"
 #include "SoxLine.h"
@@ -14,9 +18,13 @@
 namespace kelvo {
 namespace {
 
+const QString kEmpty = QStringLiteral("it is empty");
+const QString kNotUtf8 = QStringLiteral("its name is not valid UTF-8, so it cannot be chosen; rename it");
+
 /// What a file chooser gives for the file.
-QUrl chosenUrl(const QString& path) {
-    QString absolute = path.startsWith(QLatin1Char('/')) ? path : QDir::currentPath() + QLatin1Char('/') + path;
+QUrl chosenUrl(const QByteArray& path) {
+    const QString decoded = QFile::decodeName(path);
+    QString absolute = path.startsWith('/') ? decoded : QDir::currentPath() + QLatin1Char('/') + decoded;
     // Two slashes at the front would make a URL with a host.
     while (absolute.startsWith(QLatin1String("//"))) {
         absolute.remove(0, 1);
@@ -24,17 +32,8 @@ QUrl chosenUrl(const QString& path) {
     return QUrl::fromLocalFile(absolute);
 }
 
-/// The bytes of a file that is there and not empty; else the report says why not.
-std::optional<FileContent> read(FileReport& report, const QString& path) {
-    ReadFailure failure;
-    auto file = readWholeFile(path, &failure);
-    if (!file) {
-        report.refusal = unreadable(path, failure);
-    } else if (file->size == 0) {
-        report.refusal = QStringLiteral("it is empty");
-        file.reset();
-    }
-    return file;
+bool isOfferedForASlot(const QUrl& url) {
+    return hasFileType(url, kIRFileType) || hasFileType(url, kAmpFileType);
 }
 
 void setName(FileReport& report, const QString& whole) {
@@ -51,10 +50,10 @@ void setPoints(WaveFacts& facts, IRPoints points) {
     }
 }
 
-void checkInternal(FileReport& report, ByteView file) {
+void checkInternal(FileReport& report, FileView file) {
     std::array<std::uint32_t, kIRPointCount> points{};
     WaveFacts& facts = report.wave.emplace();
-    facts.framesUsed = facts.framesInFile = unpackInternal(internalSamples(file), points);
+    facts.framesUsed = facts.framesInFile = unpackInternal(file.part(kInternalSamples, kMostSampleBytes), points);
     setPoints(facts, points);
     const std::string_view table = internalName(file);
     const QByteArray whole(table.data(), std::ssize(table));
@@ -62,51 +61,62 @@ void checkInternal(FileReport& report, ByteView file) {
     report.notes = nameNotes(report.name, whole) + internalNotes(facts);
 }
 
-void checkWave(FileReport& report, ByteView file, const QString& path) {
-    const WaveLayout wave = findWave(file);
+void checkWave(FileReport& report, FileView file, const WaveLayout& wave, const QString& path) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
     std::array<std::uint32_t, kIRPointCount> points{};
-    const auto used =
-        wave.broken == WaveRule::None ? convertWave(wave.samples, format, wave.frames, points) : std::nullopt;
-    if (!used) {
-        report.refusal = waveRefusal(file, wave);
-        report.soxLine = soxLine(report.path, file, wave);
-        return;
-    }
     WaveFacts& facts = report.wave.emplace();
     const std::size_t frameSize = std::size_t{format.bitsPerSample} / 8 * format.channels;
     facts.format = format;
-    facts.framesInFile = std::min<std::size_t>(wave.frames, wave.samples.size() / frameSize);
-    facts.framesUsed = *used;
+    facts.framesInFile = std::min<std::size_t>(wave.frames, wave.samplesSize / frameSize);
+    facts.framesUsed =
+        convertWave(file.part(wave.samplesOffset, kMostSampleBytes), format, wave.frames, points).value_or(0);
     setPoints(facts, points);
     setName(report, irName(path));
     report.notes += waveNotes(file, wave, facts);
 }
 
-void checkIR(FileReport& report, const QString& path) {
-    const auto file = read(report, path);
-    if (file && isInternalIR(*file)) {
-        checkInternal(report, *file);
-    } else if (file) {
-        checkWave(report, *file, path);
+/// `url` is what a file chooser would give; it cannot hold a name that is not valid UTF-8.
+void checkIR(FileReport& report, const QUrl& url) {
+    const bool canBeChosen = QUtf8StringView(report.path).isValidUtf8();
+    const QString chosen = irPath(url);
+    DiskFile file(canBeChosen ? QFile::encodeName(chosen) : report.path);
+    const IRVerdict verdict = judgeIR(file);
+    if (file.size() == 0) {
+        report.refusal = kEmpty;
+    } else if (!verdict.isAccepted()) {
+        report.refusal = waveRefusal(file, verdict.wave);
+    } else if (!canBeChosen) {
+        report.refusal = kNotUtf8;
+    } else if (verdict.isInternal) {
+        checkInternal(report, file);
+    } else {
+        checkWave(report, file, verdict.wave, chosen);
+    }
+    if (!report.refusal.isEmpty() && !verdict.isInternal) {
+        report.soxLine = soxLine(report.path, file, verdict.wave);
+    }
+    if (file.failure()) {
+        report = {.path = report.path, .refusal = unreadable(*file.failure())};
     }
 }
 
 /// The words of a good amp model; else the report says why it is refused.
 std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
-    const auto file = read(report, path);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::array<std::uint32_t, kAmpWordCount> words{};
-    const AmpLayout amp = scanAmp(*file, words);
-    report.refusal = ampRefusal(*file, amp);
-    return report.refusal.isEmpty() ? std::optional(amp) : std::nullopt;
+    DiskFile file(QFile::encodeName(path));
+    const AmpVerdict verdict = judgeAmp(file);
+    report.refusal = verdict.failure    ? unreadable(*verdict.failure)
+                     : file.size() == 0 ? kEmpty
+                                        : ampRefusal(file, verdict.amp);
+    return verdict.isAccepted() ? std::optional(verdict.amp) : std::nullopt;
 }
 
 void checkAmp(FileReport& report, const QUrl& url) {
     const QString lookedFor = ampPath(url);
     const QString meant = irPath(url);
+    if (!QUtf8StringView(report.path).isValidUtf8()) {
+        report.refusal = kNotUtf8;
+        return;
+    }
     report.amp = readAmp(report, lookedFor);
     // What is wrong with the file itself cannot be mended by another name.
     if (!report.amp && lookedFor != meant && readAmp(report, meant)) {
@@ -125,21 +135,45 @@ void checkAmp(FileReport& report, const QUrl& url) {
     }
 }
 
+/// The names of the .wav and .amp files in a folder; `error` says why it could not be read.
+QByteArrayList filesOfFolder(const QByteArray& folder, std::error_code& error) {
+    QByteArrayList names;
+    std::filesystem::directory_iterator entry(folder.toStdString(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const QByteArray name = QByteArray::fromStdString(entry->path().filename().native());
+        std::error_code unknown;
+        if (!name.startsWith('.') && isOfferedForASlot(chosenUrl(name)) && entry->is_regular_file(unknown)) {
+            names += name;
+        }
+    }
+    std::ranges::sort(names, [](const QByteArray& a, const QByteArray& b) {
+        const int order = QString::fromUtf8(a).compare(QString::fromUtf8(b), Qt::CaseInsensitive);
+        return order < 0 || (order == 0 && a < b);
+    });
+    return names;
+}
+
+/// Why nothing of a folder is imported.
+QString folderRefusal(const QByteArray& folder) {
+    std::error_code error;
+    filesOfFolder(folder, error);
+    return error ? QStringLiteral("it is a folder that cannot be read: %1").arg(qt_error_string(error.value()))
+                 : QStringLiteral("it is a folder without .%1 and .%2 files").arg(kIRFileType, kAmpFileType);
+}
+
 }  // namespace
 
-bool isForCabSlot(const QString& path) {
+bool isForCabSlot(const QByteArray& path) {
     return hasFileType(chosenUrl(path), kIRFileType);
 }
 
-QStringList withFilesOfFolders(const QStringList& arguments) {
-    QStringList files;
-    for (const QString& argument : arguments) {
-        const QStringList patterns{QStringLiteral("*.") + kIRFileType, QStringLiteral("*.") + kAmpFileType};
-        const QStringList names = QFileInfo(argument).isDir()
-                                      ? QDir(argument).entryList(patterns, QDir::Files, QDir::Name | QDir::IgnoreCase)
-                                      : QStringList();
-        for (const QString& name : names) {
-            files += QDir(argument).filePath(name);
+QByteArrayList withFilesOfFolders(const QByteArrayList& arguments) {
+    QByteArrayList files;
+    for (const QByteArray& argument : arguments) {
+        std::error_code error;
+        const QByteArrayList names = filesOfFolder(argument, error);
+        for (const QByteArray& name : names) {
+            files += argument + (argument.endsWith('/') ? QByteArray() : QByteArray("/")) + name;
         }
         if (names.isEmpty()) {
             files += argument;
@@ -148,11 +182,14 @@ QStringList withFilesOfFolders(const QStringList& arguments) {
     return files;
 }
 
-FileReport checkFile(const QString& path) {
+FileReport checkFile(const QByteArray& path) {
     FileReport report{.path = path};
     const QUrl url = chosenUrl(path);
-    if (hasFileType(url, kIRFileType)) {
-        checkIR(report, irPath(url));
+    std::error_code error;
+    if (std::filesystem::is_directory(path.toStdString(), error)) {
+        report.refusal = folderRefusal(path);
+    } else if (hasFileType(url, kIRFileType)) {
+        checkIR(report, url);
     } else if (hasFileType(url, kAmpFileType)) {
         checkAmp(report, url);
     } else {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -26,7 +27,7 @@ struct WaveFacts {
 
 /// What the utility makes of one file. Either `refusal`, `wave` or `amp` is there.
 struct FileReport {
-    QString path;                   ///< as it was given
+    QByteArray path;                ///< as it was given, in the system's own bytes
     QString refusal;                ///< why the file is refused: a clause that begins with "it" or "its"
     QString soxLine;                ///< what would mend it, see soxLine; empty where sox is no help
     QByteArray name;                ///< the slot's name, in the bytes that the pedal gets
@@ -36,14 +37,14 @@ struct FileReport {
 };
 
 /// Whether the utility offers the file at `path` for a CAB slot; only its name counts.
-[[nodiscard]] bool isForCabSlot(const QString& path);
+[[nodiscard]] bool isForCabSlot(const QByteArray& path);
 
-/// The arguments with the .wav and .amp files of each folder among them, in the order of their names, in its place. One
-/// that has none stays.
-[[nodiscard]] QStringList withFilesOfFolders(const QStringList& arguments);
+/// The arguments with the .wav and .amp files of each folder among them, in the order of their names, in its place.
+/// Hidden files are left out. A folder that has none, or cannot be read, stays.
+[[nodiscard]] QByteArrayList withFilesOfFolders(const QByteArrayList& arguments);
 
 /// Treats the file at `path`, absolute or from the working directory on, as the utility does when it is chosen for the
-/// slots of its extension. Reads the file and does nothing else. Any thread.
-[[nodiscard]] FileReport checkFile(const QString& path);
+/// slots of its extension. Reads the file, in blocks, and does nothing else. Any thread.
+[[nodiscard]] FileReport checkFile(const QByteArray& path);
 
 }  // namespace kelvo

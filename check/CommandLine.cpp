@@ -23,23 +23,29 @@ something cannot be written.
     };
 }
 
-CommandLine parseCommandLine(const QStringList& arguments) {
+CommandLine parseCommandLine(const QByteArrayList& arguments) {
+    // The parser wants characters, but a file's name is bytes: each byte becomes a character, and is one again later.
+    QStringList characters;
+    for (const QByteArray& argument : arguments) {
+        characters += QString::fromLatin1(argument);
+    }
     const QString plot = QStringLiteral("plot");
     const QString json = QStringLiteral("json");
     QCommandLineParser parser;
     parser.addOptions({QCommandLineOption(json), {plot, {}, QStringLiteral("OUT.png")}});
-    const Request request = readArguments(parser, arguments);
+    Request request = readArguments(parser, characters);
+    request.mistake = QString::fromUtf8(request.mistake.toLatin1());
 
-    CommandLine command{.request = request,
-                        .files = parser.positionalArguments(),
-                        .isJson = parser.isSet(json),
-                        .plotFile = parser.value(plot)};
+    CommandLine command{.request = request, .isJson = parser.isSet(json), .plotFile = parser.value(plot).toLatin1()};
+    for (const QString& file : parser.positionalArguments()) {
+        command.files += file.toLatin1();
+    }
     if (request.kind != Request::Kind::Run || !request.mistake.isEmpty()) {
         return command;
     }
     if (command.files.isEmpty()) {
         command.request.mistake = QStringLiteral("No file is named.");
-    } else if (parser.isSet(plot) && !command.plotFile.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+    } else if (parser.isSet(plot) && !command.plotFile.toLower().endsWith(".png")) {
         // So that a forgotten argument does not cost the sound file behind it.
         command.request.mistake = QStringLiteral("The picture's name must end in .png.");
     } else if (parser.isSet(plot) && (command.files.size() != 1 || !isForCabSlot(command.files.first()))) {

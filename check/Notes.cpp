@@ -36,10 +36,10 @@ bool isPrintableAscii(char byte) {
 
 /// Applies when the chunks' own sizes do not lead from the first chunk to one at `offset`: what was found there may be
 /// inside another chunk.
-Note strayChunk(ByteView file, const char* id, std::size_t offset) {
+Note strayChunk(FileView file, const char* id, std::size_t offset) {
     std::uint64_t begin = sizeof(RIFF_HEADER);
     while (begin < offset) {
-        const std::uint32_t size = littleEndian(file, static_cast<std::size_t>(begin) + sizeof(FourChars), 4);
+        const std::uint32_t size = file.number(static_cast<std::size_t>(begin) + sizeof(FourChars), 4);
         begin += sizeof(DATA_BLOCK) + std::uint64_t{size} + size % 2;
     }
     return {begin != offset,
@@ -52,11 +52,11 @@ Note strayChunk(ByteView file, const char* id, std::size_t offset) {
 
 /// How many of the first `frames` frames hold a float beyond -1.0 to 1.0, or none, in their first channel. Such samples
 /// wrap when they are decoded.
-std::size_t countBeyondFullScale(ByteView samples, std::size_t stride, std::size_t frames) {
+std::size_t countBeyondFullScale(FileView samples, std::size_t stride, std::size_t frames) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < frames; ++i) {
         // Written so that NaN counts.
-        count += std::abs(std::bit_cast<float>(littleEndian(samples, i * stride, 4))) <= 1.0F ? 0U : 1U;
+        count += std::abs(std::bit_cast<float>(samples.number(i * stride, 4))) <= 1.0F ? 0U : 1U;
     }
     return count;
 }
@@ -83,19 +83,20 @@ QStringList nameNotes(QByteArrayView sent, const QByteArray& whole) {
     });
 }
 
-std::uint32_t formatTag(ByteView file, const WaveLayout& wave) {
+std::uint32_t formatTag(FileView file, const WaveLayout& wave) {
     const std::uint32_t tag = wave.fmt_block.format.formatTag;
-    return tag == kHasSubFormat ? littleEndian(file.subspan(wave.fmtOffset), kSubFormatTag, 2) : tag;
+    return tag == kHasSubFormat ? file.number(wave.fmtOffset + kSubFormatTag, 2) : tag;
 }
 
-QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& facts) {
+QStringList waveNotes(FileView file, const WaveLayout& wave, const WaveFacts& facts) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
-    const std::size_t held = wave.samples.size();
+    const std::size_t held = wave.samplesSize;
     const bool isUsable = hasUsableChannel(format.channels);
     const bool isFloat = format.bitsPerSample == kFloatBits;
     const std::size_t wanted = findIRRate(format.sampleRate)->frameCap;
+    const ByteView samples = file.part(wave.samplesOffset, kMostSampleBytes);
     const std::size_t beyond =
-        isFloat ? countBeyondFullScale(wave.samples, std::size_t{4} * format.channels, facts.framesUsed) : 0;
+        isFloat ? countBeyondFullScale(samples, std::size_t{4} * format.channels, facts.framesUsed) : 0;
     const std::uint32_t tag = formatTag(file, wave);
     return thoseThatApply({
         {!isUsable, QStringLiteral("its %1 channels give silence; only one channel, or the first of two, is used")

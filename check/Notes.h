@@ -14,12 +14,12 @@ namespace kelvo {
 [[nodiscard]] QStringList nameNotes(QByteArrayView sent, const QByteArray& whole);
 
 /// What the header says of the samples: kFloatTag for floats. That of the sub-format where there is one.
-[[nodiscard]] std::uint32_t formatTag(ByteView file, const WaveLayout& wave);
+[[nodiscard]] std::uint32_t formatTag(FileView file, const WaveLayout& wave);
 
 inline constexpr std::uint32_t kFloatTag = 3;
 
 /// `facts` tell what became of the file.
-[[nodiscard]] QStringList waveNotes(ByteView file, const WaveLayout& wave, const WaveFacts& facts);
+[[nodiscard]] QStringList waveNotes(FileView file, const WaveLayout& wave, const WaveFacts& facts);
 
 /// The same for a file in the device's own format.
 [[nodiscard]] QStringList internalNotes(const WaveFacts& facts);

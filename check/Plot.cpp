@@ -2,7 +2,9 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
 #include <QPainter>
+#include <QSaveFile>
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -154,6 +156,16 @@ void setFontPixels(QPainter& painter, int pixels) {
     painter.setFont(font);
 }
 
+/// A write that was cut short gives no reason; the next one does.
+bool writeAll(QIODevice& file, QByteArrayView bytes) {
+    qint64 count = 1;
+    while (count > 0 && !bytes.isEmpty()) {
+        count = file.write(bytes.data(), bytes.size());
+        bytes = bytes.sliced(std::max<qint64>(count, 0));
+    }
+    return bytes.isEmpty();
+}
+
 }  // namespace
 
 double gainAt(std::span<const float> points, double frequency) {
@@ -181,12 +193,19 @@ QImage plotPoints(const QString& title, const PointLevels& levels) {
     return picture;
 }
 
-QString savePicture(const QImage& picture, const QString& path) {
+QString savePicture(const QImage& picture, const QByteArray& path) {
+    const QString name = QFile::decodeName(path);
+    if (QFile::encodeName(name) != path) {
+        return QStringLiteral("its name is not valid UTF-8");
+    }
+    if (const QFileInfo there(name); there.exists() && !there.isFile()) {
+        return QStringLiteral("it is not a regular file");
+    }
     QByteArray png;
     QBuffer buffer(&png);
-    QFile file(path);
+    QSaveFile file(name);
     const bool isSaved = buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG") &&
-                         file.open(QIODevice::WriteOnly) && file.write(png) == png.size() && file.flush();
+                         file.open(QIODevice::WriteOnly) && writeAll(file, png) && file.commit();
     return isSaved ? QString() : file.errorString();
 }
 

@@ -18,7 +18,8 @@ inline constexpr double kNoGain = -200.0;
 /// what is too long of it is left out in the middle. Needs a QGuiApplication, on any platform. Main thread.
 [[nodiscard]] QImage plotPoints(const QString& title, const PointLevels& levels);
 
-/// Writes a picture as PNG to `path`, over a file that is there. Returns nothing on success, else why it failed.
-[[nodiscard]] QString savePicture(const QImage& picture, const QString& path);
+/// Writes a picture as PNG to `path`. A file that is there is replaced by the whole picture or stays as it is. Returns
+/// nothing on success, else why it failed.
+[[nodiscard]] QString savePicture(const QImage& picture, const QByteArray& path);
 
 }  // namespace kelvo

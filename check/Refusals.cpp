@@ -12,22 +12,10 @@
 namespace kelvo {
 namespace {
 
-QString unopened(const QString& path, int error) {
-    if (error == 0) {
-        return QStringLiteral("its name holds a NUL");
-    }
-    const QString reason = QStringLiteral("it cannot be opened: %1").arg(qt_error_string(error));
-    // What stands for the bytes that could not be decoded is not in the name on the disk.
-    return error == ENOENT && path.contains(QChar::ReplacementCharacter)
-               ? reason + QStringLiteral(" (its name may not be valid UTF-8)")
-               : reason;
-}
-
-QString wrongMark(ByteView file, std::size_t offset, const char* mark) {
-    const ByteView rest = file.subspan(std::min(offset, file.size()));
+QString wrongMark(FileView file, std::size_t offset, const char* mark) {
     return QStringLiteral("it is no wave file: byte %1 says \"%2\" instead of \"%3\"")
         .arg(offset)
-        .arg(printableText(rest.first(std::min(sizeof(FourChars), rest.size()))), QLatin1StringView(mark));
+        .arg(printableText(file.part(offset, sizeof(FourChars))), QLatin1StringView(mark));
 }
 
 /// `held`: bytes from the chunk's id to the end of the file.
@@ -48,10 +36,11 @@ QString hex(std::uint32_t word) {
 
 }  // namespace
 
-QString unreadable(const QString& path, const ReadFailure& failure) {
+QString unreadable(const ReadFailure& failure) {
     switch (failure.step) {
         case ReadFailure::Step::Open:
-            return unopened(path, failure.error);
+            return failure.error == 0 ? QStringLiteral("its name holds a NUL")
+                                      : QStringLiteral("it cannot be opened: %1").arg(qt_error_string(failure.error));
         case ReadFailure::Step::Type:
             return QStringLiteral("it is a %1, not a regular file")
                 .arg(S_ISDIR(failure.mode)    ? QStringLiteral("folder")
@@ -69,7 +58,7 @@ QString unreadable(const QString& path, const ReadFailure& failure) {
                : QStringLiteral("it cannot be read: %1").arg(qt_error_string(failure.error));
 }
 
-QString waveRefusal(ByteView file, const WaveLayout& wave) {
+QString waveRefusal(FileView file, const WaveLayout& wave) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
     const auto wrongField = [&wave](const char* what, std::size_t offset, std::uint32_t found, const char* allowed) {
         return QStringLiteral("its %1, at byte %2, is %3; allowed are %4")
@@ -101,7 +90,7 @@ QString waveRefusal(ByteView file, const WaveLayout& wave) {
                       "8, 16 and 24 (integers) and 32 (floats)");
 }
 
-QString ampRefusal(ByteView file, const AmpLayout& amp) {
+QString ampRefusal(FileView file, const AmpLayout& amp) {
     if (!amp.addsUp() && !amp.checksum) {
         return QStringLiteral("it is %1 bytes long and ends before its checksum, which takes the bytes %2 to %3")
             .arg(file.size())
@@ -114,7 +103,7 @@ QString ampRefusal(ByteView file, const AmpLayout& amp) {
             .arg(kAmpChecksumOffset)
             .arg(hex(*amp.checksum));
     }
-    const ByteView end = file.last(std::min<std::size_t>(3, file.size()));
+    const ByteView end = file.part(file.size() - std::min<std::size_t>(3, file.size()), 3);
     return amp.hasTrailer
                ? QString()
                : QStringLiteral("its last three bytes are \"%1\" instead of \"2.0\"").arg(printableText(end));

@@ -3,19 +3,19 @@
 #include <QString>
 
 #include "AMPFile.h"
+#include "DiskFile.h"
 #include "IRLayout.h"
-#include "WholeFile.h"
 
 namespace kelvo {
 
 // Why a file is refused: a printable clause that begins with "it" or "its". Any thread.
 
-[[nodiscard]] QString unreadable(const QString& path, const ReadFailure& failure);
+[[nodiscard]] QString unreadable(const ReadFailure& failure);
 
 /// For a file that breaks a rule of findWave, or else one that convertWave does not take.
-[[nodiscard]] QString waveRefusal(ByteView file, const WaveLayout& wave);
+[[nodiscard]] QString waveRefusal(FileView file, const WaveLayout& wave);
 
 /// Empty for a good file.
-[[nodiscard]] QString ampRefusal(ByteView file, const AmpLayout& amp);
+[[nodiscard]] QString ampRefusal(FileView file, const AmpLayout& amp);
 
 }  // namespace kelvo

@@ -40,7 +40,8 @@ QByteArray ascii(const QString& json) {
 }  // namespace
 
 QByteArray reportJson(const FileReport& report) {
-    QJsonObject object{{QStringLiteral("file"), report.path}, {QStringLiteral("accepted"), report.refusal.isEmpty()}};
+    QJsonObject object{{QStringLiteral("file"), QString::fromUtf8(report.path)},
+                       {QStringLiteral("accepted"), report.refusal.isEmpty()}};
     if (!report.refusal.isEmpty()) {
         object[QStringLiteral("refusal")] = report.refusal;
     } else {

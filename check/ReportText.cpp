@@ -68,7 +68,7 @@ QString ampLines(const QByteArray& name, const AmpLayout& amp) {
 }  // namespace
 
 QString reportText(const FileReport& report) {
-    const QString path = printableText(report.path.toUtf8());
+    const QString path = printableText(report.path);
     if (!report.refusal.isEmpty()) {
         return path + QStringLiteral(": refused: ") + report.refusal + QLatin1Char('\n');
     }

@@ -1,6 +1,7 @@
 #include "SoxLine.h"
 
-#include <QRegularExpression>
+#include <QUtf8StringView>
+#include <algorithm>
 
 #include "IRConversion.h"
 #include "Notes.h"
@@ -9,45 +10,62 @@
 namespace kelvo {
 namespace {
 
-QString shellWord(const QString& word) {
-    const QByteArray utf8 = word.toUtf8();
-    if (printableText(utf8) == word) {
-        return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QStringLiteral("'\\''")) +
+bool isValidUtf8(QByteArrayView bytes) {
+    return QUtf8StringView(bytes).isValidUtf8();
+}
+
+/// Beside `path`. The ending keeps its case, so that two inputs never share an output.
+QByteArray convertedPath(const QByteArray& path) {
+    const qsizetype name = path.lastIndexOf('/') + 1;
+    return path.first(name) + validName(path.sliced(name).chopped(4)) + "-converted" + path.last(4);
+}
+
+}  // namespace
+
+QString shellWord(const QByteArray& path) {
+    const QString text = QString::fromUtf8(path);
+    if (printableText(path) == text) {
+        return QLatin1Char('\'') + QString(text).replace(QLatin1Char('\''), QStringLiteral("'\\''")) +
                QLatin1Char('\'');
     }
     QString octal;
-    for (const char byte : utf8) {
+    for (const char byte : path) {
         octal += QStringLiteral("\\0%1").arg(static_cast<std::uint8_t>(byte), 3, 8, QLatin1Char('0'));
     }
     return QStringLiteral("\"$(printf '%b' '%1')\"").arg(octal);
 }
 
-/// A file for sox. Without a directory in front, sox takes some names for options, pipes, home directories or URLs, and
-/// hands a URL to a shell. It expands patterns in any name.
-QString soxFile(const QString& path) {
-    static const QRegularExpression pattern(QStringLiteral(R"([*?\[{\\])"));
-    static const QRegularExpression directory(QStringLiteral("^\\.?/"));
-    return (path.contains(pattern) ? QStringLiteral("--no-glob ") : QString()) +
-           shellWord(path.contains(directory) ? path : QStringLiteral("./") + path);
+QString soxFile(const QByteArray& path) {
+    const bool isPattern = std::ranges::any_of(path, [](char byte) { return QByteArrayView("*?[{\\").contains(byte); });
+    const bool hasDirectory = path.startsWith('/') || path.startsWith("./");
+    return (isPattern ? QStringLiteral("--no-glob ") : QString()) + shellWord(hasDirectory ? path : "./" + path);
 }
 
-/// The ending keeps its case, so that two inputs never share an output.
-QString convertedPath(const QString& path) {
-    return path.chopped(4) + QStringLiteral("-converted") + path.right(4);
+QByteArray validName(const QByteArray& name) {
+    QByteArray result;
+    for (qsizetype i = 0; i < name.size();) {
+        qsizetype length = 1;
+        while (length < 4 && i + length < name.size() && !isValidUtf8(name.sliced(i, length))) {
+            ++length;
+        }
+        const bool isValid = isValidUtf8(name.sliced(i, length));
+        result += isValid ? name.sliced(i, length) : '%' + name.sliced(i, 1).toHex().toUpper();
+        i += isValid ? length : 1;
+    }
+    return result;
 }
 
-}  // namespace
-
-QString soxLine(const QString& path, ByteView file, const WaveLayout& wave) {
-    if (wave.broken != WaveRule::None && wave.broken != WaveRule::Depth) {
+QString soxLine(const QByteArray& path, FileView file, const WaveLayout& wave) {
+    const QByteArray output = convertedPath(path);
+    if ((wave.broken != WaveRule::None && wave.broken != WaveRule::Depth) || !isValidUtf8(output)) {
         return {};
     }
     const WAVE_FORMAT& format = wave.fmt_block.format;
     const std::uint32_t bits = format.bitsPerSample;
     const bool keepsSound = bits == 16 || bits == 24 || (bits == kFloatBits && formatTag(file, wave) == kFloatTag);
     return QStringLiteral("sox --no-clobber ") + soxFile(path) +
-           (keepsSound ? QString() : QStringLiteral(" -b 24 -e signed-integer")) + QLatin1Char(' ') +
-           soxFile(convertedPath(path)) + (hasUsableChannel(format.channels) ? QString() : QStringLiteral(" remix 1")) +
+           (keepsSound ? QString() : QStringLiteral(" -b 24 -e signed-integer")) + QLatin1Char(' ') + soxFile(output) +
+           (hasUsableChannel(format.channels) ? QString() : QStringLiteral(" remix 1")) +
            (findIRRate(format.sampleRate) != nullptr ? QString() : QStringLiteral(" rate %1").arg(kIRPointRate));
 }
 

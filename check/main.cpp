@@ -1,6 +1,5 @@
 // kelvo-check: what the utility makes of files, in words, for those whose import seems to do nothing.
 
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QString>
 #include <cstdio>
@@ -17,7 +16,7 @@ namespace {
 enum ExitStatus { kAllAccepted = 0, kSomeRefused = 1, kTrouble = 2 };
 
 /// Returns whether the picture could be written.
-bool drawPlot(const FileReport& report, const QString& path) {
+bool drawPlot(const FileReport& report, const QByteArray& path) {
     // A picture needs fonts and so an application, but no display and none of the user's settings for windows.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qunsetenv("QT_QPA_PLATFORMTHEME");
@@ -25,21 +24,21 @@ bool drawPlot(const FileReport& report, const QString& path) {
     char name[] = "kelvo-check";
     char* arguments[] = {name, nullptr};
     const QGuiApplication application(count, arguments);
-    const QString file = printableText(QFileInfo(report.path).fileName().toUtf8());
+    const QString file = printableText(report.path.sliced(report.path.lastIndexOf('/') + 1));
     const QString title = QStringLiteral("%1: the points that the pedal gets").arg(file);
     const QString failure = savePicture(plotPoints(title, report.wave->levels), path);
     if (!failure.isEmpty()) {
-        complain(introduction(), QStringLiteral("%1 cannot be written: %2").arg(printableText(path.toUtf8()), failure));
+        complain(introduction(), QStringLiteral("%1 cannot be written: %2").arg(printableText(path), failure));
     }
     return failure.isEmpty();
 }
 
 int check(const CommandLine& command) {
     int status = kAllAccepted;
-    const QStringList files = command.plotFile.isEmpty() ? withFilesOfFolders(command.files) : command.files;
+    const QByteArrayList files = command.plotFile.isEmpty() ? withFilesOfFolders(command.files) : command.files;
     qsizetype taken = 0;
     QStringList soxLines;
-    for (const QString& file : files) {
+    for (const QByteArray& file : files) {
         const FileReport report = checkFile(file);
         print(stdout, command.isJson ? QString::fromLatin1(reportJson(report)) : reportText(report));
         if (!report.refusal.isEmpty()) {
@@ -65,7 +64,7 @@ int check(const CommandLine& command) {
 int main(int argc, char** argv) {
     // What the toolkit thinks of fonts and locales is nothing to the user of this command.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    const kelvo::CommandLine command = kelvo::parseCommandLine(kelvo::argumentList(argc, argv));
+    const kelvo::CommandLine command = kelvo::parseCommandLine(QByteArrayList(argv, argv + argc));
     if (const auto status = answer(command.request, kelvo::introduction())) {
         return *status;
     }

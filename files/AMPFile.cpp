@@ -15,23 +15,23 @@ constexpr std::string_view kTrailer = "2.0";
 
 std::array<std::uint32_t, kAmpWordCount> AmpPiontBuff{};
 
-AmpLayout scanAmp(ByteView file, std::span<std::uint32_t, kAmpWordCount> words) {
-    const std::size_t complete = file.size() / kWordSize;
+AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kAmpWordCount> words) {
+    const ByteView bytes = file.part(0, kAmpChecksumOffset + kWordSize);
+    const std::size_t complete = bytes.size() / kWordSize;
     const auto held = words.first(std::min(complete, words.size()));
     for (std::size_t i = 0; i < held.size(); ++i) {
-        held[i] = littleEndian(file.subspan(i * kWordSize).first<kWordSize>());
+        held[i] = littleEndian(bytes.subspan(i * kWordSize).first<kWordSize>());
     }
-    const auto end = file.last(std::min(kTrailer.size(), file.size()));
-    AmpLayout amp{.words = held.size(),
-                  .sum = std::accumulate(held.begin(), held.end(), std::uint32_t{0}),
-                  .hasTrailer = std::ranges::equal(end, kTrailer)};
+    AmpLayout amp{.words = held.size(), .sum = std::accumulate(held.begin(), held.end(), std::uint32_t{0})};
     if (complete > words.size()) {
-        amp.checksum = littleEndian(file, kAmpChecksumOffset, kWordSize);
+        amp.checksum = littleEndian(bytes.last<kWordSize>());
     }
+    const std::size_t end = file.size() - std::min(kTrailer.size(), file.size());
+    amp.hasTrailer = std::ranges::equal(file.part(end, kTrailer.size()), kTrailer);
     return amp;
 }
 
-bool AMPFile::OpenFile(const QString& path, std::unique_lock<std::mutex>* guard) {
+bool AMPFile::load(const QString& path) {
     IsFileOpenSuccess = false;
     pFileBuff = {};
     auto file = readWholeFile(path);
@@ -46,11 +46,19 @@ bool AMPFile::OpenFile(const QString& path, std::unique_lock<std::mutex>* guard)
     storeName(ampName(path), CharFileName);
     pFileBuff = std::move(*file);
     IsFileOpenSuccess = true;
-    if (guard != nullptr) {
-        guard->lock();
-    }
-    GetBuffer(AmpPiontBuff);
     return true;
+}
+
+void AMPFile::publish() const {
+    GetBuffer(AmpPiontBuff);
+}
+
+bool AMPFile::OpenFile(const QString& path) {
+    const bool isLoaded = load(path);
+    if (isLoaded) {
+        publish();
+    }
+    return isLoaded;
 }
 
 void AMPFile::GetBuffer(std::span<std::uint32_t, kAmpWordCount> words) const {

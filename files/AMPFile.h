@@ -4,12 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <span>
 
 #include "DisplayName.h"
-#include "LittleEndian.h"
+#include "FileView.h"
 #include "WholeFile.h"
 
 namespace kelvo {
@@ -30,11 +29,11 @@ struct AmpLayout {
     [[nodiscard]] bool isSound() const { return addsUp() && hasTrailer; }
 };
 
-/// Looks through the bytes of a file and copies its words; those that it is too short for keep their values. Any
-/// thread.
-[[nodiscard]] AmpLayout scanAmp(ByteView file, std::span<std::uint32_t, kAmpWordCount> words);
+/// Checks a file and copies its words; those that it is too short for keep their values. Looks at the first 2052 bytes
+/// and the last three, no others. Any thread.
+[[nodiscard]] AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kAmpWordCount> words);
 
-/// The model words of the last file that AMPFile::OpenFile accepted, which the AMP transfer sends. Not guarded here:
+/// The model words of the last file that was published, which the AMP transfer sends. Not guarded here:
 /// the receive thread reads them while a transfer runs.
 extern std::array<std::uint32_t, kAmpWordCount> AmpPiontBuff;
 
@@ -43,14 +42,15 @@ class AMPFile {
 public:
     AMPFile() { CharFileName.fill(' '); }
 
-    /// Reads a file and fills ampSwBuffer, CharFileName and, by GetBuffer, AmpPiontBuff. Returns false for what
-    /// readWholeFile does not read, a wrong checksum or a wrong trailer; that leaves CharFileName and AmpPiontBuff, but
-    /// not the words of ampSwBuffer that the file holds.
-    ///
-    /// `guard`, if given, guards AmpPiontBuff from other threads. It must not be locked; a disk may be slow. It is
-    /// locked when AmpPiontBuff is about to be written and on success stays so, that what belongs to the words may be
-    /// written before another thread sees them.
-    [[nodiscard]] bool OpenFile(const QString& path, std::unique_lock<std::mutex>* guard = nullptr);
+    /// Reads a file and fills ampSwBuffer and CharFileName. Returns false for what readWholeFile does not read, a wrong
+    /// checksum or a wrong trailer; that leaves CharFileName, but not the words of ampSwBuffer that the file holds.
+    [[nodiscard]] bool load(const QString& path);
+
+    /// Copies the words of ampSwBuffer to AmpPiontBuff. The caller guards that from other threads.
+    void publish() const;
+
+    /// Both: publishes what could be loaded.
+    [[nodiscard]] bool OpenFile(const QString& path);
 
     /// Copies the words of ampSwBuffer.
     void GetBuffer(std::span<std::uint32_t, kAmpWordCount> words) const;

@@ -20,7 +20,7 @@ constexpr float kLargest = std::bit_cast<float>(0x3F7FFFEFU);
 
 /// The ratios are the quotients of the rates rounded to three decimals; the results depend on just these.
 constexpr IRRate kRates[] = {
-    {kIRPointRate, 512, 0.0F},
+    {kIRPointRate, kIRPointCount, 0.0F},
     {48000, 560, 1.088F},
     {88200, 1025, 2.0F},
     {96000, 1120, 2.177F},
@@ -63,6 +63,12 @@ constexpr SampleDecoder kDecoders[] = {
     {kFloatBits, decodeFloats},
 };
 
+/// Null for a depth that is not supported.
+const SampleDecoder* findDecoder(std::uint32_t bitsPerSample) {
+    const auto* const found = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
+    return found == std::end(kDecoders) ? nullptr : found;
+}
+
 /// The IRRate of a rate that is resampled, else one that does nothing.
 IRRate resampling(std::int32_t sampleRate) {
     const IRRate* rate = findIRRate(static_cast<std::uint32_t>(sampleRate));
@@ -76,14 +82,18 @@ const IRRate* findIRRate(std::uint32_t sampleRate) {
     return found == std::end(kRates) ? nullptr : found;
 }
 
+bool isConvertible(const WAVE_FORMAT& format) {
+    return findIRRate(format.sampleRate) != nullptr && findDecoder(format.bitsPerSample) != nullptr;
+}
+
 bool hasUsableChannel(std::uint32_t channels) {
     return channels == 1 || channels == 2;
 }
 
 std::optional<std::size_t> decodeFirstChannel(ByteView data, std::uint32_t channels, std::uint32_t bitsPerSample,
                                               std::size_t maxFrames, IRPointBuffer& out) {
-    const auto* const decoder = std::ranges::find(kDecoders, bitsPerSample, &SampleDecoder::bitsPerSample);
-    if (decoder == std::end(kDecoders)) {
+    const SampleDecoder* const decoder = findDecoder(bitsPerSample);
+    if (decoder == nullptr) {
         return std::nullopt;
     }
     if (!hasUsableChannel(channels)) {
@@ -132,14 +142,13 @@ void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRP
 
 std::optional<std::size_t> convertWave(ByteView samples, const WAVE_FORMAT& format, std::size_t frames,
                                        IRPoints points) {
-    const IRRate* rate = findIRRate(format.sampleRate);
-    IRPointBuffer decoded{};
-    const auto used = rate == nullptr ? std::nullopt
-                                      : decodeFirstChannel(samples, format.channels, format.bitsPerSample,
-                                                           std::min(frames, rate->frameCap), decoded);
-    if (!used) {
+    if (!isConvertible(format)) {
         return std::nullopt;
     }
+    const IRRate* const rate = findIRRate(format.sampleRate);
+    IRPointBuffer decoded{};
+    const auto used =
+        decodeFirstChannel(samples, format.channels, format.bitsPerSample, std::min(frames, rate->frameCap), decoded);
     if (rate->ratio == 0.0F) {
         std::ranges::copy_n(decoded.begin(), kIRPointCount, points.begin());
         return used;
@@ -156,7 +165,7 @@ std::optional<std::size_t> convertWave(ByteView samples, const WAVE_FORMAT& form
 std::size_t unpackInternal(ByteView samples, IRPoints points) {
     constexpr std::size_t kSampleSize = 3;
     for (std::size_t k = 0; k < points.size(); ++k) {
-        points[k] = littleEndian(samples, k * kSampleSize, kSampleSize);
+        points[k] = FileView(samples).number(k * kSampleSize, kSampleSize);
     }
     return std::min(samples.size() / kSampleSize, points.size());
 }

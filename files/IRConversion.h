@@ -34,6 +34,9 @@ struct IRRate {
 /// The entry for a sample rate, or null for a rate that is not supported. Supported are 44100, 48000, 88200 and 96000.
 [[nodiscard]] const IRRate* findIRRate(std::uint32_t sampleRate);
 
+/// Whether convertWave takes samples of this rate and depth.
+[[nodiscard]] bool isConvertible(const WAVE_FORMAT& format);
+
 /// Whether frames of so many channels are decoded: of one, and of the first of two.
 [[nodiscard]] bool hasUsableChannel(std::uint32_t channels);
 
@@ -72,10 +75,13 @@ void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate,
 /// value that fits the device; other values beyond that range wrap within 24 bits.
 void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRPointCount> out);
 
-/// The whole way from a wave file's samples, as they stand in the file up to its end, to the device's points; bits 24
-/// to 31 are zero (floats beyond -1.0 to 1.0 excepted, see decodeFirstChannel). Of `frames` declared frames those are
-/// used that are there whole; what then lacks is silence. Returns how many, or nothing, with `points` as they were, for
-/// a rate or a depth that is not supported.
+/// Samples of a wave file, in bytes, of which the conversion looks at no more than these.
+inline constexpr std::size_t kMostSampleBytes = kIRFrameCount * 2 * (kFloatBits / 8);
+
+/// Converts a wave file's samples, as they stand in the file up to its end, to the device's points; bits 24 to 31 are
+/// zero (floats beyond -1.0 to 1.0 excepted, see decodeFirstChannel). Of `frames` declared frames those are used that
+/// are there whole; the rest is silence. Returns how many, or nothing, with `points` as they were, for a rate or a
+/// depth that is not supported.
 [[nodiscard]] std::optional<std::size_t> convertWave(ByteView samples, const WAVE_FORMAT& format, std::size_t frames,
                                                      IRPoints points);
 

@@ -8,15 +8,13 @@ namespace {
 
 constexpr std::string_view kInternalMagic = "TavikIR";
 constexpr std::size_t kInternalNameIndex = 7;
-constexpr std::size_t kInternalSamples = 512;
 
 constexpr std::size_t kFormType = 8;
 
 static_assert(sizeof(RIFF_HEADER) == 12 && sizeof(FMT_BLOCK) == 24 && sizeof(DATA_BLOCK) == 8);
 
-bool standsAt(ByteView file, std::size_t offset, std::string_view text) {
-    const ByteView rest = file.subspan(std::min(offset, file.size()));
-    return std::ranges::equal(rest.first(std::min(text.size(), rest.size())), text);
+bool standsAt(FileView file, std::size_t offset, std::string_view text) {
+    return std::ranges::equal(file.part(offset, text.size()), text);
 }
 
 /// Whether the first and the last byte of `id` stand anywhere in `block` at their distance. Without a way out of the
@@ -37,19 +35,18 @@ bool mayHold(ByteView block, std::string_view id) {
 }
 
 /// Where the first `id` stands; the file's size when there is none.
-std::size_t findChunk(ByteView file, std::string_view id) {
-    constexpr std::size_t kBlockSize = 1024;
-    for (std::size_t begin = 0; begin < file.size(); begin += kBlockSize) {
-        const ByteView rest = file.subspan(begin);
+std::size_t findChunk(FileView file, std::string_view id) {
+    constexpr std::size_t kBlockSize = 4096;
+    std::size_t begin = 0;
+    while (begin < file.size()) {
         // An id that begins in this block may end in the next.
-        const ByteView block = rest.first(std::min(kBlockSize + id.size() - 1, rest.size()));
-        if (!mayHold(block, id)) {
-            continue;
-        }
-        const auto found = std::search(block.begin(), block.end(), id.begin(), id.end());
+        const ByteView block = file.part(begin, kBlockSize + id.size() - 1);
+        const auto found =
+            mayHold(block, id) ? std::search(block.begin(), block.end(), id.begin(), id.end()) : block.end();
         if (found != block.end()) {
             return begin + static_cast<std::size_t>(found - block.begin());
         }
+        begin += std::min(kBlockSize, file.size() - begin);
     }
     return file.size();
 }
@@ -73,28 +70,29 @@ WAVE_FORMAT takeFormat(ByteView& bytes) {
 }
 
 /// Fills `wave` up to the rule that it returns.
-WaveRule firstBroken(ByteView file, WaveLayout& wave) {
-    if (!standsAt(file, 0, "RIFF")) {
+WaveRule firstBroken(FileView file, WaveLayout& wave) {
+    ByteView rest = file.part(0, sizeof(RIFF_HEADER));
+    if (!standsAt(rest, 0, "RIFF")) {
         return WaveRule::RiffMark;
     }
-    if (!standsAt(file, kFormType, "WAVE")) {
+    if (!standsAt(rest, kFormType, "WAVE")) {
         return WaveRule::WaveMark;
     }
-    ByteView rest = file;
     wave.riffheader = {take<FourChars>(rest), take<std::uint32_t>(rest), take<FourChars>(rest)};
     wave.fmtOffset = findChunk(file, "fmt ");
-    rest = file.subspan(wave.fmtOffset);
+    rest = file.part(wave.fmtOffset, sizeof(FMT_BLOCK));
     if (rest.size() < sizeof(FMT_BLOCK)) {
         return WaveRule::FmtChunk;
     }
     wave.fmt_block = {take<FourChars>(rest), take<std::uint32_t>(rest), takeFormat(rest)};
     wave.dataOffset = findChunk(file, "data");
-    rest = file.subspan(wave.dataOffset);
+    rest = file.part(wave.dataOffset, sizeof(DATA_BLOCK));
     if (rest.size() < sizeof(DATA_BLOCK)) {
         return WaveRule::DataChunk;
     }
     wave.data_block = {take<FourChars>(rest), take<std::uint32_t>(rest)};
-    wave.samples = rest;
+    wave.samplesOffset = wave.dataOffset + sizeof(DATA_BLOCK);
+    wave.samplesSize = file.size() - wave.samplesOffset;
     const std::uint32_t channels = wave.fmt_block.format.channels;
     const std::uint32_t frameSize = (std::uint32_t{wave.fmt_block.format.bitsPerSample} >> 3) * channels;
     if (frameSize == 0) {
@@ -108,22 +106,18 @@ WaveRule firstBroken(ByteView file, WaveLayout& wave) {
 
 std::array<std::string_view, 30> FileNameBuff{};
 
-WaveLayout findWave(ByteView file) {
+WaveLayout findWave(FileView file) {
     WaveLayout wave;
     wave.broken = firstBroken(file, wave);
     return wave;
 }
 
-bool isInternalIR(ByteView file) {
+bool isInternalIR(FileView file) {
     return standsAt(file, 0, kInternalMagic);
 }
 
-ByteView internalSamples(ByteView file) {
-    return file.subspan(std::min(kInternalSamples, file.size()));
-}
-
-std::string_view internalName(ByteView file) {
-    const std::size_t index = littleEndian(file, kInternalNameIndex, 1);
+std::string_view internalName(FileView file) {
+    const std::size_t index = file.number(kInternalNameIndex, 1);
     const bool hasName = file.size() > kInternalNameIndex && index < FileNameBuff.size();
     return hasName ? FileNameBuff[index].substr(0, kInternalNameLength) : std::string_view();
 }

@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <string_view>
 
-#include "LittleEndian.h"
+#include "FileView.h"
 
 namespace kelvo {
 
-// What stands in an impulse-response file, and where: pure functions over its bytes. Any thread.
+// What an impulse-response file holds, and where: pure functions over its bytes. Any thread.
 
 using FourChars = std::array<char, 4>;
 
@@ -51,27 +51,28 @@ struct WaveLayout {
     FMT_BLOCK fmt_block;
     std::size_t dataOffset = 0;  ///< likewise
     DATA_BLOCK data_block;
-    ByteView samples;          ///< all that stands behind the header of the data chunk
-    std::uint32_t frames = 0;  ///< sample frames that the data chunk declares
+    std::size_t samplesOffset = 0;  ///< where the samples begin
+    std::size_t samplesSize = 0;    ///< bytes from there to the end of the file
+    std::uint32_t frames = 0;       ///< sample frames that the data chunk declares
 };
 
 /// Finds the first "fmt " and the first "data", wherever they stand, also inside another chunk. A chunk that the end of
 /// the file cuts off, before the samples, counts as broken. Nothing is decided by the sizes of the RIFF header and the
 /// fmt chunk, the format tag, the byte rate and the block align; rate and depth are judged by the conversion.
-[[nodiscard]] WaveLayout findWave(ByteView file);
+[[nodiscard]] WaveLayout findWave(FileView file);
 
 /// Whether the file has the device's own format, which has no rules behind its magic.
-[[nodiscard]] bool isInternalIR(ByteView file);
+[[nodiscard]] bool isInternalIR(FileView file);
 
-/// The samples of such a file, 3 bytes each; empty where it ends before them.
-[[nodiscard]] ByteView internalSamples(ByteView file);
+/// Where the samples of such a file, 3 bytes each, begin.
+inline constexpr std::size_t kInternalSamples = 512;
 
 /// Names of the device's own impulse responses. Nobody fills the table: an empty entry gives an empty name. Whoever
 /// fills it one day must do so before a file is opened.
 extern std::array<std::string_view, 30> FileNameBuff;
 
 /// At most kInternalNameLength bytes of the entry of FileNameBuff that such a file names; empty where there is none.
-[[nodiscard]] std::string_view internalName(ByteView file);
+[[nodiscard]] std::string_view internalName(FileView file);
 
 inline constexpr std::size_t kInternalNameLength = 15;
 

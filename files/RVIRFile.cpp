@@ -26,7 +26,7 @@ bool RVIRFile::openInternal(ByteView file) {
     if (name.size() < kInternalNameLength) {
         *end = '\0';
     }
-    pIRData = internalSamples(file);
+    pIRData = file.subspan(std::min(kInternalSamples, file.size()));
     return true;
 }
 
@@ -38,7 +38,7 @@ bool RVIRFile::openWave(ByteView file, const QString& path) {
     riffheader = wave.riffheader;
     fmt_block = wave.fmt_block;
     data_block = wave.data_block;
-    pIRData = wave.samples;
+    pIRData = file.subspan(wave.samplesOffset);
     PointSize = wave.frames;
     storeName(irName(path), CharFileNane);
     return true;

@@ -5,6 +5,7 @@
 
 #include "AMPFile.h"
 #include "FuzzInput.h"
+#include "Judge.h"
 #include "MemoryFile.h"
 #include "model/AmpModel.h"
 
@@ -30,6 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool accepted = kelvo::fuzz::modelAmp(bytes, words);
     check(file.OpenFile(source.path()) == accepted, "the reader takes just what the format allows");
     check(file.IsFileOpenSuccess == accepted, "the flag tells whether a file is open");
+    check(kelvo::judgeAmpFile(source.path()).isAccepted() == accepted, "the judge accepts what the reader does");
     check(file.ampSwBuffer.AmpIntBuffer == words, "the words are the model's");
     if (accepted) {
         check(kelvo::AmpPiontBuff == words, "an accepted file's words are the ones to send");

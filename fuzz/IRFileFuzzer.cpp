@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "FuzzInput.h"
+#include "Judge.h"
 #include "MemoryFile.h"
 #include "RVIRFile.h"
 #include "model/IRModel.h"
@@ -44,6 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     kelvo::RVIRFile file;
     check(file.OpenFilePath(source.path()) == expected.opened, "the reader takes just what the format allows");
     check(file.IsFileOpenSuccess == expected.opened, "the flag tells whether a file is open");
+    check(kelvo::judgeIRFile(source.path()).isAccepted() == expected.converted, "the judge accepts what is converted");
     std::array<std::uint32_t, kelvo::kIRPointCount> points;
     for (int pass = 0; pass < 2; ++pass) {
         points.fill(kUntouched);

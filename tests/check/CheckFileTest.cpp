@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "CheckFile.h"
 #include "RVIRFile.h"
@@ -14,9 +17,11 @@ namespace {
 
 class CheckFile : public testing::Test {
 protected:
-    FileReport check(const QString& name, const FileBytes& bytes) const { return checkFile(dir.write(name, bytes)); }
+    FileReport check(const QString& name, const FileBytes& bytes) const {
+        return checkFile(dir.write(name, bytes).toUtf8());
+    }
 
-    std::string refusal(const QString& path) const { return checkFile(path).refusal.toStdString(); }
+    std::string refusal(const QString& path) const { return checkFile(path.toUtf8()).refusal.toStdString(); }
 
     static FileBytes goodWave() { return WaveFile{.data = {0x00, 0x40, 0x00, 0xC0}}.bytes(); }
 
@@ -26,7 +31,7 @@ protected:
 TEST_F(CheckFile, ofAWave_givesWhatItsHeaderSaysAndWhatIsUsed) {
     const FileReport report = check(
         "cab.wav", WaveFile{.sampleRate = 96000, .bitsPerSample = 24, .channels = 2, .data = FileBytes(12000)}.bytes());
-    EXPECT_EQ(report.path, dir.path("cab.wav"));
+    EXPECT_EQ(report.path, dir.path("cab.wav").toUtf8());
     EXPECT_EQ(report.refusal, "");
     EXPECT_EQ(report.name, "CAB");
     EXPECT_FALSE(report.amp);
@@ -131,16 +136,13 @@ TEST_F(CheckFile, ofAnotherExtension_namesTheTwoThatThereAre) {
         EXPECT_EQ(check(name, goodWave()).refusal, "its name ends neither in \".wav\" nor in \".amp\"") << name;
     }
     EXPECT_EQ(refusal(""), "its name ends neither in \".wav\" nor in \".amp\"");
-    EXPECT_EQ(refusal("/"), "its name ends neither in \".wav\" nor in \".amp\"");
     EXPECT_EQ(refusal(dir.write("a.wav", goodWave()) + "/"), "its name ends neither in \".wav\" nor in \".amp\"");
 }
 
 TEST_F(CheckFile, ofWhatCannotBeRead_givesTheReadersReason) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(dir.path("fifo.wav")).constData(), 0600), 0);
-    ASSERT_TRUE(QDir().mkdir(dir.path("folder.amp")));
     ASSERT_TRUE(QFile::link("/dev/zero", dir.path("zero.wav")));
     EXPECT_EQ(refusal(dir.path("fifo.wav")), "it is a pipe, not a regular file");
-    EXPECT_EQ(refusal(dir.path("folder.amp")), "it is a folder, not a regular file");
     EXPECT_EQ(refusal(dir.path("zero.wav")), "it is a device, not a regular file");
     EXPECT_EQ(refusal(dir.path("missing.wav")), "it cannot be opened: No such file or directory");
     EXPECT_EQ(check("empty.amp", {}).refusal, "it is empty");
@@ -179,7 +181,7 @@ TEST_F(CheckFile, goesFromTheWorkingDirectoryOn) {
 }
 
 TEST_F(CheckFile, takesSeveralSlashesAtTheFrontForOne) {
-    const QString path = check("A.wav", goodWave()).path;
+    const QString path = QString::fromUtf8(check("A.wav", goodWave()).path);
     EXPECT_EQ(refusal("/" + path), "");
     EXPECT_EQ(refusal("///" + path), "");
 }
@@ -237,9 +239,37 @@ TEST_F(CheckFile, putsTheFilesOfAFolderInItsPlace) {
     for (const char* const name : {"full/b.WAV", "full/C.amp", "full/a.wav", "full/d.mp3", "full/.e.wav"}) {
         dir.write(name, FileBytes(1));
     }
-    EXPECT_EQ(withFilesOfFolders({"x.wav", dir.path("full"), dir.path("empty.wav"), ""}),
-              (QStringList{"x.wav", dir.path("full/a.wav"), dir.path("full/b.WAV"), dir.path("full/C.amp"),
-                           dir.path("empty.wav"), ""}));
+    const QByteArray full = dir.path("full").toUtf8();
+    const QByteArray empty = dir.path("empty.wav").toUtf8();
+    std::ofstream(full.toStdString() + "/\xFF.wav");
+    EXPECT_EQ(withFilesOfFolders({"x.wav", full, full + "/", empty, ""}),
+              (QByteArrayList{"x.wav", full + "/a.wav", full + "/b.WAV", full + "/C.amp", full + "/\xFF.wav",
+                              full + "/a.wav", full + "/b.WAV", full + "/C.amp", full + "/\xFF.wav", empty, ""}));
+    std::filesystem::remove((full + "/\xFF.wav").toStdString());  // the toolkit could not
+}
+
+TEST_F(CheckFile, ofAFolder_saysThatItHasNoFilesOrCannotBeRead) {
+    ASSERT_TRUE(QDir().mkdir(dir.path("folder.amp")));
+    EXPECT_EQ(refusal(dir.path("folder.amp")), "it is a folder without .wav and .amp files");
+    EXPECT_EQ(::chmod(dir.path("folder.amp").toUtf8().constData(), 0), 0);
+    ASSERT_EQ(::chmod(dir.path(".").toUtf8().constData(), 0755), 0);
+    // Root may read everything; for any other user the calls change nothing.
+    ::setfsuid(65534);
+    const std::string reason = refusal(dir.path("folder.amp"));
+    ::setfsuid(::geteuid());
+    EXPECT_EQ(reason, "it is a folder that cannot be read: Permission denied");
+}
+
+TEST_F(CheckFile, ofANameThatIsNotUtf8_saysThatItCannotBeChosen) {
+    const QByteArray folder = dir.path(".").toUtf8() + '/';
+    for (const QByteArray& name : QByteArrayList{"\xFF.wav", "\xFF.amp"}) {
+        const FileBytes bytes = name.endsWith("wav") ? goodWave() : ampFile({});
+        std::ofstream(folder.toStdString() + name.toStdString())
+            .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+        EXPECT_EQ(checkFile(folder + name).refusal, "its name is not valid UTF-8, so it cannot be chosen; rename it");
+        std::filesystem::remove((folder + name).toStdString());  // the toolkit could not
+    }
+    EXPECT_EQ(checkFile(folder + "\xFE.wav").refusal, "it cannot be opened: No such file or directory");
 }
 
 }  // namespace

@@ -5,26 +5,33 @@
 namespace kelvo {
 namespace {
 
-CommandLine parse(QStringList arguments) {
-    arguments.prepend(QStringLiteral("kelvo-check"));
+CommandLine parse(QByteArrayList arguments) {
+    arguments.prepend("kelvo-check");
     return parseCommandLine(arguments);
 }
 
 TEST(CommandLine, namesTheFilesInTheirOrder) {
     const CommandLine command = parse({"b.wav", "a.amp"});
     EXPECT_EQ(command.request.kind, Request::Kind::Run);
-    EXPECT_EQ(command.files, (QStringList{"b.wav", "a.amp"}));
+    EXPECT_EQ(command.files, (QByteArrayList{"b.wav", "a.amp"}));
     EXPECT_EQ(command.plotFile, "");
     EXPECT_EQ(command.request.mistake, "");
 }
 
+TEST(CommandLine, keepsEveryByteOfANameAndShowsAMistakeInUtf8) {
+    EXPECT_EQ(parse({"\xC3\xBC\xFF.wav"}).files, QByteArrayList{"\xC3\xBC\xFF.wav"});
+    EXPECT_EQ(parse({"--plot", "\xFF.png", "a.wav"}).plotFile, "\xFF.png");
+    EXPECT_EQ(parse({"--\xC3\xBC"}).request.mistake, "Unknown option '\xC3\xBC'.");
+}
+
 TEST(CommandLine, takesThePicturesNameInBothForms) {
-    for (const QStringList& arguments : {QStringList{"--plot", "x.png", "a.wav"}, QStringList{"--plot=x.png", "a.wav"},
-                                         QStringList{"a.wav", "--plot", "x.png"}}) {
+    for (const QByteArrayList& arguments :
+         {QByteArrayList{"--plot", "x.png", "a.wav"}, QByteArrayList{"--plot=x.png", "a.wav"},
+          QByteArrayList{"a.wav", "--plot", "x.png"}}) {
         const CommandLine command = parse(arguments);
         EXPECT_EQ(command.request.mistake, "");
         EXPECT_EQ(command.plotFile, "x.png");
-        EXPECT_EQ(command.files, QStringList{"a.wav"});
+        EXPECT_EQ(command.files, QByteArrayList{"a.wav"});
     }
     EXPECT_EQ(parse({"--plot", "X.PNG", "A.WAV"}).request.mistake, "");
 }
@@ -37,7 +44,7 @@ TEST(CommandLine, givesJsonOnlyWhenAsked) {
 TEST(CommandLine, takesEverythingBehindTwoDashesForAFile) {
     const CommandLine command = parse({"--", "--help", "--plot", "-x.wav"});
     EXPECT_EQ(command.request.kind, Request::Kind::Run);
-    EXPECT_EQ(command.files, (QStringList{"--help", "--plot", "-x.wav"}));
+    EXPECT_EQ(command.files, (QByteArrayList{"--help", "--plot", "-x.wav"}));
     EXPECT_EQ(command.request.mistake, "");
 }
 
@@ -70,8 +77,9 @@ TEST(CommandLine, withAPictureThatIsNoneIsAMistake) {
 }
 
 TEST(CommandLine, plotsJustOneWave) {
-    for (const QStringList& files : {QStringList{"a.wav", "b.wav"}, QStringList{"a.amp"}, QStringList{"a"}}) {
-        EXPECT_EQ(parse(QStringList{"--plot", "x.png"} + files).request.mistake,
+    for (const QByteArrayList& files :
+         {QByteArrayList{"a.wav", "b.wav"}, QByteArrayList{"a.amp"}, QByteArrayList{"a"}}) {
+        EXPECT_EQ(parse(QByteArrayList{"--plot", "x.png"} + files).request.mistake,
                   "With --plot exactly one .wav file is needed.");
     }
 }

@@ -27,7 +27,7 @@ TEST(KeptInputs, areAllEitherAcceptedOrRefusedInPrintableWords) {
             continue;
         }
         for (const char* const name : {"a.wav", "a.amp"}) {
-            const FileReport report = checkFile(dir.write(name, bytesOf(input)));
+            const FileReport report = checkFile(dir.write(name, bytesOf(input)).toUtf8());
             EXPECT_NE(report.refusal.isEmpty(), !report.wave && !report.amp) << input.toStdString();
             const QString text = reportText(report).remove('\n');
             EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](QChar letter) { return letter.isPrint(); }))
@@ -41,7 +41,7 @@ TEST(KeptInputs, areAllEitherAcceptedOrRefusedInPrintableWords) {
 TEST(KeptInputs, ofTheTwoReadersAreSortedAsTheirNamesSay) {
     const SampleDir dir;
     const auto refusal = [&](const char* input, const char* name) {
-        return checkFile(dir.write(name, bytesOf(QString(KELVO_FUZZ) + "/seeds/" + input))).refusal;
+        return checkFile(dir.write(name, bytesOf(QString(KELVO_FUZZ) + "/seeds/" + input)).toUtf8()).refusal;
     };
     for (const char* const good : {"IRFile/floats", "IRFile/internal", "IRFile/stereo24", "IRFile/mono16-96000"}) {
         EXPECT_EQ(refusal(good, "a.wav"), "") << good;

@@ -25,7 +25,7 @@ FileBytes floats() {
 class CheckNotes : public testing::Test {
 protected:
     std::string of(const FileBytes& bytes, const QString& name = "cab.wav") const {
-        const FileReport report = checkFile(dir.write(name, bytes));
+        const FileReport report = checkFile(dir.write(name, bytes).toUtf8());
         EXPECT_EQ(report.refusal, "");
         return report.notes.join('\n').toStdString();
     }

@@ -218,7 +218,7 @@ TEST(Plot, keepsALongTitleInItsLine) {
 TEST(SavedPicture, isAPngThatReplacesWhatWasThere) {
     const SampleDir dir;
     const QString path = dir.write("x.png", FileBytes(500000));
-    EXPECT_EQ(savePicture(plotPoints("a.wav", impulse(1.0F)), path), "");
+    EXPECT_EQ(savePicture(plotPoints("a.wav", impulse(1.0F)), path.toUtf8()), "");
     EXPECT_EQ(QImage(path, "PNG").size(), QSize(1000, 700));
     EXPECT_LT(QFileInfo(path).size(), 200000);
 }
@@ -226,9 +226,10 @@ TEST(SavedPicture, isAPngThatReplacesWhatWasThere) {
 TEST(SavedPicture, thatCannotBeWrittenSaysWhy) {
     const SampleDir dir;
     const QImage picture(10, 10, QImage::Format_RGB32);
-    EXPECT_EQ(savePicture(picture, dir.path("no/x.png")), "No such file or directory");
-    EXPECT_EQ(savePicture(picture, dir.path(".")), "Is a directory");
-    EXPECT_EQ(savePicture(picture, "/dev/full"), "No space left on device");
+    EXPECT_EQ(savePicture(picture, dir.path("no/x.png").toUtf8()), "No such file or directory");
+    EXPECT_EQ(savePicture(picture, dir.path(".").toUtf8()), "it is not a regular file");
+    EXPECT_EQ(savePicture(picture, "/dev/full"), "it is not a regular file");
+    EXPECT_EQ(savePicture(picture, "\xFF.png"), "its name is not valid UTF-8");
 }
 
 }  // namespace

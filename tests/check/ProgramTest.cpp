@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
@@ -188,9 +189,19 @@ TEST_F(Program, endsWith2WhenThePictureCannotBeWritten) {
     EXPECT_EQ(result.status, 2);
     EXPECT_NE(result.out.find(": accepted\n"), std::string::npos);
     EXPECT_EQ(result.err, "kelvo-check: no/\\x0a.png cannot be written: No such file or directory\n");
-    ASSERT_TRUE(QFile::link("/dev/full", dir.path("full.png")));
-    EXPECT_EQ(run({"--plot", "full.png", wave()}).err,
-              "kelvo-check: full.png cannot be written: No space left on device\n");
+}
+
+TEST_F(Program, leavesThePictureThatWasThereOnAFullDisk) {
+    process.setWorkingDirectory(dir.path("."));
+    dir.write("x.png", FileBytes{1, 2, 3});
+    const QString line = QString("trap '' XFSZ; ulimit -f 1; exec %1 --plot x.png a.wav").arg(KELVO_CHECK);
+    wave();
+    process.start("sh", {"-c", line});
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_EQ(process.readAllStandardError().toStdString(), "kelvo-check: x.png cannot be written: File too large\n");
+    EXPECT_EQ(QFileInfo(dir.path("x.png")).size(), 3);
+    EXPECT_EQ(QDir(dir.path(".")).entryList(QDir::Files), (QStringList{"a.wav", "x.png"}));
 }
 
 TEST_F(Program, endsWith2WhenItsReportCannotBeWritten) {

@@ -41,8 +41,7 @@ TEST(ReportJson, ofAnAmpGivesItsWordsAndItsChecksum) {
 
 TEST(ReportJson, isAsciiOnOneLineWhateverTheNameIs) {
     EXPECT_EQ(
-        reportJson({.path = QString::fromUtf8("\xC3\xBC\xF0\x9F\x8E\xB8\x1B\x7F\n\"\\.wav"), .refusal = "x"})
-            .toStdString(),
+        reportJson({.path = "\xC3\xBC\xF0\x9F\x8E\xB8\x1B\x7F\n\"\\.wav", .refusal = "x"}).toStdString(),
         "{\"accepted\":false,\"file\":\"\\u00fc\\ud83c\\udfb8\\u001b\\u007f\\n\\\"\\\\.wav\",\"refusal\":\"x\"}\n");
 }
 

@@ -45,6 +45,11 @@ TEST_P(WithoutADisplay, namesThePlatformThatThereIsNot) {
     EXPECT_EQ(complaint({}, {"-platform", "nonsense"}), "Could not find the Qt platform plugin \"nonsense\" in \"\"\n");
 }
 
+TEST_P(WithoutADisplay, letsNoControlThroughToTheTerminal) {
+    EXPECT_EQ(complaint({}, {"-platform", "\x1B[31m"}),
+              "Could not find the Qt platform plugin \"\\x1b[31m\" in \"\"\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(Programs, WithoutADisplay, testing::Values("kelvo", "kelvo-demo", "kelvo-tour"),
                          [](const auto& parameter) {
                              std::string name(parameter.param);

@@ -1,12 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <future>
-#include <mutex>
 #include <string>
 
 #include "AMPFile.h"
-#include "ReadHook.h"
 #include "SampleFiles.h"
 
 namespace kelvo {
@@ -203,30 +199,14 @@ TEST_F(AmpReader, failureAfterASuccessClosesAndKeepsNameAndProcessWideWords) {
     EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
 }
 
-TEST_F(AmpReader, readsWithoutTheGuardAndReturnsWithIt) {
+TEST_F(AmpReader, loadsAFileWithoutPublishingIt) {
     const QString path = dir.write("Clean.amp", twoWordModel());
-    std::mutex mutex;
-    bool wasFree = false;
-    readHook = [&](int fd, void* buffer, std::size_t size) {
-        wasFree = std::async(std::launch::async, [&] { return std::unique_lock(mutex, std::try_to_lock).owns_lock(); })
-                      .get() &&
-                  ampPiontBuffIsUntouched();
-        return __real_read(fd, buffer, size);
-    };
-    std::unique_lock guard(mutex, std::defer_lock);
-    EXPECT_TRUE(file.OpenFile(path, &guard));
-    readHook = nullptr;
-    EXPECT_TRUE(wasFree);
-    EXPECT_TRUE(guard.owns_lock());
+    EXPECT_TRUE(file.load(path));
+    EXPECT_TRUE(ampPiontBuffIsUntouched());
+    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer[0], 0x04030201U);
+    EXPECT_STREQ(file.CharFileName.data(), "Clean");
+    file.publish();
     EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
-}
-
-TEST_F(AmpReader, aRefusedFileDoesNotTakeTheGuard) {
-    std::mutex mutex;
-    std::unique_lock guard(mutex, std::defer_lock);
-    EXPECT_FALSE(file.OpenFile(dir.path("missing.amp"), &guard));
-    EXPECT_FALSE(file.OpenFile(dir.write("a.amp", FileBytes{1}), &guard));
-    EXPECT_FALSE(guard.owns_lock());
 }
 
 TEST_F(AmpReader, keepsTheWholeFileWhileItIsOpen) {

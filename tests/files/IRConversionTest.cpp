@@ -4,8 +4,8 @@
 #include <cstring>
 #include <limits>
 
+#include "FileView.h"
 #include "IRConversion.h"
-#include "LittleEndian.h"
 
 namespace kelvo {
 namespace {
@@ -17,20 +17,20 @@ using FloatBuffer = std::array<float, kIRFrameCount>;
 using Points = std::array<float, kIRPointCount>;
 using Words = std::array<std::uint32_t, kIRPointCount>;
 
-TEST(LittleEndian, takesTheBytesOfItsWidth) {
+TEST(NumberInAFile, takesTheBytesOfItsWidth) {
     const std::array<std::uint8_t, 5> bytes{0x01, 0x82, 0x03, 0x84, 0x05};
-    EXPECT_EQ(littleEndian(bytes, 0, 1), 0x01U);
-    EXPECT_EQ(littleEndian(bytes, 0, 2), 0x8201U);
-    EXPECT_EQ(littleEndian(bytes, 1, 3), 0x840382U);
-    EXPECT_EQ(littleEndian(bytes, 0, 4), 0x84038201U);
+    EXPECT_EQ(FileView(bytes).number(0, 1), 0x01U);
+    EXPECT_EQ(FileView(bytes).number(0, 2), 0x8201U);
+    EXPECT_EQ(FileView(bytes).number(1, 3), 0x840382U);
+    EXPECT_EQ(FileView(bytes).number(0, 4), 0x84038201U);
 }
 
-TEST(LittleEndian, countsBytesPastTheEndAsZero) {
+TEST(NumberInAFile, countsBytesPastTheEndAsZero) {
     const std::array<std::uint8_t, 2> bytes{0x01, 0x02};
-    EXPECT_EQ(littleEndian(bytes, 1, 4), 0x02U);
-    EXPECT_EQ(littleEndian(bytes, 2, 4), 0U);
-    EXPECT_EQ(littleEndian(bytes, std::numeric_limits<std::size_t>::max(), 4), 0U);
-    EXPECT_EQ(littleEndian({}, 0, 4), 0U);
+    EXPECT_EQ(FileView(bytes).number(1, 4), 0x02U);
+    EXPECT_EQ(FileView(bytes).number(2, 4), 0U);
+    EXPECT_EQ(FileView(bytes).number(std::numeric_limits<std::size_t>::max(), 4), 0U);
+    EXPECT_EQ(FileView().number(0, 4), 0U);
 }
 
 TEST(IRRates, areTheseFour) {

@@ -5,8 +5,9 @@
 #include <cstddef>
 #include <functional>
 
-/// Replaces read(2) while it is set; it may call the real one. Reset by whoever sets it.
-extern std::function<ssize_t(int fd, void* buffer, std::size_t size)> readHook;
+/// Replaces pread(2) while it is set; it may call the real one. Reset by whoever sets it.
+extern std::function<ssize_t(int fd, void* buffer, std::size_t size, off_t offset)> readHook;
 
-// The linker's --wrap=read gives this name.
-extern "C" ssize_t __real_read(int fd, void* buffer, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
+// The linker's --wrap=pread gives this name.
+extern "C" ssize_t __real_pread(int fd, void* buffer, std::size_t size,
+                                off_t offset);  // NOLINT(bugprone-reserved-identifier)

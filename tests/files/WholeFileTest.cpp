@@ -18,10 +18,11 @@
 #include "UniqueFd.h"
 #include "WholeFile.h"
 
-std::function<ssize_t(int fd, void* buffer, std::size_t size)> readHook;
+std::function<ssize_t(int fd, void* buffer, std::size_t size, off_t offset)> readHook;
 
-extern "C" ssize_t __wrap_read(int fd, void* buffer, std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
-    return readHook ? readHook(fd, buffer, size) : __real_read(fd, buffer, size);
+extern "C" ssize_t __wrap_pread(int fd, void* buffer, std::size_t size,
+                                off_t offset) {  // NOLINT(bugprone-reserved-identifier)
+    return readHook ? readHook(fd, buffer, size, offset) : __real_pread(fd, buffer, size, offset);
 }
 
 namespace kelvo {
@@ -31,7 +32,7 @@ std::optional<FileBytes> bytesOf(const std::optional<FileContent>& file) {
     return file ? std::optional(FileBytes(file->bytes.get(), file->bytes.get() + file->size)) : std::nullopt;
 }
 
-ssize_t unexpectedRead(int, void*, std::size_t) {
+ssize_t unexpectedRead(int, void*, std::size_t, off_t) {
     ADD_FAILURE() << "read was called";
     return -1;
 }
@@ -162,7 +163,7 @@ TEST_F(WholeFile, readsALengthOf32Bits) {
     const QString path = dir.write("large", content);
     ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 0xFFFFFFFF), 0);
     std::size_t wanted = 0;
-    readHook = [&](int, void*, std::size_t size) -> ssize_t {
+    readHook = [&](int, void*, std::size_t size, off_t) -> ssize_t {
         wanted = size;
         return 0;
     };
@@ -173,12 +174,12 @@ TEST_F(WholeFile, readsALengthOf32Bits) {
 TEST_F(WholeFile, goesOnAfterAnInterruptedRead) {
     const QString path = dir.write("a", content);
     int calls = 0;
-    readHook = [&](int fd, void* buffer, std::size_t size) -> ssize_t {
+    readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) -> ssize_t {
         if (++calls <= 2) {
             errno = EINTR;
             return -1;
         }
-        return __real_read(fd, buffer, size);
+        return __real_pread(fd, buffer, size, offset);
     };
     EXPECT_EQ(bytesOf(readWholeFile(path)), content);
     EXPECT_EQ(calls, 3);
@@ -186,15 +187,15 @@ TEST_F(WholeFile, goesOnAfterAnInterruptedRead) {
 
 TEST_F(WholeFile, putsShortReadsTogether) {
     const QString path = dir.write("a", content);
-    readHook = [&](int fd, void* buffer, std::size_t size) {
-        return __real_read(fd, buffer, std::min<std::size_t>(size, 3));
+    readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
+        return __real_pread(fd, buffer, std::min<std::size_t>(size, 3), offset);
     };
     EXPECT_EQ(bytesOf(readWholeFile(path)), content);
 }
 
 TEST_F(WholeFile, refusesAFileWhoseReadFails) {
     const QString path = dir.write("a", content);
-    readHook = [](int, void*, std::size_t) -> ssize_t {
+    readHook = [](int, void*, std::size_t, off_t) -> ssize_t {
         errno = EIO;
         return -1;
     };
@@ -203,21 +204,21 @@ TEST_F(WholeFile, refusesAFileWhoseReadFails) {
 
 TEST_F(WholeFile, refusesAFileThatShrinksWhileItIsRead) {
     const QString path = dir.write("a", content);
-    readHook = [&](int fd, void* buffer, std::size_t size) {
+    readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
-        return __real_read(fd, buffer, size);
+        return __real_pread(fd, buffer, size, offset);
     };
     EXPECT_FALSE(readWholeFile(path));
 }
 
 TEST_F(WholeFile, doesNotReadWhatIsAppendedMeanwhile) {
     const QString path = dir.write("a", content);
-    readHook = [&](int fd, void* buffer, std::size_t size) {
+    readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::Append));
         EXPECT_EQ(file.write("more"), 4);
         file.close();
-        return __real_read(fd, buffer, size);
+        return __real_pread(fd, buffer, size, offset);
     };
     EXPECT_EQ(bytesOf(readWholeFile(path)), content);
 }
@@ -243,9 +244,9 @@ TEST_F(WholeFile, ofAnUnfitOne_saysWhatCouldNotBeDone) {
 
 TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
     const QString path = dir.write("a", content);
-    readHook = [&](int fd, void* buffer, std::size_t size) {
+    readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
-        return __real_read(fd, buffer, size);
+        return __real_pread(fd, buffer, size, offset);
     };
     ReadFailure failure;
     EXPECT_FALSE(readWholeFile(path, &failure));
@@ -253,7 +254,7 @@ TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
     EXPECT_EQ(failure.error, 0);
     EXPECT_EQ(failure.size, 8U);
     EXPECT_EQ(failure.held, 5U);
-    readHook = [](int, void*, std::size_t) -> ssize_t {
+    readHook = [](int, void*, std::size_t, off_t) -> ssize_t {
         errno = EIO;
         return -1;
     };

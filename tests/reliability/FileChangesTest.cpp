@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
+#include <random>
 
 #include "AMPFile.h"
 #include "AmpModel.h"
 #include "IRModel.h"
+#include "Judge.h"
 #include "MemoryFile.h"
 #include "RVIRFile.h"
 #include "SampleFiles.h"
@@ -33,8 +36,9 @@ testing::AssertionResult readsAlike(const FileBytes& bytes, Tally& tally) {
     const bool converted = file.GetIRDataBuffer(points);
     ++tally.inputs;
     tally.accepted += converted ? 1 : 0;
-    if (opened != expected.opened || converted != expected.converted) {
-        return testing::AssertionFailure() << "opened " << opened << " converted " << converted;
+    const bool judged = judgeIRFile(source.path()).isAccepted();
+    if (opened != expected.opened || converted != expected.converted || judged != expected.converted) {
+        return testing::AssertionFailure() << "opened " << opened << " converted " << converted << " judged " << judged;
     }
     const bool same = converted ? points == expected.points : std::ranges::count(points, kUntouched) == 512;
     return same ? testing::AssertionSuccess() : testing::AssertionFailure() << "other points";
@@ -49,8 +53,9 @@ testing::AssertionResult readsAmpAlike(const FileBytes& bytes, Tally& tally) {
     const bool accepted = file.OpenFile(source.path());
     ++tally.inputs;
     tally.accepted += accepted ? 1 : 0;
-    if (accepted != expected) {
-        return testing::AssertionFailure() << "accepted " << accepted;
+    const bool judged = judgeAmpFile(source.path()).isAccepted();
+    if (accepted != expected || judged != expected) {
+        return testing::AssertionFailure() << "accepted " << accepted << " judged " << judged;
     }
     const bool same = accepted ? AmpPiontBuff == words : std::ranges::count(AmpPiontBuff, kUntouched) == 512;
     return same ? testing::AssertionSuccess() : testing::AssertionFailure() << "other words";
@@ -223,6 +228,54 @@ TEST(LengthFields, aDataSizeGivesAsManyFramesAsItDeclaresAndTheFileHolds) {
         EXPECT_EQ(std::ranges::count(points, 0x111100U), row.frames) << row.declared;
         EXPECT_EQ(std::ranges::count(points, 0U), 512 - row.frames) << row.declared;
     }
+}
+
+/// A file of many blocks, changed at random: ids that move, header fields that change, an end that is cut off.
+FileBytes changedAtRandom(std::minstd_rand& random) {
+    const auto below = [&random](std::size_t end) { return random() % end; };
+    const std::array<std::uint32_t, 6> rates{44100, 48000, 88200, 96000, 22050, 192000};
+    const std::array<std::uint32_t, 6> depths{8, 16, 24, 32, 12, 4};
+    FileBytes bytes = WaveFile{.sampleRate = rates[below(6)],
+                               .bitsPerSample = depths[below(6)],
+                               .channels = static_cast<std::uint32_t>(below(4)),
+                               .data = rising(below(20000))}
+                          .bytes();
+    // What stands between the form type and each chunk: up to the end of a block, give or take a few bytes.
+    const auto insert = [&](std::ptrdiff_t at) {
+        const std::size_t length = below(2) * (4096 * (1 + below(2)) - 40 + below(48));
+        bytes.insert(bytes.begin() + at, length, static_cast<std::uint8_t>(below(2) == 0 ? 'f' : 'd'));
+    };
+    insert(36);
+    insert(12);
+    for (std::size_t i = below(3); i > 0; --i) {
+        bytes[below(std::min<std::size_t>(bytes.size(), 64))] = static_cast<std::uint8_t>(below(256));
+    }
+    bytes.resize(bytes.size() - below(2) * below(bytes.size()));
+    return bytes;
+}
+
+TEST(RandomChanges, areReadAsTheSecondReaderReadsThem) {
+    std::minstd_rand random(1);
+    Tally tally;
+    for (int i = 0; i < 3000; ++i) {
+        ASSERT_TRUE(readsAlike(changedAtRandom(random), tally)) << i;
+    }
+    EXPECT_GT(tally.accepted, 300U);
+    EXPECT_LT(tally.accepted, 2700U);
+}
+
+TEST(RandomChanges, ofAmpModelsAreReadAsTheSecondReaderReadsThem) {
+    std::minstd_rand random(1);
+    Tally tally;
+    for (int i = 0; i < 1000; ++i) {
+        FileBytes bytes = ampOf(static_cast<std::uint32_t>(random()));
+        bytes.insert(bytes.begin() + 2052, random() % 2 * (random() % 70000), 0x11);
+        bytes[random() % bytes.size()] += static_cast<std::uint8_t>(random() % 2);
+        bytes.resize(bytes.size() - random() % 4 / 3 * (random() % bytes.size()));
+        ASSERT_TRUE(readsAmpAlike(bytes, tally)) << i;
+    }
+    EXPECT_GT(tally.accepted, 100U);
+    EXPECT_LT(tally.accepted, 900U);
 }
 
 FileBytes withIdsAt(std::size_t size, std::size_t fmt, std::size_t data) {

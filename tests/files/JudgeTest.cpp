@@ -1,0 +1,148 @@
+// What the judge of a file reads, and what it does not. That its verdict is the readers' is shown where files are
+// changed in every way: tests/reliability/FileChangesTest.cpp and the fuzz targets.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <cerrno>
+
+#include "Judge.h"
+#include "ReadHook.h"
+#include "SampleFiles.h"
+
+namespace kelvo {
+namespace {
+
+using Step = ReadFailure::Step;
+
+class Judge : public testing::Test {
+protected:
+    void SetUp() override {
+        readHook = [this](int fd, void* buffer, std::size_t size, off_t offset) {
+            bytesRead += size;
+            return __real_pread(fd, buffer, size, offset);
+        };
+    }
+    void TearDown() override { readHook = nullptr; }
+
+    /// Makes the file as long as a recording of two hours, without a disk of that size.
+    static void makeLong(const QString& path) {
+        ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 2'000'000'000), 0);
+    }
+
+    const SampleDir dir;
+    std::size_t bytesRead = 0;
+};
+
+TEST_F(Judge, readsOneBlockOfAGoodWaveFileHoweverLongItIs) {
+    const QString path = dir.write("long.wav", WaveFile{.data = FileBytes(100)}.bytes());
+    makeLong(path);
+    const IRVerdict verdict = judgeIRFile(path);
+    EXPECT_TRUE(verdict.isAccepted());
+    EXPECT_EQ(verdict.wave.samplesSize, 1'999'999'956U);
+    EXPECT_EQ(bytesRead, 7U + 12U + 4099U);
+}
+
+TEST_F(Judge, readsOneBlockOfAnInternalIR) {
+    FileBytes bytes;
+    append(bytes, "TavikIR");
+    const QString path = dir.write("own.wav", bytes);
+    makeLong(path);
+    EXPECT_TRUE(judgeIRFile(path).isAccepted());
+    EXPECT_EQ(bytesRead, 7U);
+}
+
+TEST_F(Judge, readsNoMoreThanTheMarksOfWhatIsNoWaveFile) {
+    const QString path = dir.write("text.wav", FileBytes(100, 'x'));
+    makeLong(path);
+    const IRVerdict verdict = judgeIRFile(path);
+    EXPECT_FALSE(verdict.isAccepted());
+    EXPECT_EQ(verdict.wave.broken, WaveRule::RiffMark);
+    EXPECT_EQ(bytesRead, 7U + 12U);
+}
+
+TEST_F(Judge, readsAnAmpModelsWordsChecksumAndEnd) {
+    FileBytes bytes = ampFile(std::array<std::uint32_t, 1>{5});
+    bytes.resize(300000, 'x');
+    append(bytes, "2.0");
+    EXPECT_TRUE(judgeAmpFile(dir.write("long.amp", bytes)).isAccepted());
+    EXPECT_EQ(bytesRead, 2052U + 3U);
+}
+
+TEST_F(Judge, acceptsAWaveFileByItsRateAndDepthToo) {
+    const FileBytes data(100);
+    const auto isAccepted = [&](const WaveFile& wave) {
+        return judgeIRFile(dir.write("a.wav", wave.bytes())).isAccepted();
+    };
+    EXPECT_TRUE(isAccepted({.sampleRate = 96000, .bitsPerSample = 32, .data = data}));
+    EXPECT_FALSE(isAccepted({.sampleRate = 96001, .bitsPerSample = 32, .data = data}));
+    EXPECT_FALSE(isAccepted({.sampleRate = 96000, .bitsPerSample = 20, .data = data}));
+    EXPECT_FALSE(isAccepted({.sampleRate = 96000, .channels = 0, .data = data}));
+}
+
+TEST_F(Judge, refusesWhatIsNoRegularFileWithoutWaiting) {
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dir.path("fifo.wav")).constData(), 0600), 0);
+    EXPECT_EQ(judgeIRFile(dir.path("fifo.wav")).failure->step, Step::Type);
+    EXPECT_EQ(judgeAmpFile(dir.path("fifo.wav")).failure->step, Step::Type);
+    EXPECT_EQ(judgeIRFile(dir.path(".")).failure->step, Step::Type);
+    EXPECT_EQ(judgeIRFile("/dev/zero").failure->step, Step::Type);
+    EXPECT_EQ(judgeIRFile(dir.path("missing")).failure->step, Step::Open);
+    EXPECT_FALSE(judgeIRFile(dir.path("missing")).isAccepted());
+    EXPECT_FALSE(judgeAmpFile(dir.path("missing")).isAccepted());
+    EXPECT_EQ(bytesRead, 0U);
+}
+
+TEST_F(Judge, refusesAnEmptyFileAndOneThatIsTooLong) {
+    const QString path = dir.write("a.wav", {});
+    EXPECT_FALSE(judgeIRFile(path).isAccepted());
+    EXPECT_FALSE(judgeAmpFile(path).isAccepted());
+    ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 0x100000000), 0);
+    EXPECT_EQ(judgeIRFile(path).failure->step, Step::Length);
+    EXPECT_EQ(bytesRead, 0U);
+}
+
+TEST_F(Judge, refusesAFileThatGetsShorterOrFailsAtAnyRead) {
+    FileBytes bytes = WaveFile{.data = FileBytes(100)}.bytes();
+    bytes.insert(bytes.begin() + 12, 3 * 4096, 'f');
+    const QString path = dir.write("a.wav", bytes);
+    for (const int error : {0, EIO}) {
+        for (int failing = 1; failing <= 6; ++failing) {
+            int reads = 0;
+            readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
+                errno = error;
+                return ++reads == failing ? ssize_t{error == 0 ? 0 : -1} : __real_pread(fd, buffer, size, offset);
+            };
+            const IRVerdict verdict = judgeIRFile(path);
+            EXPECT_FALSE(verdict.isAccepted()) << failing;
+            ASSERT_TRUE(verdict.failure) << failing;
+            EXPECT_EQ(verdict.failure->step, Step::Read);
+            EXPECT_EQ(verdict.failure->error, error);
+            EXPECT_EQ(reads, failing) << "nothing is read after a failure";
+        }
+    }
+}
+
+TEST_F(Judge, stopsAtTheNextReadAfterAStopRequest) {
+    const QString path = dir.write("a.wav", WaveFile{.data = FileBytes(100, 'f')}.bytes());
+    std::stop_source stop;
+    int reads = 0;
+    readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
+        if (++reads == 2) {
+            stop.request_stop();
+        }
+        return __real_pread(fd, buffer, size, offset);
+    };
+    FileBytes noChunks = WaveFile{}.bytes();
+    noChunks.resize(12);
+    noChunks.resize(100 * 4096, 'f');
+    const IRVerdict verdict = judgeIRFile(dir.write("b.wav", noChunks), stop.get_token());
+    EXPECT_EQ(verdict.failure->error, ECANCELED);
+    EXPECT_EQ(reads, 2);
+    EXPECT_EQ(judgeAmpFile(path, stop.get_token()).failure->error, ECANCELED);
+    EXPECT_EQ(reads, 2);
+}
+
+}  // namespace
+}  // namespace kelvo
