@@ -100,6 +100,7 @@ void KelvoAppDelegate::attachBank(SlotBank& bank, SlotTableView& table, QPushBut
     bank.table = &table;
     bank.model = std::make_unique<SlotTableModel>(*this, table.tag());
     table.setModel(bank.model.get());
+    fileLine.setForegroundRole(QPalette::PlaceholderText);
     bank.steps.emplace(bank, queue_, import, previous, next, fileLine);
     QObject::connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, &window(),
                      [this, tag = table.tag()] { tableViewSelectionDidChange(tag); });
@@ -187,7 +188,7 @@ void KelvoAppDelegate::takeOrders() {
 }
 
 QWidget& KelvoAppDelegate::openLoadWindow() {
-    auto loaded = std::make_unique<LoadDataWindowController>(services_.exitProcess);
+    auto loaded = std::make_unique<LoadDataWindowController>([this](int) { exit(); });
     const std::lock_guard lock(loadWindowMutex_);
     loadWindow_ = std::move(loaded);
     loadWindow_->progressBar()->setFloatValue(earlyProgress_);
@@ -203,6 +204,10 @@ void KelvoAppDelegate::OpenReceiveThread() {
 }
 
 void KelvoAppDelegate::exit() {
+    // A thread that the kernel holds up would keep the device's node open after the end. The HID thread closes it, and
+    // waits for nobody.
+    manager_.stop();
+    hidThread_ = {};
     services_.exitProcess(0);
 }
 
@@ -214,7 +219,8 @@ void KelvoAppDelegate::showNoDeviceAlert(const QString& button) {
     setNotice({});
     const Alert alert{.messageText = QStringLiteral("No device connected. Please connected your KR310"),
                       .buttons = {button},
-                      .style = AlertStyle::Critical};
+                      .style = AlertStyle::Critical,
+                      .informativeText = QString::fromStdString(unusableDevice())};
     services_.beginSheetModal(window(), alert, [this](int) { exit(); });
 }
 

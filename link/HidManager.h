@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <string>
 
 namespace kelvo {
 
@@ -46,6 +47,8 @@ struct HidCallbacks {
     /// Called once when a device that was announced has gone away.
     DeviceCallback deviceRemoval = [](const auto&) {};
     InputReportCallback inputReport = [](const auto&, auto) {};
+    /// A device was found that looks like the wanted one and cannot be used. `reason` is a sentence for the user.
+    std::function<void(const std::string& reason)> unusable = [](const auto&) {};
 };
 
 /// The platform's HID layer: everything the link asks of the operating system.

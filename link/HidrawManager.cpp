@@ -119,9 +119,14 @@ bool HidrawManager::matches(udev_device& device, const std::string& node) const 
         line << node << " has the vendor and product of the pedal, but release "
              << viewOf(udev_device_get_sysattr_value(usb, "bcdDevice")) << " instead of " << std::hex
              << std::setfill('0') << std::setw(4) << matching_.versionNumber;
-        NSLog(line.str());
+        cannotUse(line.str());
     }
     return isRelease;
+}
+
+void HidrawManager::cannotUse(const std::string& reason) const {
+    NSLog(reason);
+    callbacks_.unusable(reason);
 }
 
 // The monitor listens since `open`, so a device that arrives meanwhile is in its queue, if not in this list.
@@ -155,7 +160,7 @@ void HidrawManager::attach(udev_device& device) {
         }
         device_ = std::move(opened);
     } catch (const std::runtime_error& failure) {
-        NSLog(node + " cannot be opened: " + failure.what() + " (access is given by " + std::string(kRulesFile) + ")");
+        cannotUse(node + " cannot be opened: " + failure.what() + " (access is given by " + std::string(kRulesFile) + ")");
         return;
     }
     syspath_ = std::move(syspath);

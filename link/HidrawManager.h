@@ -24,8 +24,8 @@ struct UdevRelease {
 ///
 /// One device at a time: while one is attached every other is ignored, its arrival and its removal. The three numbers
 /// of the matching are compared with idVendor, idProduct and bcdDevice of the node's usb_device; a node with another
-/// release alone gets a line in the system log. A node that cannot be opened counts as no device; one line in the log
-/// says which, why, and which rule file gives access. It is tried again at its next udev event, so installing the rules
+/// release alone is reported as unusable. A node that cannot be opened counts as no device and is reported, too: which,
+/// why, and which rule file gives access. Both go to the system log. It is tried again at its next udev event, so installing the rules
 /// and `udevadm trigger` are enough.
 ///
 /// A device that is still attached when `run` returns is let go without a callback; the next `run` finds it anew.
@@ -45,6 +45,7 @@ public:
 
 private:
     [[nodiscard]] bool matches(udev_device& device, const std::string& node) const;
+    void cannotUse(const std::string& reason) const;
     void attachPresent();
     void attach(udev_device& device);
     void detach();

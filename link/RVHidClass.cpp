@@ -18,6 +18,7 @@ constexpr std::uint8_t kReportPayload = kReportSize - 1;  // byte 0 of a report 
 
 std::mutex handleMutex;
 std::shared_ptr<HidDevice> DeviceHandle;  // guarded by handleMutex
+std::string unusableReason;               // likewise
 
 std::shared_ptr<HidDevice> deviceHandle() {
     const std::lock_guard lock(handleMutex);
@@ -55,6 +56,11 @@ void Handle_DeviceRemovalCallback(HidManager& manager, const std::function<void(
     quitWindow();
 }
 
+void keepReason(const std::string& reason) {
+    const std::lock_guard lock(handleMutex);
+    unusableReason = reason;
+}
+
 void deviceReportCallback(const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
     if (report.size() != kReportSize || device != deviceHandle()) {
         return;
@@ -71,10 +77,17 @@ void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow)
         .deviceMatching = Handle_DeviceMatchingCallback,
         .deviceRemoval = [&](const auto& device) { Handle_DeviceRemovalCallback(manager, quitWindow, device); },
         .inputReport = deviceReportCallback,
+        .unusable = keepReason,
     };
+    keepReason({});
     manager.open(matching, callbacks);  // a failure shows up as no device being found
     manager.run();
     closeDevice();
+}
+
+std::string unusableDevice() {
+    const std::lock_guard lock(handleMutex);
+    return unusableReason;
 }
 
 bool HID_ReadData(std::uint32_t n, std::uint8_t* destination) {

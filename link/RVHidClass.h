@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "HidManager.h"
 
@@ -19,6 +20,9 @@ extern std::atomic<bool> isOpenDevice;
 /// Looks for the device with `manager` and serves it. Returns after the device has been removed, which calls
 /// `quitWindow`, or after somebody else has stopped the manager; no device is open then. HID thread.
 void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow);
+
+/// Why the last device that was found could not be used; empty when there was none. Any thread.
+[[nodiscard]] std::string unusableDevice();
 
 /// Takes exactly n received bytes into destination, or none at all and returns false. Receive thread.
 [[nodiscard]] bool HID_ReadData(std::uint32_t n, std::uint8_t* destination);
