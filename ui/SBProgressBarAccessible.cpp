@@ -53,9 +53,4 @@ int progressPercent(double value) {
     return static_cast<int>(std::nearbyint(value * 100.0));
 }
 
-void announceProgress(SBProgressBar& bar, int percent) {
-    QAccessibleValueChangeEvent event(&bar, percent);
-    QAccessible::updateAccessibility(&event);
-}
-
 }  // namespace kelvo
