@@ -30,7 +30,7 @@ void LayerView::setAlphaValue(double alpha) {
 void LayerView::advance() {
     scene_.update();
     if (scene_.isAnimating()) {
-        update(animatedRect());
+        update();
     }
     if (!scene_.isEnding() && !(scene_.isAnimating() && isOnScreen())) {
         timer_.stop();
@@ -78,7 +78,7 @@ void LayerView::showEvent(QShowEvent*) {
 
 bool LayerView::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::Expose) {
-        update(animatedRect());
+        update();
     }
     return QWidget::eventFilter(object, event);
 }

@@ -33,9 +33,6 @@ public:
     /// Brings the layers to the clock's time. The view's timer calls it; a test that steps the clock does so itself.
     void advance();
 
-    /// The part of the widget that running animations change.
-    virtual QRect animatedRect() const { return rect(); }
-
     /// Shows the layers as they are now through `painter`, which may draw on any device at any pixel ratio.
     void paintFrame(QPainter& painter) const;
 

@@ -250,12 +250,4 @@ void SBProgressBar::setStripesImage(LayerImage image) {
     updateLayer();
 }
 
-QRect SBProgressBar::animatedRect() const {
-    if (rootLayer_.animation("opacity")) {
-        return rect();
-    }
-    const QRectF fill = innerClipLayer_.frame();
-    return fill.isEmpty() ? QRect() : QRect(0, 0, static_cast<int>(std::ceil(fill.right())), height());
-}
-
 }  // namespace kelvo

@@ -134,8 +134,6 @@ public:
     /// drawing uses the bar's widths and colour of that moment, so the image must not be drawn after the bar's end.
     LayerImage borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const;
 
-    QRect animatedRect() const override;
-
 protected:
     /// Called when the whole percentage has changed; informs assistive tools.
     virtual void announce(int percent);

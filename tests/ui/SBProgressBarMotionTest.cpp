@@ -341,15 +341,6 @@ TEST_F(BarMotion, animator_refusesWhatTheBarRefuses) {
     EXPECT_EQ(bar.floatValue(), 0.0);
 }
 
-TEST_F(BarMotion, frame_showsOnlyTheFillAsChanging) {
-    bar.setFloatValue(0.5);
-    EXPECT_EQ(bar.animatedRect(), QRect(0, 0, 100, 20));
-    bar.setFloatValue(0.0);
-    EXPECT_TRUE(bar.animatedRect().isEmpty());
-    bar.setHidden(true);
-    EXPECT_EQ(bar.animatedRect(), QRect(0, 0, 200, 20));
-}
-
 TEST_F(BarMotion, barDestroyedDuringItsFades_isGoneQuietly) {
     auto* const other = new SBProgressBar([this] { return stage.seconds; });
     other->setAnimates(false);
