@@ -323,8 +323,8 @@ TEST(SBProgressBarPixels, barThatHasShownOtherLooks_looksLikeANewOne) {
     BarStage old(64, 48);
     int round = 0;
     for (const QSize size : {QSize(200, 20), QSize(21, 33), QSize(45, 21), QSize(400, 40), QSize(20, 100)}) {
-        for (const double value : {0.0, 0.003, 0.13, 0.377, 0.93, 0.995, 1.0}) {
-            for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+        for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+            for (const double value : {0.0, 0.003, 0.13, 0.377, 0.93, 0.995, 1.0}) {
                 ++round;
                 BarStage fresh(64, 48);
                 for (BarStage* const stage : {&old, &fresh}) {
