@@ -5,9 +5,9 @@
 
 namespace kelvo {
 
-/// A top-level window whose close button does what it is told instead of closing the window. A desktop that minimises
-/// or maximises it though its flags do not offer that is undone at once. Assistive tools meet it as a window or, when
-/// it has the flags of one, as a dialog.
+/// A top-level window whose close button runs an action instead of closing the window. If the desktop minimises or
+/// maximises it although its flags do not offer that, the state is reset at once. Assistive tools see a window or,
+/// when it has the flags of one, a dialog.
 class CloseActionWindow : public QWidget {
 public:
     CloseActionWindow();

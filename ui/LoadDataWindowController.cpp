@@ -6,11 +6,6 @@
 #include "ui_LoadDataWindowController.h"
 
 namespace kelvo {
-namespace {
-
-constexpr int kTickMilliseconds = 500;
-
-}  // namespace
 
 LoadDataWindowController::LoadDataWindowController() = default;
 
@@ -35,13 +30,14 @@ void LoadDataWindowController::windowDidLoad() {
     window_->setFixedSize(window_->sizeHint());
     timer_ = std::make_unique<QTimer>();
     QObject::connect(timer_.get(), &QTimer::timeout, timer_.get(), [this] { tick(); });
-    // A coarse one may come early.
+    // A coarse timer may fire early.
     timer_->setTimerType(Qt::PreciseTimer);
-    // The first tick comes with the first events served.
+    // The first tick comes with the first events that are served.
     timer_->start(0);
 }
 
 void LoadDataWindowController::tick() {
+    constexpr int kTickMilliseconds = 500;
     timer_->setInterval(kTickMilliseconds);
     const double value = progressBar_->floatValue();
     loadDataLabel_->setText(QString::asprintf("%.0f%%", value * 100.0));

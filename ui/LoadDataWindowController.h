@@ -13,10 +13,10 @@ class CloseActionWindow;
 class SBProgressBar;
 
 /// The modal window that shows how much of the device's data has been read. It knows no device: it polls its bar twice
-/// a second, mirrors the value in its label and ends the modal run when the bar stands at exactly 1.0, behind a last
-/// look at a full bar and 100%.
+/// a second, shows the value in its label and ends the modal run when the value is exactly 1.0. A full bar and 100% are
+/// painted before that.
 ///
-/// Main thread, but for the bar's floatValue, which any thread may set.
+/// Main thread, except for the bar's floatValue, which any thread may set.
 class LoadDataWindowController {
 public:
     using ExitProcess = std::function<void(int status)>;

@@ -1,6 +1,9 @@
 #include "SBProgressBar.h"
 
+#include <QAccessible>
 #include <QEvent>
+#include <QSignalBlocker>
+#include <QThread>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -9,19 +12,16 @@
 #include "NSLog.h"
 #include "Post.h"
 #include "SBProgressBarAccessible.h"
-#include "SBProgressBarFrame.h"
 
 namespace kelvo {
 namespace {
-
-constexpr QSizeF kStripesTile{30.0, 20.0};
 
 double steadySeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-QColor white(double level) {
-    return QColor::fromRgbF(static_cast<float>(level), static_cast<float>(level), static_cast<float>(level));
+QColor white(float level) {
+    return QColor::fromRgbF(level, level, level);
 }
 
 QRectF inset(const QRectF& rect, double distance) {
@@ -29,44 +29,51 @@ QRectF inset(const QRectF& rect, double distance) {
             std::max(rect.height() - 2.0 * distance, 0.0)};
 }
 
+void requireValid(double value) {
+    if (!(value >= 0.0 && value <= 1.0)) {
+        throw InvalidValue();
+    }
+}
+
 }  // namespace
 
 SBProgressBar::SBProgressBar(QWidget* parent) : SBProgressBar(steadySeconds, parent) {}
 
-SBProgressBar::SBProgressBar(LayerClock clock, QWidget* parent)
-    : LayerView(std::move(clock), parent), frame_(std::make_unique<SBProgressBarFrame>(*this)) {
+SBProgressBar::SBProgressBar(LayerClock clock, QWidget* parent) : LayerView(std::move(clock), parent) {
     installProgressBarAccessibility();
     setUp();
     knownWindow_ = window();
     viewDidMoveToWindow();
 }
 
-SBProgressBar::~SBProgressBar() = default;
-
 void SBProgressBar::setUp() {
-    ring_ = {.borderColor = white(0.291)};
-    stripesImage_ = stripesImageWithSize(kStripesTile);
-    backgroundColors_ = {white(0.55), white(0.4)};
+    ring_.borderColor = white(0.291F);
+    stripesImage_ = stripesImageWithSize({30.0, 20.0});
+    backgroundColors_ = {white(0.55F), white(0.4F)};
 
     clipLayer_.setMasksToBounds(true);
-    backgroundLayer_.setColors(backgroundColors_);
+    backgroundLayer_.setBackground(backgroundColors_);
     innerClipLayer_.setMasksToBounds(true);
     stripesLayer_.setAnchorPoint({0.0, 0.5});
     stripesLayer_.setOpacity(kStripesOpacity);
     colorTintLayer_.setOpacity(static_cast<float>(colorTintOpacity_));
 
     setLayer(rootLayer_);
-    fillLayer_.setColors({white(0.75), white(1.0)});
-    for (Layer* const layer :
-         {static_cast<Layer*>(&fillLayer_), &stripesLayer_, &innerShadowLayer_, &colorTintLayer_}) {
+    fillLayer_.setBackground(Layer::Gradient{white(0.75F), white(1.0F)});
+    for (Layer* const layer : {&fillLayer_, &stripesLayer_, &innerShadowLayer_, &colorTintLayer_}) {
         innerClipLayer_.addSublayer(*layer);
     }
-    for (Layer* const layer : {static_cast<Layer*>(&backgroundLayer_), &borderLayer_, &innerClipLayer_}) {
+    for (Layer* const layer : {&backgroundLayer_, &borderLayer_, &innerClipLayer_}) {
         clipLayer_.addSublayer(*layer);
     }
     rootLayer_.addSublayer(clipLayer_);
     resizeLayers();
     setAnimates(true);
+
+    movement_.setDuration(static_cast<int>(std::lround(LayerScene::kDefaultDuration * 1000.0)));
+    movement_.setEasingCurve(defaultAnimationForKey("floatValue")->timingFunction);
+    connect(&movement_, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { moveFloatValue(value.toDouble()); });
 }
 
 void SBProgressBar::resizeLayers() {
@@ -75,11 +82,10 @@ void SBProgressBar::resizeLayers() {
     clipLayer_.setFrame(bounds);
     clipLayer_.setCornerRadius(clipLayer_.frame().height() / 2.0);
     resizeInnerLayers();
-    for (Layer* const layer :
-         {static_cast<Layer*>(&fillLayer_), &borderLayer_, &colorTintLayer_, static_cast<Layer*>(&backgroundLayer_)}) {
+    for (Layer* const layer : {&fillLayer_, &borderLayer_, &colorTintLayer_, &backgroundLayer_}) {
         layer->setFrame(bounds);
     }
-    borderLayer_.setContents(keptBorderImage(bounds.size()));
+    borderLayer_.setContents(borderImageOfNow(bounds.size()));
     stripesLayer_.setBackground(stripesImage_);
     // One tile more than the bar needs, so that the stripes can move right by one tile and still cover it.
     const double tile = stripesImage_.size().width();
@@ -94,8 +100,7 @@ void SBProgressBar::resizeInnerLayers() {
     innerClipLayer_.setCornerRadius(innerClipLayer_.frame().height() / 2.0);
     innerShadowLayer_.setFrame(inset(innerClipLayer_.bounds(), -ring_.borderWidth));
     innerShadowLayer_.setCornerRadius(innerShadowLayer_.frame().height() / 2.0);
-    innerShadowLayer_.setContents(keptInnerShadow(innerShadowLayer_.frame().size()));
-    shownRing_ = ring_;
+    innerShadowLayer_.setContents(innerShadowOfNow(innerShadowLayer_.frame().size()));
 }
 
 void SBProgressBar::viewDidMoveToWindow() {
@@ -119,28 +124,63 @@ bool SBProgressBar::event(QEvent* event) {
     return handled;
 }
 
+double SBProgressBar::floatValue() const {
+    const std::lock_guard lock(valueMutex_);
+    return floatValue_;
+}
+
 void SBProgressBar::setFloatValue(double value) {
-    if (!(value >= 0.0 && value <= 1.0)) {
-        throw InvalidValue();
+    requireValid(value);
+    const bool isMainThread = QThread::currentThread() == thread();
+    {
+        const std::lock_guard lock(valueMutex_);
+        floatValue_ = value;
+        valueMoves_ = false;
+        if (!isMainThread && !std::exchange(layoutQueued_, true)) {
+            post(this, [this] { showFloatValue(); });
+        }
     }
-    floatValue_.store(std::abs(value));
-    if (std::this_thread::get_id() == mainThread_) {
+    if (isMainThread) {
         showFloatValue();
-    } else if (!layoutQueued_.exchange(true)) {
-        post(this, [this] {
-            // Cleared first: a value that is stored from here on queues a layout of its own.
-            layoutQueued_.store(false);
-            showFloatValue();
-        });
     }
 }
 
+void SBProgressBar::animateFloatValue(double value) {
+    requireValid(value);
+    movement_.stop();
+    {
+        // The ends of a movement that is set up are no values of its own.
+        const QSignalBlocker blocker(movement_);
+        movement_.setStartValue(floatValue());
+        movement_.setEndValue(value);
+    }
+    {
+        const std::lock_guard lock(valueMutex_);
+        valueMoves_ = true;
+    }
+    movement_.start();
+}
+
+void SBProgressBar::moveFloatValue(double value) {
+    {
+        const std::lock_guard lock(valueMutex_);
+        if (!valueMoves_) {
+            return;
+        }
+        floatValue_ = std::clamp(value, 0.0, 1.0);
+    }
+    showFloatValue();
+}
+
 void SBProgressBar::showFloatValue() {
-    const std::uint64_t before = scene().revision();
+    {
+        // A value that another thread stores from here on queues a layout of its own.
+        const std::lock_guard lock(valueMutex_);
+        layoutQueued_ = false;
+    }
     {
         const ActionlessTransaction transaction(scene());
         resizeInnerLayers();
-        layoutRevisions_ += scene().revision() - before;
     }
     const int percent = progressPercent(floatValue());
     if (std::exchange(announcedPercent_, percent) != percent) {
@@ -149,7 +189,8 @@ void SBProgressBar::showFloatValue() {
 }
 
 void SBProgressBar::announce(int percent) {
-    announceProgress(*this, percent);
+    QAccessibleValueChangeEvent event(this, percent);
+    QAccessible::updateAccessibility(&event);
 }
 
 void SBProgressBar::setColorTint(std::optional<QColor> color) {
@@ -163,8 +204,7 @@ void SBProgressBar::setColorTintOpacity(double opacity) {
 }
 
 void SBProgressBar::reloadColorTint() {
-    const ActionlessTransaction transaction(scene());
-    colorTintLayer_.setBackground(colorTint_ ? Layer::Background(*colorTint_) : Layer::Background());
+    colorTintLayer_.setBackground(colorTint_ ? Layer::Gradient{*colorTint_} : Layer::Gradient{});
     colorTintLayer_.setOpacity(static_cast<float>(colorTintOpacity_));
 }
 
@@ -174,11 +214,11 @@ void SBProgressBar::setBackgroundColors(std::vector<QColor> colors) {
 }
 
 void SBProgressBar::reloadBackground() {
-    backgroundLayer_.setColors(backgroundColors_);
+    backgroundLayer_.setBackground(backgroundColors_);
 }
 
 void SBProgressBar::setBorderWidth(double width) {
-    if (!std::isfinite(width) || width < 0.0) {
+    if (!std::isfinite(width)) {
         return;
     }
     ring_.borderWidth = width;
@@ -208,22 +248,6 @@ void SBProgressBar::setShadowWidth(double width) {
 void SBProgressBar::setStripesImage(LayerImage image) {
     stripesImage_ = std::move(image);
     updateLayer();
-}
-
-QSize SBProgressBar::sizeHint() const {
-    return {200, 20};
-}
-
-void SBProgressBar::drawLayers(QPainter& painter, double ratio, const QRect& part) {
-    frame_->draw(painter, ratio, part);
-}
-
-QRect SBProgressBar::animatedRect() const {
-    if (alphaIsFading()) {
-        return rect();
-    }
-    const QRectF fill = innerClipLayer_.frame();
-    return fill.isEmpty() ? QRect() : QRect(0, 0, static_cast<int>(std::ceil(fill.right())), height());
 }
 
 }  // namespace kelvo

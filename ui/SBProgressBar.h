@@ -1,24 +1,18 @@
 #pragma once
 
 #include <QColor>
-#include <atomic>
-#include <cmath>
-#include <cstdint>
+#include <QVariantAnimation>
 #include <exception>
-#include <memory>
+#include <mutex>
 #include <optional>
 #include <string_view>
-#include <thread>
 #include <vector>
 
-#include "layers/BasicAnimation.h"
-#include "layers/GradientLayer.h"
-#include "layers/Layer.h"
-#include "layers/LayerView.h"
+#include "BasicAnimation.h"
+#include "Layer.h"
+#include "LayerView.h"
 
 namespace kelvo {
-
-class SBProgressBarFrame;
 
 /// A progress value outside 0.0 to 1.0. A mistake of the program, not of the user.
 class InvalidValue : public std::exception {
@@ -35,23 +29,22 @@ struct RingLook {
     double borderWidth = 1.0;
     double shadowWidth = 1.0;
     QColor borderColor{};
-    bool operator==(const RingLook&) const = default;
 };
 
 /// A pill-shaped progress bar: a grey trough with a thin border, a light fill whose width follows floatValue, faint
 /// diagonal stripes that scroll over the fill without end, an optional tint, and a light line just inside the fill's
-/// upper edge. The look is a tree of retained layers; all lengths are points, y grows downward.
+/// upper edge. The look is a tree of retained layers. All lengths are points, y grows downward.
 ///
-/// Main thread only, except floatValue and setFloatValue. hide() and show() are the base class's: they act at once,
+/// Main thread only, except floatValue and setFloatValue. hide() and show() are the base class's and act at once;
 /// setHidden fades.
 class SBProgressBar : public LayerView {
 public:
-    /// Sets properties the animated way, as defaultAnimationForKey tells.
+    /// Sets properties with the animation of defaultAnimationForKey.
     class Animator {
     public:
         explicit Animator(SBProgressBar& bar) : bar_(bar) {}
-        /// Moves floatValue to `value` over the animation's duration; the value is refused as by setFloatValue. A
-        /// direct change of the value, by any thread, ends the movement and stays.
+        /// Moves floatValue to `value`, which must be valid for the bar's own setFloatValue. A direct change of the
+        /// value, by any thread, ends the movement.
         void setFloatValue(double value) { bar_.animateFloatValue(value); }
 
     private:
@@ -59,15 +52,14 @@ public:
     };
 
     explicit SBProgressBar(QWidget* parent = nullptr);
-    /// `clock` is the time that all animation runs by.
+    /// `clock` is the time that the layers' animations run by.
     explicit SBProgressBar(LayerClock clock, QWidget* parent = nullptr);
-    ~SBProgressBar() override;
 
     /// The fraction shown, 0.0 to 1.0. Any thread.
-    double floatValue() const { return std::abs(floatValue_.load()); }
+    double floatValue() const;
     /// Throws InvalidValue, and changes nothing, for a value below 0.0, above 1.0 or not a number. Any thread, as long
-    /// as the bar lives: the value is stored at once; the layers follow at once on the main thread, and from another
-    /// thread at the main thread's next turn.
+    /// as the bar lives. The value is stored at once. The layers follow at once on the main thread; after a call from
+    /// another thread they follow at the main thread's next turn.
     void setFloatValue(double value);
     Animator animator() { return Animator(*this); }
 
@@ -77,18 +69,19 @@ public:
     double colorTintOpacity() const { return colorTintOpacity_; }
     void setColorTintOpacity(double opacity);
 
-    /// Whether the stripes scroll. Turned off, they fade out and stop when the fade has ended.
+    /// Whether the stripes scroll. When this is turned off they fade out and stop at the end of the fade.
     bool animates() const { return animates_; }
     void setAnimates(bool animates);
     /// Seconds in which the stripes move by one tile.
     double animationDuration() const { return animationDuration_; }
+    /// Ignores a value that is not finite.
     void setAnimationDuration(double seconds);
 
-    /// Width of the border line and inset of the fill. Like border colour, shadow width and stripes image it is stored
-    /// at once and shows from the next resizeLayers on.
+    /// Width of the border line and inset of the fill. Border width, border colour, shadow width and stripes image are
+    /// stored at once and show at the next resizeLayers. Widths that are not finite are ignored.
     double borderWidth() const { return ring_.borderWidth; }
-    /// Pulls shadowWidth down with it. A width below zero is ignored, as is, for these two widths and the duration, a
-    /// value that is not finite.
+    /// Also lowers shadowWidth to the new width where it is larger. A width below zero draws no border, and the fill
+    /// reaches beyond the bar.
     void setBorderWidth(double width);
     const QColor& borderColor() const { return ring_.borderColor; }
     void setBorderColor(const QColor& color);
@@ -102,19 +95,19 @@ public:
     const std::vector<QColor>& backgroundColors() const { return backgroundColors_; }
     void setBackgroundColors(std::vector<QColor> colors);
 
-    /// The hidden state last asked for with setHidden.
+    /// The hidden state last requested with setHidden.
     bool sb_isHidden() const { return sb_isHidden_; }
     void setSb_isHidden(bool hidden) { sb_isHidden_ = hidden; }
     /// Fades the bar out and then hides it, or shows it and fades it in. A bar that is fading out counts as hidden, so
-    /// that a show before the end of the fade wins.
+    /// a show before the end of the fade wins.
     void setHidden(bool hidden);
 
     Layer& rootLayer() { return rootLayer_; }
     Layer& clipLayer() { return clipLayer_; }
-    GradientLayer& backgroundLayer() { return backgroundLayer_; }
+    Layer& backgroundLayer() { return backgroundLayer_; }
     Layer& borderLayer() { return borderLayer_; }
     Layer& innerClipLayer() { return innerClipLayer_; }
-    GradientLayer& fillLayer() { return fillLayer_; }
+    Layer& fillLayer() { return fillLayer_; }
     Layer& stripesLayer() { return stripesLayer_; }
     Layer& innerShadowLayer() { return innerShadowLayer_; }
     Layer& colorTintLayer() { return colorTintLayer_; }
@@ -130,29 +123,19 @@ public:
     /// Called once per registration when the frame has changed.
     virtual void viewResized();
 
-    /// Ease in, ease out for "floatValue"; the base class's answer for other keys, which is none.
+    /// Ease in, ease out for "floatValue"; none for other keys.
     static std::optional<BasicAnimation> defaultAnimationForKey(std::string_view key);
     BasicAnimation stripesAnimation() const;
     BasicAnimation fadeAnimationVisible(bool visible) const;
 
     /// The stripe tile: white with a black diagonal band.
     static LayerImage stripesImageWithSize(QSizeF size);
-    /// The border ring for a layer of `size`, with or without the highlight below it; empty for an empty size. The
-    /// image draws with the bar's widths and colour of the moment, so it must not be drawn after the bar's end.
+    /// The border ring for a layer of `size`, with or without the highlight below it; empty for an empty size. Each
+    /// drawing uses the bar's widths and colour of that moment, so the image must not be drawn after the bar's end.
     LayerImage borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const;
 
-    /// The ring's look when the fill was last laid out.
-    const RingLook& shownRing() const { return shownRing_; }
-    /// The layers' revision, not counting the changes that only followed floatValue.
-    std::uint64_t lookRevision() const { return scene().revision() - layoutRevisions_; }
-
-    QRect animatedRect() const override;
-    QSize sizeHint() const override;
-
 protected:
-    void drawLayers(QPainter& painter, double ratio, const QRect& part) override;
-    void layersAdvanced() override;
-    /// Called when the whole percentage has changed; tells assistive tools.
+    /// Called when the whole percentage has changed; informs assistive tools.
     virtual void announce(int percent);
     bool event(QEvent* event) override;
 
@@ -160,47 +143,44 @@ private:
     static constexpr float kStripesOpacity = 0.04F;
 
     void setUp();
-    /// The border images as a layer keeps them, with the widths and colour of this moment. Of the second one only what
-    /// falls inside the ring: the ring itself would show through the soft edge of the fill's clip.
-    LayerImage keptBorderImage(QSizeF size) const;
-    LayerImage keptInnerShadow(QSizeF size) const;
-    bool alphaIsFading() const;
+    // Images with the widths and colour of now, as the layers keep them. The second one leaves out the ring, which lies
+    // outside of the fill's clip and would show through its soft edge.
+    LayerImage borderImageOfNow(QSizeF size) const;
+    LayerImage innerShadowOfNow(QSizeF size) const;
     void showFloatValue();
     void animateFloatValue(double value);
-    void hideFading();
-    void showFading();
+    void moveFloatValue(double value);
 
-    // Negative, also at zero, while it is what an animation stored: a direct set to the same value tells itself.
-    std::atomic<double> floatValue_ = 0.0;
-    std::atomic<bool> layoutQueued_ = false;
-    std::thread::id mainThread_ = std::this_thread::get_id();
+    mutable std::mutex valueMutex_;
+    // The mutex guards these three.
+    double floatValue_ = 0.0;
+    bool valueMoves_ = false;
+    bool layoutQueued_ = false;
+    // Changes floatValue as long as valueMoves_ is set.
+    QVariantAnimation movement_{this};
+    int announcedPercent_ = 0;
+
     std::optional<QColor> colorTint_;
     double colorTintOpacity_ = static_cast<double>(0.2F);
     bool animates_ = false;
     double animationDuration_ = 0.3;
     RingLook ring_;
-    RingLook shownRing_;
     LayerImage stripesImage_;
     std::vector<QColor> backgroundColors_;
     bool sb_isHidden_ = false;
     bool fadingOut_ = false;
     int frameRegistrations_ = 0;
     QWidget* knownWindow_ = nullptr;
-    int announcedPercent_ = 0;
-    std::uint64_t layoutRevisions_ = 0;
-    // What the running animation of floatValue stored last.
-    double animatedValue_ = 0.0;
 
     Layer rootLayer_{scene()};
     Layer clipLayer_{scene()};
-    GradientLayer backgroundLayer_{scene()};
+    Layer backgroundLayer_{scene()};
     Layer borderLayer_{scene()};
     Layer innerClipLayer_{scene()};
-    GradientLayer fillLayer_{scene()};
+    Layer fillLayer_{scene()};
     Layer stripesLayer_{scene()};
     Layer innerShadowLayer_{scene()};
     Layer colorTintLayer_{scene()};
-    std::unique_ptr<SBProgressBarFrame> frame_;
 };
 
 }  // namespace kelvo

@@ -28,7 +28,7 @@ public:
     }
 
     QVariant currentValue() const override { return progressPercent(bar_.floatValue()); }
-    // The bar shows what the program does; nobody else sets it.
+    // Only the program sets the value.
     void setCurrentValue(const QVariant&) override {}
     QVariant maximumValue() const override { return 100; }
     QVariant minimumValue() const override { return 0; }
@@ -51,11 +51,6 @@ void installProgressBarAccessibility() {
 
 int progressPercent(double value) {
     return static_cast<int>(std::nearbyint(value * 100.0));
-}
-
-void announceProgress(SBProgressBar& bar, int percent) {
-    QAccessibleValueChangeEvent event(&bar, percent);
-    QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace kelvo

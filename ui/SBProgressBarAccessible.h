@@ -2,16 +2,11 @@
 
 namespace kelvo {
 
-class SBProgressBar;
-
 /// Presents every SBProgressBar to assistive tools: role progress bar, value in whole percent from 0 to 100, read only.
 /// Once per process is enough, more do no harm. Main thread.
 void installProgressBarAccessibility();
 
 /// The value in whole percent, rounded as "%.0f" does.
 int progressPercent(double value);
-
-/// Tells assistive tools, if any listen, that the bar now shows `percent`.
-void announceProgress(SBProgressBar& bar, int percent);
 
 }  // namespace kelvo

@@ -2,8 +2,8 @@
 #include <QPainterPath>
 #include <algorithm>
 
+#include "LayerPainter.h"
 #include "SBProgressBar.h"
-#include "layers/LayerPainter.h"
 
 namespace kelvo {
 namespace {
@@ -18,8 +18,8 @@ QPainterPath ringPath(QSizeF size, double line) {
     if (!(line > 0.0)) {
         return ring;
     }
-    // In the line's middle half of the whole height, though it lies further in; a ring narrower than high is round like
-    // its layer's clip.
+    // The radius in the line's middle is half of the whole height, although that line lies further in. A ring that is
+    // narrower than high is round at the top and bottom, like the clip of its layer.
     const double radius = std::min(size.height(), size.width() - line) / 2.0;
     for (const double in : {0.0, line}) {
         const double edgeRadius = radius + line / 2.0 - in;
@@ -28,7 +28,7 @@ QPainterPath ringPath(QSizeF size, double line) {
     return withFineCurves(ring);
 }
 
-// What of the shadow falls inside the ring: between the fill's upper edge and the same edge further down.
+// The part of the shadow that falls inside the ring: between the fill's upper edge and the same edge further down.
 void drawInnerShadow(QPainter& painter, QSizeF size, const RingLook& look) {
     const double line = look.borderWidth;
     const QRectF inside = QRectF(QPointF(), size).adjusted(line, line, -line, -line);
@@ -69,13 +69,13 @@ LayerImage SBProgressBar::borderImageForSize_withInnerShadow(QSizeF size, bool i
             }};
 }
 
-LayerImage SBProgressBar::keptBorderImage(QSizeF size) const {
+LayerImage SBProgressBar::borderImageOfNow(QSizeF size) const {
     return {size, [ring = ringPath(size, ring_.borderWidth), color = ring_.borderColor](QPainter& painter) {
                 painter.fillPath(ring, color);
             }};
 }
 
-LayerImage SBProgressBar::keptInnerShadow(QSizeF size) const {
+LayerImage SBProgressBar::innerShadowOfNow(QSizeF size) const {
     return {size, [look = ring_, size](QPainter& painter) { drawInnerShadow(painter, size, look); }};
 }
 

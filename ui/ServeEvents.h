@@ -7,8 +7,8 @@ namespace kelvo {
 /// Shows the window, blocks all other windows of the application and serves events until stopModal. Main thread.
 void runModalForWindow(QWidget& window);
 
-/// Makes the innermost runModalForWindow return; without one it does nothing. The window's visibility is the caller's
-/// business. Main thread.
+/// Makes the innermost runModalForWindow return; without one it does nothing. It does not hide
+/// the window. Main thread.
 void stopModal();
 
 /// Shows the window and serves events until it has been painted, or for a second at most where the desktop never

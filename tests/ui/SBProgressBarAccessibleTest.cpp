@@ -68,6 +68,16 @@ TEST(BarAnnouncements, everyNewPercent_isAnnouncedOnce) {
     EXPECT_EQ(bar.announced, (std::vector<int>{1, 50, 100}));
 }
 
+TEST(BarAnnouncements, newMovement_isAnnouncedFromItsFirstStepOn) {
+    RecordingBar bar;
+    bar.animator().setFloatValue(1.0);
+    bar.findChild<QVariantAnimation*>()->setCurrentTime(250);
+    bar.animator().setFloatValue(0.5);
+    EXPECT_EQ(bar.announced, std::vector<int>{100});
+    bar.findChild<QVariantAnimation*>()->setCurrentTime(250);
+    EXPECT_EQ(bar.announced, (std::vector<int>{100, 50}));
+}
+
 TEST(BarAnnouncements, refusedValue_isNotAnnounced) {
     RecordingBar bar;
     EXPECT_THROW(bar.setFloatValue(1.5), InvalidValue);

@@ -3,8 +3,8 @@
 #include <limits>
 #include <string>
 
-#include "layers/Layer.h"
-#include "layers/LayerScene.h"
+#include "Layer.h"
+#include "LayerScene.h"
 
 namespace kelvo {
 namespace {
@@ -12,10 +12,12 @@ namespace {
 class LayerSceneTest : public testing::Test {
 protected:
     double seconds = 0.0;
-    LayerScene scene{[this] { return seconds; }};
+    int changes = 0;
+    LayerScene scene{[this] { return seconds; }, [this] { ++changes; }};
     Layer layer{scene};
     std::string done;
 
+    LayerSceneTest() { scene.setRoot(&layer); }
     void step(double duration) {
         seconds += duration;
         scene.update();
@@ -28,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(LayerSceneTest, completion_comesWhenTheLastAnimationHasEnded) {
+TEST_F(LayerSceneTest, completionRunsOnceWhenTheLastAnimationHasEnded) {
     scene.begin();
     complete("a");
     animate("1", 1.0);
@@ -42,7 +44,17 @@ TEST_F(LayerSceneTest, completion_comesWhenTheLastAnimationHasEnded) {
     EXPECT_EQ(done, "a");
 }
 
-TEST_F(LayerSceneTest, completionWithoutAnimations_comesAtTheCommit) {
+TEST_F(LayerSceneTest, completionOfAnimationsThatEndTogetherRunsOnce) {
+    scene.begin();
+    complete("a");
+    animate("1");
+    animate("2");
+    scene.commit();
+    step(1.0);
+    EXPECT_EQ(done, "a");
+}
+
+TEST_F(LayerSceneTest, completionWithoutAnimationsRunsAtTheCommit) {
     scene.begin();
     complete("a");
     EXPECT_EQ(done, "");
@@ -50,7 +62,7 @@ TEST_F(LayerSceneTest, completionWithoutAnimations_comesAtTheCommit) {
     EXPECT_EQ(done, "a");
 }
 
-TEST_F(LayerSceneTest, completion_comesWhenTheAnimationIsReplacedOrRemoved) {
+TEST_F(LayerSceneTest, completionRunsWhenItsAnimationIsReplacedOrRemoved) {
     scene.begin();
     complete("a");
     animate("1");
@@ -66,7 +78,7 @@ TEST_F(LayerSceneTest, completion_comesWhenTheAnimationIsReplacedOrRemoved) {
     EXPECT_EQ(done, "ab");
 }
 
-TEST_F(LayerSceneTest, animationRemovedWithinItsTransaction_completesAtTheCommit) {
+TEST_F(LayerSceneTest, completionOfAnAnimationRemovedWithinItsTransactionWaitsForTheCommit) {
     scene.begin();
     complete("a");
     animate("1");
@@ -76,7 +88,7 @@ TEST_F(LayerSceneTest, animationRemovedWithinItsTransaction_completesAtTheCommit
     EXPECT_EQ(done, "a");
 }
 
-TEST_F(LayerSceneTest, completion_ignoresAnimationsAddedBeforeIt) {
+TEST_F(LayerSceneTest, completionIgnoresAnimationsAddedBeforeIt) {
     scene.begin();
     animate("endless", 1.0, std::numeric_limits<double>::infinity());
     complete("a");
@@ -86,7 +98,7 @@ TEST_F(LayerSceneTest, completion_ignoresAnimationsAddedBeforeIt) {
     EXPECT_EQ(done, "a");
 }
 
-TEST_F(LayerSceneTest, secondCompletion_waitsForItsOwnAnimationsOnly) {
+TEST_F(LayerSceneTest, secondCompletionWaitsForItsOwnAnimationsOnly) {
     scene.begin();
     complete("a");
     animate("1", 2.0);
@@ -99,16 +111,27 @@ TEST_F(LayerSceneTest, secondCompletion_waitsForItsOwnAnimationsOnly) {
     EXPECT_EQ(done, "ba");
 }
 
-TEST_F(LayerSceneTest, changesOutsideOfATransaction_areCommittedByTheNextUpdate) {
+TEST_F(LayerSceneTest, completionIsNotRunForALayerThatIsDestroyed) {
+    {
+        Layer other(scene);
+        scene.begin();
+        complete("a");
+        other.addAnimation({.keyPath = "opacity"}, "1");
+        scene.commit();
+    }
+    step(1.0);
+    EXPECT_EQ(done, "");
+}
+
+TEST_F(LayerSceneTest, changesOutsideOfATransactionAreCommittedByTheNextUpdate) {
     complete("a");
-    EXPECT_EQ(scene.nextEnd(), 0.0);
+    EXPECT_EQ(changes, 1);
     EXPECT_EQ(done, "");
     step(0.0);
     EXPECT_EQ(done, "a");
-    EXPECT_FALSE(scene.nextEnd().has_value());
 }
 
-TEST_F(LayerSceneTest, commitWithoutBegin_endsTheImplicitTransaction) {
+TEST_F(LayerSceneTest, commitWithoutABeginEndsTheImplicitTransaction) {
     complete("a");
     scene.commit();
     EXPECT_EQ(done, "a");
@@ -116,7 +139,7 @@ TEST_F(LayerSceneTest, commitWithoutBegin_endsTheImplicitTransaction) {
     EXPECT_EQ(done, "a");
 }
 
-TEST_F(LayerSceneTest, innerTransaction_isIndependentOfTheOuterOne) {
+TEST_F(LayerSceneTest, innerTransactionIsIndependentOfTheOuterOne) {
     scene.begin();
     complete("outer");
     scene.begin();
@@ -129,7 +152,7 @@ TEST_F(LayerSceneTest, innerTransaction_isIndependentOfTheOuterOne) {
     EXPECT_EQ(done, "outerinner");
 }
 
-TEST_F(LayerSceneTest, disabledActions_areTakenOverInwardsButNotOutwards) {
+TEST_F(LayerSceneTest, disabledActionsAreInheritedInwardsButNotOutwards) {
     EXPECT_FALSE(scene.disableActions());
     {
         const ActionlessTransaction outer(scene);
@@ -141,6 +164,9 @@ TEST_F(LayerSceneTest, disabledActions_areTakenOverInwardsButNotOutwards) {
         scene.commit();
         EXPECT_TRUE(scene.disableActions());
     }
+    EXPECT_FALSE(scene.disableActions());
+    scene.setDisableActions(true);
+    step(0.0);
     EXPECT_FALSE(scene.disableActions());
 }
 
@@ -163,58 +189,42 @@ TEST_F(LayerSceneTest, completionMayAddAnimationsAndTransactions) {
     EXPECT_FALSE(scene.isAnimating());
 }
 
-TEST_F(LayerSceneTest, nextEnd_isThatOfTheFirstFiniteAnimationToEnd) {
-    EXPECT_FALSE(scene.nextEnd().has_value());
+TEST_F(LayerSceneTest, onlyAFiniteAnimationIsEnding) {
+    EXPECT_FALSE(scene.isAnimating());
     animate("endless", 1.0, std::numeric_limits<double>::infinity());
-    scene.update();
     EXPECT_TRUE(scene.isAnimating());
-    EXPECT_FALSE(scene.nextEnd().has_value());
-    step(5.0);
-    animate("long", 3.0);
-    animate("short", 2.0);
-    scene.update();
-    EXPECT_EQ(scene.nextEnd(), 7.0);
+    EXPECT_FALSE(scene.isEnding());
+    Layer below(scene);
+    layer.addSublayer(below);
+    below.addAnimation({.keyPath = "opacity", .duration = 2.0}, "1");
+    EXPECT_TRUE(scene.isEnding());
     step(2.0);
-    EXPECT_EQ(scene.nextEnd(), 8.0);
+    EXPECT_FALSE(scene.isEnding());
+    EXPECT_TRUE(scene.isAnimating());
 }
 
-TEST_F(LayerSceneTest, nextEnd_isThatOfWhicheverLayerEndsFirst) {
-    Layer first(scene);
-    Layer last(scene);
-    animate("middle", 2.0);
-    first.addAnimation({.keyPath = "opacity", .duration = 1.0}, "first");
-    last.addAnimation({.keyPath = "opacity", .duration = 3.0}, "last");
-    scene.update();
-    EXPECT_EQ(scene.nextEnd(), 1.0);
-}
-
-TEST_F(LayerSceneTest, listener_hearsOncePerOutermostTransaction) {
-    int heard = 0;
-    scene.setListener([&heard] { ++heard; });
-    layer.setPosition({1, 1});
-    EXPECT_EQ(heard, 1);
-    scene.begin();
-    scene.begin();
-    layer.setPosition({2, 2});
-    layer.setPosition({3, 3});
-    scene.commit();
-    EXPECT_EQ(heard, 1);
-    scene.commit();
-    EXPECT_EQ(heard, 2);
-    scene.begin();
-    scene.commit();
-    EXPECT_EQ(heard, 2);
-}
-
-TEST_F(LayerSceneTest, listener_hearsOfAnAnimationsEnd) {
+TEST_F(LayerSceneTest, everyChangeIsReported) {
+    Layer other(scene);
+    const auto isReported = [this](const std::function<void()>& change) {
+        const int before = changes;
+        change();
+        return changes > before;
+    };
+    EXPECT_TRUE(isReported([&] { layer.setFrame({0, 0, 1, 1}); }));
+    EXPECT_TRUE(isReported([&] { layer.setAnchorPoint({0, 0}); }));
+    EXPECT_TRUE(isReported([&] { layer.setCornerRadius(3); }));
+    EXPECT_TRUE(isReported([&] { layer.setMasksToBounds(true); }));
+    EXPECT_TRUE(isReported([&] { layer.setOpacity(0.5F); }));
+    EXPECT_FALSE(isReported([&] { layer.setOpacity(0.5F); }));
+    EXPECT_TRUE(isReported([&] { layer.setBackground(Layer::Gradient{Qt::red}); }));
+    EXPECT_TRUE(isReported([&] { layer.setContents(LayerImage({1, 1}, [](QPainter&) {})); }));
+    EXPECT_TRUE(isReported([&] { layer.addSublayer(other); }));
+    EXPECT_TRUE(isReported([&] { animate("1"); }));
+    EXPECT_FALSE(isReported([&] { step(0.1); }));
+    EXPECT_TRUE(isReported([&] { step(0.9); }));
     animate("1");
-    scene.update();
-    int heard = 0;
-    scene.setListener([&heard] { ++heard; });
-    step(0.5);
-    EXPECT_EQ(heard, 0);
-    step(0.5);
-    EXPECT_EQ(heard, 1);
+    EXPECT_TRUE(isReported([&] { layer.removeAnimation("1"); }));
+    EXPECT_FALSE(isReported([&] { layer.removeAnimation("1"); }));
 }
 
 }  // namespace

@@ -23,14 +23,10 @@ QEasingCurve easeInEaseOut() {
     return bezierCurve({0.42, 0.0}, {0.58, 1.0});
 }
 
-std::optional<double> BasicAnimation::valueAt(double elapsed, double ownValue) const {
-    if (elapsed >= length()) {
-        return std::nullopt;
-    }
-    const double start = fromValue ? *fromValue : (byValue && toValue ? *toValue - *byValue : ownValue);
-    const double end = toValue ? *toValue : (byValue ? start + *byValue : ownValue);
+double BasicAnimation::valueAt(double elapsed) const {
     const double time = std::fmod(std::max(elapsed, 0.0), duration) / duration;
-    return start + (end - start) * timingFunction.valueForProgress(time);
+    const double distance = toValue ? *toValue - fromValue : byValue;
+    return fromValue + distance * timingFunction.valueForProgress(time);
 }
 
 }  // namespace kelvo

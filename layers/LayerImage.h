@@ -2,38 +2,33 @@
 
 #include <QSizeF>
 #include <functional>
-#include <memory>
 #include <utility>
 
 class QPainter;
 
 namespace kelvo {
 
-/// An image without pixels of its own: a size in points and a routine that draws it at whatever resolution it is asked
-/// for. Copies are the same image and compare equal; two images made apart are different.
+/// An image without pixels of its own: a size in points and a routine that draws it at any resolution.
 class LayerImage {
 public:
     /// Draws within (0, 0) to (width, height) points, y downward, on an antialiasing painter.
     using Draw = std::function<void(QPainter& painter)>;
 
     LayerImage() = default;
-    LayerImage(QSizeF size, Draw draw) : size_(size), draw_(std::make_shared<const Draw>(std::move(draw))) {}
+    LayerImage(QSizeF size, Draw draw) : size_(size), draw_(std::move(draw)) {}
 
     QSizeF size() const { return size_; }
-    /// True without a width or a height.
     bool isEmpty() const { return !draw_ || !(size_.width() > 0.0 && size_.height() > 0.0); }
     /// Does nothing for an empty image.
     void draw(QPainter& painter) const {
         if (!isEmpty()) {
-            (*draw_)(painter);
+            draw_(painter);
         }
     }
 
-    bool operator==(const LayerImage&) const = default;
-
 private:
     QSizeF size_{0.0, 0.0};
-    std::shared_ptr<const Draw> draw_;
+    Draw draw_;
 };
 
 }  // namespace kelvo

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace kelvo {
+
+class Layer;
+
+/// The time that animations run by: seconds since any fixed moment, never going back.
+using LayerClock = std::function<double()>;
+
+/// The completion block of a transaction, held by the transaction and by each animation that was added to it. The last
+/// holder to release it runs it.
+using LayerCompletion = std::shared_ptr<const std::function<void()>>;
+void release(LayerCompletion completion);
+
+/// What the layers of one tree share: the time and the transactions. It must outlive the layers. Main thread.
+///
+/// A change outside of begin and commit belongs to the implicit transaction, which ends with the next update().
+class LayerScene {
+public:
+    /// Seconds that an implicit animation takes.
+    static constexpr double kDefaultDuration = 0.25;
+
+    /// `changed` is called after each change of a layer or its animations.
+    explicit LayerScene(
+        LayerClock clock, std::function<void()> changed = [] {})
+        : clock_(std::move(clock)), changed_(std::move(changed)) {}
+    LayerScene(const LayerScene&) = delete;
+    LayerScene& operator=(const LayerScene&) = delete;
+
+    double now() const { return clock_(); }
+
+    /// Transactions nest; an inner one inherits whether actions are disabled. A commit without a begin ends the
+    /// implicit transaction.
+    void begin();
+    void commit();
+    /// Whether a change of opacity in the current transaction acts at once instead of fading.
+    void setDisableActions(bool disable) { transactions_.back().disableActions = disable; }
+    bool disableActions() const { return transactions_.back().disableActions; }
+    /// `block` runs once, when the current transaction is over and the animations that were added to it after this call
+    /// have ended or have been replaced or removed. A second block does not replace the first: each waits for the
+    /// animations between it and the next.
+    void setCompletionBlock(std::function<void()> block);
+
+    /// Ends the implicit transaction and each animation of the tree whose time is over, and runs the completion blocks
+    /// that are due.
+    void update();
+
+    /// Whether any animation of the tree runs.
+    bool isAnimating() const;
+    /// Whether any runs that will end by itself.
+    bool isEnding() const;
+
+    /// The layer at the top of the tree; none at first.
+    void setRoot(Layer* root) { root_ = root; }
+    Layer* root() const { return root_; }
+
+private:
+    friend class Layer;
+
+    struct Transaction {
+        bool disableActions = false;
+        LayerCompletion completion;
+    };
+
+    LayerClock clock_;
+    std::function<void()> changed_;
+    Layer* root_ = nullptr;
+    // The first one is implicit.
+    std::vector<Transaction> transactions_{1};
+};
+
+/// A transaction that lasts as long as the scope, with actions disabled.
+class ActionlessTransaction {
+public:
+    explicit ActionlessTransaction(LayerScene& scene) : scene_(scene) {
+        scene_.begin();
+        scene_.setDisableActions(true);
+    }
+    ~ActionlessTransaction() { scene_.commit(); }
+    ActionlessTransaction(const ActionlessTransaction&) = delete;
+    ActionlessTransaction& operator=(const ActionlessTransaction&) = delete;
+
+private:
+    LayerScene& scene_;
+};
+
+}  // namespace kelvo
