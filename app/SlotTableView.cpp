@@ -162,7 +162,8 @@ QList<QUrl> SlotTableView::filesOf(const QMimeData& mime) const {
 }
 
 void SlotTableView::paste() {
-    const QList<QUrl> files = filesOf(*QGuiApplication::clipboard()->mimeData());
+    const QMimeData* const clipboard = QGuiApplication::clipboard()->mimeData();
+    const QList<QUrl> files = clipboard != nullptr ? filesOf(*clipboard) : QList<QUrl>();
     if (const int row = selectedRow(); row >= 0 && !files.isEmpty()) {
         fileAction_(row, files);
     }

@@ -168,11 +168,12 @@ TEST_F(KeysAndDrops, aDoubleClickOnARowImports) {
 TEST_F(KeysAndDrops, copyTakesTheRowsThatWereSentAndPasteImportsThem) {
     const QString first = files_.write("One two.wav", smallWave());
     const QString second = files_.write("b.wav", smallWave());
+    const auto hasEnded = [this] { return app_.controller.transferState().IRProgress.acknowledged == 4; };
     app_.importIR(7, first);
-    ASSERT_TRUE(app_.waitForChanges(1));
+    ASSERT_TRUE(serveUntil(hasEnded));
     app_.importIR(2, second);
-    ASSERT_TRUE(app_.waitForChanges(2));
-    ASSERT_TRUE(serveUntil([&] { return app_.controller.transferState().IRProgress.acknowledged == 4; }));
+    ASSERT_TRUE(serveUntil(hasEnded));
+    QCoreApplication::processEvents();
     app_.importIR(4, files_.write("refused.wav", FileBytes{1, 2, 3}));
     cab_.setFocus();
     QTest::keyClick(&cab_, Qt::Key_C, Qt::ControlModifier);
