@@ -247,7 +247,7 @@ TEST_F(FileSet, leavesEachRowItsOwnFileToGoOnFrom) {
     waves({"1", "2", "3", "4", "5"});
     EXPECT_TRUE(drop(cab_, 3, urls({files_.path("2.wav"), files_.path("4.wav")})));
     ASSERT_TRUE(changed(2));
-    ASSERT_TRUE(isIdle() && willBring("3.wav"));
+    ASSERT_TRUE(serveUntil([&] { return isIdle(); }) && willBring("3.wav"));
     clickRow(cab_, 4);
     EXPECT_TRUE(willBring("5.wav"));
     press(Qt::Key_Up);

@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <QFile>
+#include <QPushButton>
 #include <fstream>
 
+#include "Driver.h"
 #include "ReliabilityApp.h"
 #include "UniqueFd.h"
 
@@ -97,6 +99,22 @@ TEST_F(HostileChoice, filesOf4GiBAndMoreAreRefusedUnread) {
     expectRefused(sparse("4g.wav", waveOf(1), 0x100000000));
     expectRefused(sparse("5t.wav", waveOf(1), 0x50000000000));
     expectRefused(sparse("4g.amp", ampOf(1), 0x100000000));
+}
+
+TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
+    const QString first = files_.write("1.wav", waveOf(1));
+    // Without chunks, so that it must be looked through to its end.
+    sparse("2.wav", {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E'}, 512 << 20);
+    files_.write("3.wav", waveOf(3));
+    sparse("4.wav", waveOf(4), 0xF0000000);
+    const std::size_t peak = peakMemory();
+    app_.importIR(3, first);
+    const auto& next = *app_.controller.window().findChild<QPushButton*>("nextIR");
+    ASSERT_TRUE(serveUntil([&] { return next.accessibleDescription().startsWith("Imports 2.wav"); }));
+    click(next);
+    ASSERT_TRUE(serveUntil([&] { return app_.pedal.memory().cab[3].name == "3"; }, std::chrono::seconds(60)));
+    ASSERT_TRUE(serveUntil([&] { return next.accessibleDescription().startsWith("Imports 4.wav"); }));
+    EXPECT_LT(peakMemory() - peak, kFewKiB);
 }
 
 TEST_F(HostileChoice, aFileThatVanishesBeforeItIsReadIsRefused) {
