@@ -68,7 +68,7 @@ public:
     /// One output report to the pedal; false when `device` is no longer plugged in, or the pedal refuses.
     [[nodiscard]] bool send(const HidDevice* device, std::span<const std::uint8_t, kReportSize> report);
 
-    /// Waits for the next thing to tell the host. With `watching` false no device arrives. After kStop a device that is
+    /// Waits for the next event for the host. With `watching` false no device arrives. After kStop a device that is
     /// still plugged in arrives anew.
     [[nodiscard]] Event next(bool watching);
     /// The host's callback for an event of this kind has returned.

@@ -61,7 +61,7 @@ public:
 
     /// Takes one output report, without report number. A report that is not 64 bytes long, or whose count is not 1 to
     /// 63, is ignored; so is a frame with a wrong CRC, an unknown command, or a LENGTH that does not fit its command,
-    /// and a deletion with anything but 0 behind its slot.
+    /// and a deletion with anything but 0 after its slot.
     ///
     /// A transfer is the packets of phases 1, 2 and so on up to the name, all for the same slot and in that order; the
     /// last packet may be repeated, and phase 1 starts afresh at any time. The slot is written when the name arrives.
