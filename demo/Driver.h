@@ -15,8 +15,8 @@ class QTableView;
 
 namespace kelvo {
 
-/// Goes through a list of steps on the main thread: waits until a step is ready, does it, goes on to the next. Works
-/// through modal windows, since it lives on the events that they serve.
+/// Goes through a list of steps on the main thread: waits until a step is ready, does it, continues with the next.
+/// Works through modal windows, since it lives on the events that they serve.
 class StepDriver {
 public:
     struct Step {

@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// What a file manager does that carries files over a table. Each step tells whether it hears that they are welcome.
+/// What a file manager does while it drags files over a table. Each step returns whether the table accepts them.
 class FileDrag {
 public:
     FileDrag(QTableView& table, const QList<QUrl>& urls) : table_(table) { files_.setUrls(urls); }

@@ -1,5 +1,5 @@
-// The utility on a virtual KR310, driven by itself: writes a picture of each step and what the pedal holds at the end.
-// With "hold" it prints the name of each picture and waits for a line before it goes on.
+// The utility on a virtual KR310, that drives itself: writes a picture of each step and what the pedal holds at the end.
+// With "hold" it prints the name of each picture and waits for a line before it continues.
 
 #include <unistd.h>
 
@@ -25,7 +25,7 @@
 
 namespace {
 
-/// Prints the picture's name and goes on when a line comes on standard input: time for somebody else's picture of the
+/// Prints the picture's name and continues when a line comes on standard input: time for somebody else's picture of the
 /// real screen.
 void holdStill(const QString& picture) {
     std::printf("%s\n", qPrintable(picture));
@@ -92,7 +92,7 @@ int main(int argc, char** argv) {
     const auto application = kelvo::makeApplication(arguments.argc(), arguments.argv());
     kelvo::VirtualKr310 pedal;
     if (hold) {
-        // Loading goes on while others take their pictures of it.
+        // Loading continues while others take their pictures of it.
         pedal.setStartup({.progressPace = std::chrono::milliseconds(30)});
     }
     kelvo::VirtualHidManager manager(pedal, {.record = true});
@@ -109,6 +109,6 @@ int main(int argc, char** argv) {
     driver.start();
     QTimer::singleShot(0, application.get(), [&controller] { controller.applicationDidFinishLaunching(); });
     QApplication::exec();
-    // The tour ends by the alert's button, which ends the process; nobody should get here.
+    // The tour ends by the alert's button, which ends the process; this is never reached.
     return EXIT_FAILURE;
 }

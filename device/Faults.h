@@ -28,7 +28,7 @@ struct Faults {
     bool longFrames = false;
     /// Garbage in front of the first frame of every answer.
     bool garbageBefore = false;
-    /// Garbage behind every frame.
+    /// Garbage after every frame.
     bool garbageBetween = false;
     /// Every n-th frame has garbage put into its middle, which spoils it; 0: none, 1: all.
     std::uint32_t garbageInsideEvery = 0;
@@ -62,9 +62,9 @@ struct Faults {
 /// A fault by name, for command lines and parameterised tests.
 struct FaultEntry {
     std::string_view name;
-    /// What the number behind the name means; empty when the fault takes none.
+    /// What the number after the name means; empty when the fault takes none.
     std::string_view argument;
-    /// The number that stands when none is given, and the least and the greatest that are taken.
+    /// The number when none is given, and the least and the greatest that are accepted.
     std::uint32_t usual;
     std::uint32_t least;
     std::uint32_t greatest;

@@ -20,7 +20,7 @@ struct InputReport {
 using FrameCounter = std::uint64_t;
 
 /// Turns the frames of one answer into input reports, with the faults of the wire put in. A frame begins a report of
-/// its own unless Faults::mergedReports is set. The bytes of a report behind the counted ones are 0xAA, so that a
+/// its own unless Faults::mergedReports is set. The uncounted bytes of a report are 0xAA, so that a
 /// receiver that trusts them sees false headers.
 class AnswerWriter {
 public:

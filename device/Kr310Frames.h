@@ -13,7 +13,7 @@ struct Frame {
     std::vector<std::uint8_t> data;
 };
 
-/// Frame bytes that one report holds behind its count byte.
+/// Frame bytes that one report holds after its count byte.
 inline constexpr std::size_t kReportPayload = 63;
 
 /// CRC-16 as the pedal works it out, bit by bit: polynomial 0x1021, start 0x0000, not reflected, inverted at the end.
@@ -23,8 +23,8 @@ inline constexpr std::size_t kReportPayload = 63;
 /// bytes of data.
 [[nodiscard]] std::vector<std::uint8_t> writeFrame(const Frame& frame);
 
-/// Finds the frames in a stream of reports. After anything wrong it goes on at the next header pair behind the one it
-/// had trusted, so a sound frame inside a broken one is found. It keeps less than one frame.
+/// Finds the frames in a stream of reports. After an error the search continues at the next header pair, so a good
+/// frame inside a broken one is found. It keeps less than one frame.
 class FrameReader {
 public:
     /// The frames that became complete with this report, in their order. A report that is not 64 bytes long, or whose

@@ -17,7 +17,7 @@ public:
     /// `planes` is the number of byte planes, 3 or 4; the name is phase `planes` + 1.
     explicit Kr310Transfer(std::uint8_t planes) : planes_(planes) {}
 
-    /// True when a packet of this phase carries this many bytes behind slot and phase.
+    /// True when a packet of this phase carries this many bytes after slot and phase.
     [[nodiscard]] bool fits(std::uint8_t phase, std::size_t size) const;
     [[nodiscard]] std::uint8_t lastPhase() const { return static_cast<std::uint8_t>(planes_ + 1); }
 

@@ -26,7 +26,6 @@ void VirtualCable::plug() {
     }
     pedal_.powerUp();
     attached_ = std::make_shared<VirtualHidDevice>(shared_from_this());
-    outputReports_ = 0;
     recordChanged();
 }
 
@@ -76,13 +75,11 @@ bool VirtualCable::takesReport(const HidDevice* device, std::unique_lock<std::mu
     if (changed_.wait_until(lock, nextOutput_, gone)) {
         return false;
     }
-    const Faults faults = pedal_.faults();
-    ++outputReports_;
-    if (outputReports_ == faults.unplugAtReport) {
+    const VirtualKr310::Delivery delivery = pedal_.deliverNext();
+    if (delivery == VirtualKr310::Delivery::kUnplugged) {
         detach();
     }
-    return !gone() && outputReports_ != faults.refuseReport && outputReports_ != faults.protocolErrorAtReport &&
-           outputReports_ != faults.noAnswerAtReport;
+    return delivery == VirtualKr310::Delivery::kTaken && !gone();
 }
 
 VirtualCable::Event VirtualCable::next(bool watching) {

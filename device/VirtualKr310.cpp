@@ -73,9 +73,24 @@ Kr310Memory VirtualKr310::memory() const {
 
 void VirtualKr310::powerUp() {
     const std::lock_guard lock(mutex_);
+    outputReports_ = 0;
     reader_.reset();
     cabTransfer_.reset();
     ampTransfer_.reset();
+}
+
+VirtualKr310::Delivery VirtualKr310::deliverNext() {
+    const std::lock_guard lock(mutex_);
+    ++outputReports_;
+    for (const auto& [report, delivery] : {std::pair(faults_.unplugAtReport, Delivery::kUnplugged),
+                                           {faults_.refuseReport, Delivery::kRefused},
+                                           {faults_.protocolErrorAtReport, Delivery::kProtocolError},
+                                           {faults_.noAnswerAtReport, Delivery::kNoAnswer}}) {
+        if (report == outputReports_) {
+            return delivery;
+        }
+    }
+    return Delivery::kTaken;
 }
 
 VirtualKr310::Reaction VirtualKr310::receive(std::span<const std::uint8_t> report) {

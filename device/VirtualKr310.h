@@ -51,12 +51,17 @@ public:
     /// A copy of what the slots hold now.
     [[nodiscard]] Kr310Memory memory() const;
 
-    /// Forgets half-received frames and unfinished transfers, as a power cycle does. The memory stays.
+    /// Forgets half-received frames and unfinished transfers, and counts output reports anew, as a power cycle does.
+    /// The memory stays.
     void powerUp();
+
+    /// What becomes of the next output report. Called once for each, before `receive`; only kTaken ones get there.
+    enum class Delivery { kTaken, kRefused, kProtocolError, kNoAnswer, kUnplugged };
+    [[nodiscard]] Delivery deliverNext();
 
     /// Takes one output report, without report number. A report that is not 64 bytes long, or whose count is not 1 to
     /// 63, is ignored; so is a frame with a wrong CRC, an unknown command, or a LENGTH that does not fit its command,
-    /// and a deletion with anything but 0 behind its slot.
+    /// and a deletion with anything but 0 after its slot.
     ///
     /// A transfer is the packets of phases 1, 2 and so on up to the name, all for the same slot and in that order; the
     /// last packet may be repeated, and phase 1 starts afresh at any time. The slot is written when the name arrives.
@@ -77,6 +82,7 @@ private:
     Kr310Memory memory_;
     Kr310Startup startup_;
     Faults faults_;
+    std::uint32_t outputReports_ = 0;
     FrameReader reader_;
     FrameCounter frameCounter_ = 0;
     Kr310Transfer cabTransfer_;

@@ -22,8 +22,8 @@ public:
     /// locked already.
     explicit HidrawDevice(const std::string& node);
 
-    /// Whatever error the kernel gives, only this report has failed: devices that stay plugged in meet errors of the
-    /// bus too, and the end of one is told otherwise. Blocks as long as the kernel does: 5.1 s when the device takes no
+    /// Any error means that this report has failed, no more: the bus can fail while the device stays plugged in, and
+    /// a removal is reported in other ways. Blocks as long as the kernel does: 5.1 s when the device takes no
     /// output.
     [[nodiscard]] bool setReport(std::span<const std::uint8_t, kReportSize> report) override;
 

@@ -75,7 +75,7 @@ bool HidrawManager::open(const HidMatching& matching, HidCallbacks callbacks) {
     callbacks_ = std::move(callbacks);
     monitor_.reset();
     udev_.reset(udev_new());
-    // "kernel" would be told of a node before the rules have opened it to the user.
+    // The events of "kernel" come before the rules have given the user access to the node.
     decltype(monitor_) monitor(udev_ ? udev_monitor_new_from_netlink(udev_.get(), "udev") : nullptr);
     if (!wakeUp_ || !monitor ||
         udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), kSubsystem, nullptr) < 0 ||
@@ -114,7 +114,7 @@ bool HidrawManager::matches(udev_device& device, const std::string& node) const 
     }
     const bool isRelease = attributeIs(*usb, "bcdDevice", matching_.versionNumber);
     if (!isRelease) {
-        // Its maker gives the two other numbers to many devices, so nobody can tell whether this is a pedal.
+        // Many devices have the same vendor and product, so this may not be a pedal at all.
         std::ostringstream line;
         line << node << " has the vendor and product of the pedal, but release "
              << viewOf(udev_device_get_sysattr_value(usb, "bcdDevice")) << " instead of " << std::hex
@@ -129,7 +129,7 @@ void HidrawManager::cannotUse(const std::string& reason) const {
     callbacks_.unusable(reason);
 }
 
-// The monitor listens since `open`, so a device that arrives meanwhile is in its queue, if not in this list.
+// The monitor has listened since `open`: a device that arrives during the listing is in its queue or in this list.
 void HidrawManager::attachPresent() {
     const std::unique_ptr<udev_enumerate, EnumerateRelease> list(udev_enumerate_new(udev_.get()));
     if (!list || udev_enumerate_add_match_subsystem(list.get(), kSubsystem) < 0 ||
@@ -153,14 +153,15 @@ void HidrawManager::attach(udev_device& device) {
     std::string syspath(viewOf(udev_device_get_syspath(&device)));
     try {
         auto opened = std::make_shared<HidrawDevice>(node);
-        // The event may be of a device that has gone meanwhile, and the node's name the next one's already. No other
-        // device is ever given its place in sysfs, so as long as that is there, the node is its own.
+        // The event may be late: its device may have gone, and the next device may have the node's name. No other
+        // device is ever given the same place in sysfs, so while that exists, the node belongs to this device.
         if (access(syspath.c_str(), F_OK) != 0) {
             return;
         }
         device_ = std::move(opened);
     } catch (const std::runtime_error& failure) {
-        cannotUse(node + " cannot be opened: " + failure.what() + " (access is given by " + std::string(kRulesFile) + ")");
+        cannotUse(node + " cannot be opened: " + failure.what() + " (access is given by " + std::string(kRulesFile) +
+                  ")");
         return;
     }
     syspath_ = std::move(syspath);
@@ -193,8 +194,8 @@ void HidrawManager::waitAndServe() {
         }
         return;
     }
-    // The node is read before anything else is looked at: what is queued comes before the end of the device, and that
-    // is told by a read. The wake-up stays set meanwhile.
+    // The node is read before anything else is looked at: queued reports come before the end of the device,
+    // which a read reports. The wake-up stays set until it is read.
     if (node.revents != 0) {
         deliverReport();
         return;

@@ -25,8 +25,8 @@ struct UdevRelease {
 /// One device at a time: while one is attached every other is ignored, its arrival and its removal. The three numbers
 /// of the matching are compared with idVendor, idProduct and bcdDevice of the node's usb_device; a node with another
 /// release alone is reported as unusable. A node that cannot be opened counts as no device and is reported, too: which,
-/// why, and which rule file gives access. Both go to the system log. It is tried again at its next udev event, so installing the rules
-/// and `udevadm trigger` are enough.
+/// why, and which rule file gives access. Both go to the system log. It is tried again at its next udev event, so
+/// installing the rules and `udevadm trigger` are enough.
 ///
 /// A device that is still attached when `run` returns is let go without a callback; the next `run` finds it anew.
 ///

@@ -14,7 +14,7 @@ std::atomic<bool> isOpenDevice{false};
 
 namespace {
 
-constexpr std::uint8_t kReportPayload = kReportSize - 1;  // byte 0 of a report counts the frame bytes behind it
+constexpr std::uint8_t kReportPayload = kReportSize - 1;  // byte 0 of a report counts the frame bytes that follow
 
 std::mutex handleMutex;
 std::shared_ptr<HidDevice> DeviceHandle;  // guarded by handleMutex
@@ -102,7 +102,7 @@ bool HID_WreteData(const std::uint8_t* data, std::uint32_t n) {
         return false;  // without waiting for a write that a dying device holds up
     }
     const std::lock_guard lock(frameMutex);
-    // A copy, and no lock while the device takes its time: the removal callback must get through meanwhile.
+    // A copy, and no lock while the device is slow, so that the removal callback is not held up.
     const std::shared_ptr<HidDevice> device = deviceHandle();
     if (!device) {
         return false;

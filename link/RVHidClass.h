@@ -27,9 +27,9 @@ void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow)
 /// Takes exactly n received bytes into destination, or none at all and returns false. Receive thread.
 [[nodiscard]] bool HID_ReadData(std::uint32_t n, std::uint8_t* destination);
 
-/// Sends n bytes as 64-byte output reports: a count byte, then up to 63 bytes. What lies behind the counted bytes of a
-/// report is left from earlier reports. Returns false when no device is open or at the first report that is refused;
-/// the rest is then not sent. Any thread; one call's reports are never mixed with another's.
+/// Sends n bytes as 64-byte output reports: a count byte, then up to 63 bytes. The bytes of a report that
+/// follow the counted ones are left from earlier reports. Returns false when no device is open or at the first report
+/// that is refused; the rest is then not sent. Any thread; one call's reports are never mixed with another's.
 bool HID_WreteData(const std::uint8_t* data, std::uint32_t n);
 
 }  // namespace kelvo

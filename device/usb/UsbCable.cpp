@@ -24,8 +24,8 @@ void UsbCable::plug(UniqueFd socket) {
 }
 
 void UsbCable::unplug() {
-    // The kernel holds the other end by its socket, so it must be told; a closed end alone would do, a shut one is seen
-    // before this call returns.
+    // The kernel has the other end of the socket. It would notice a closed end later; it notices a shut one before this
+    // call returns.
     shutdown(socket_.get(), SHUT_RDWR);
     socket_.reset();
 }

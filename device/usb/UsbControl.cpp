@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "VirtualHidManager.h"
+#include "VirtualCable.h"
 
 namespace kelvo {
 namespace {

@@ -50,7 +50,7 @@ using UsbIpMessage = std::variant<UsbRequest, UsbUnlink>;
 class UsbIpReader {
 public:
     /// The messages that became complete with these bytes, in their order. Throws std::runtime_error, whose text is the
-    /// reason, when a header is none that a host sends to a device without isochronous endpoints; nothing behind it can
+    /// reason, when a header is none that a host sends to a device without isochronous endpoints; nothing after it can
     /// be trusted then.
     [[nodiscard]] std::vector<UsbIpMessage> take(std::span<const std::uint8_t> bytes);
 

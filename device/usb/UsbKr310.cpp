@@ -10,7 +10,6 @@ namespace kelvo {
 void UsbKr310::powerUp() {
     pedal_.powerUp();
     reader_.reset();
-    outputReports_ = 0;
     wantsUnplug_ = false;
     waitingIn_.clear();
     waitingOut_.clear();
@@ -73,20 +72,18 @@ void UsbKr310::takeOutput(const UsbRequest& request, Clock::time_point now) {
 }
 
 void UsbKr310::takeReport(const UsbRequest& request, Clock::time_point now) {
-    const Faults faults = pedal_.faults();
-    ++outputReports_;
-    if (outputReports_ == faults.unplugAtReport) {
-        wantsUnplug_ = true;
-        return;
-    }
-    if (outputReports_ == faults.refuseReport) {
-        return appendSubmitAnswer(answers_, request, kUsbStall, {});
-    }
-    if (outputReports_ == faults.protocolErrorAtReport) {
-        return appendSubmitAnswer(answers_, request, kUsbProtocolError, {});
-    }
-    if (outputReports_ == faults.noAnswerAtReport) {
-        return waitingOut_.push_back(request);
+    switch (pedal_.deliverNext()) {
+        case VirtualKr310::Delivery::kUnplugged:
+            wantsUnplug_ = true;
+            return;
+        case VirtualKr310::Delivery::kRefused:
+            return appendSubmitAnswer(answers_, request, kUsbStall, {});
+        case VirtualKr310::Delivery::kProtocolError:
+            return appendSubmitAnswer(answers_, request, kUsbProtocolError, {});
+        case VirtualKr310::Delivery::kNoAnswer:
+            return waitingOut_.push_back(request);
+        case VirtualKr310::Delivery::kTaken:
+            break;
     }
     reportSink_(request.data);
     for (InputReport& report : pedal_.receive(request.data).reports) {

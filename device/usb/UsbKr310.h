@@ -67,7 +67,6 @@ private:
     VirtualKr310& pedal_;
     UsbIpReader reader_;
     Output output_ = Output::kTake;
-    std::uint32_t outputReports_ = 0;
     std::function<void(std::span<const std::uint8_t>)> reportSink_ = [](const auto&) {};
     bool wantsUnplug_ = false;
     /// Requests without an answer so far, in the order in which they came.

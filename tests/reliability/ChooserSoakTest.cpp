@@ -20,6 +20,7 @@ namespace {
 constexpr std::size_t kImports = 200;
 /// The toolkit's caches have been filled by then.
 constexpr std::size_t kSettled = 20;
+/// What still grows is the toolkit's: a cache of pixmaps up to its limit, and some bytes for each new active window.
 constexpr std::size_t kSlackKiB = 1024;
 
 /// In KiB, without what is free and only not given back yet.
