@@ -141,7 +141,8 @@ Prepared prepare(const QByteArray& path) {
         const std::vector<double> points = resampledAndFaded(samplesFrom(*recording, result.begin), result.rate);
         result.level = meanLevel(gainsAt(points, kIRPointRate, comparedFrequencies()));
         result.peak = std::max(std::ranges::max(points), -std::ranges::min(points));
-    } else if (result.leftOut.isEmpty()) {
+    }
+    if (result.leftOut.isEmpty() && result.level <= kNoGain) {
         result.leftOut = recording ? QStringLiteral("it is silent") : QStringLiteral("its encoding is not known");
     }
     if (file.failure()) {

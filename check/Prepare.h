@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <vector>
 
+#include "Response.h"
+
 namespace kelvo {
 
 /// What a prepared copy of an impulse response would be.
@@ -14,7 +16,7 @@ struct Prepared {
     double rate = 0.0;        ///< of the original, Hz
     std::size_t begin = 0;    ///< the original's frames before this one are cut
     std::size_t padding = 0;  ///< points of silence that make the copy long enough
-    double level = 0.0;       ///< meanLevel of the copy before its gain, dB
+    double level = kNoGain;   ///< meanLevel of the copy before its gain, dB
     double peak = 0.0;        ///< its largest distance from 0
 };
 

@@ -39,7 +39,7 @@ std::optional<Recording> Recording::of(FileView file, const WaveLayout& wave) {
     recording.rate_ = static_cast<double>(format.sampleRate);
     const bool isKnown = recording.isFloat_ ? recording.width_ == 4 || recording.width_ == 8
                                             : tag == kIntegerTag && recording.width_ <= 4;
-    if (!isKnown || recording.stride_ == 0 || format.sampleRate == 0) {
+    if (!isKnown || format.bitsPerSample < 8 || format.channels == 0 || format.sampleRate == 0) {
         return std::nullopt;
     }
     recording.frames_ = std::min<std::size_t>(wave.data_block.size, wave.samplesSize) / recording.stride_;

@@ -86,9 +86,8 @@ QString SetReport::text() const {
     }
     for (const OtherLevel& other : otherLevels()) {
         text += QStringLiteral("%1 is %2 dB %3 than the set\n")
-                    .arg(printableText(other.file))
-                    .arg(std::abs(other.aboveMedian), 0, 'f', 1)
-                    .arg(other.aboveMedian > 0.0 ? QStringLiteral("louder") : QStringLiteral("quieter"));
+                    .arg(printableText(other.file), QString::number(std::abs(other.aboveMedian), 'f', 1),
+                         other.aboveMedian > 0.0 ? QStringLiteral("louder") : QStringLiteral("quieter"));
     }
     for (const QString& line : soxLines_) {
         text += line + QLatin1Char('\n');

@@ -86,6 +86,10 @@ TEST(Recording, ofAnotherEncodingIsNone) {
     EXPECT_FALSE(Recording::of(bytes, findWave(bytes)));
     bytes = WaveFile{.sampleRate = 0, .data = FileBytes(8)}.bytes();
     EXPECT_FALSE(Recording::of(bytes, findWave(bytes)));
+    bytes = WaveFile{.bitsPerSample = 4, .data = FileBytes(8)}.bytes();
+    EXPECT_FALSE(Recording::of(bytes, findWave(bytes)));
+    bytes = WaveFile{.channels = 0, .data = FileBytes(8)}.bytes();
+    EXPECT_FALSE(Recording::of(bytes, findWave(bytes)));
     bytes = WaveFile{.bitsPerSample = 64, .data = FileBytes(8)}.bytes();
     EXPECT_FALSE(Recording::of(bytes, findWave(bytes)));
 }
