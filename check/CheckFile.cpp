@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QUrl>
+#include <QUtf8StringView>
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
