@@ -51,9 +51,9 @@ std::vector<double> gainsAt(std::span<const double> samples, double rate, std::s
 
 const std::vector<double>& comparedFrequencies() {
     static const std::vector<double> frequencies = [] {
-        std::vector<double> result;
-        for (int i = 0; i < 100; ++i) {
-            result.push_back(std::round(80.0 * std::pow(100.0, i / 99.0)));
+        std::vector<double> result(100);
+        for (std::size_t i = 0; i < result.size(); ++i) {
+            result[i] = std::round(80.0 * std::pow(100.0, static_cast<double>(i) / 99.0));
         }
         return result;
     }();
