@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QUrl>
+#include <QUtf8StringView>
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -45,8 +46,21 @@ void setName(FileReport& report, const QString& whole) {
 
 void setPoints(WaveFacts& facts, IRPoints points) {
     std::ranges::transform(points, facts.levels.begin(), levelOf);
-    for (const float level : facts.levels) {
+    for (const double level : facts.levels) {
         facts.peak = std::max(facts.peak, std::abs(level));
+    }
+    if (facts.peak > 0.0) {
+        facts.level = meanLevel(gainsAt(facts.levels, kIRPointRate, comparedFrequencies()));
+    }
+}
+
+/// What is lost between the file and its points.
+void compareWithWhole(WaveFacts& facts, FileView file, const WaveLayout& wave) {
+    const auto recording = Recording::of(file, wave);
+    facts.whole = recording && hasUsableChannel(facts.format->channels) ? factsOf(*recording) : std::nullopt;
+    if (facts.whole) {
+        facts.deviation = largestDeviation(gainsAt(facts.levels, kIRPointRate, comparedFrequencies()),
+                                           gainsAt(facts.whole->second, facts.whole->rate, comparedFrequencies()));
     }
 }
 
@@ -71,6 +85,7 @@ void checkWave(FileReport& report, FileView file, const WaveLayout& wave, const 
     facts.framesUsed =
         convertWave(file.part(wave.samplesOffset, kMostSampleBytes), format, wave.frames, points).value_or(0);
     setPoints(facts, points);
+    compareWithWhole(facts, file, wave);
     setName(report, irName(path));
     report.notes += waveNotes(file, wave, facts);
 }

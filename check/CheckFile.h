@@ -10,11 +10,13 @@
 
 #include "AMPFile.h"
 #include "IRConversion.h"
+#include "Recording.h"
+#include "Response.h"
 
 namespace kelvo {
 
 /// The levels of the points that the pedal gets, as fractions of full scale: -1.0 to below 1.0.
-using PointLevels = std::array<float, kIRPointCount>;
+using PointLevels = std::array<double, kIRPointCount>;
 
 /// What becomes of an impulse response that is accepted.
 struct WaveFacts {
@@ -22,7 +24,10 @@ struct WaveFacts {
     std::size_t framesInFile = 0;       ///< those that are there whole
     std::size_t framesUsed = 0;
     PointLevels levels{};
-    float peak = 0.0F;  ///< the largest distance of a level from 0
+    double peak = 0.0;                    ///< the largest distance of a level from 0
+    std::optional<double> level;          ///< meanLevel of the points; none for silence
+    std::optional<RecordingFacts> whole;  ///< of the file; none for silence and where its samples are not understood
+    std::optional<Deviation> deviation;   ///< of the points beside the whole file
 };
 
 /// What the utility makes of one file. Either `refusal`, `wave` or `amp` is there.

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <QUtf8StringView>
+
 #include "CheckFile.h"
 
 namespace kelvo {
@@ -7,17 +9,20 @@ namespace kelvo {
 ProgramText introduction() {
     return {
         .name = QStringLiteral("kelvo-check"),
-        .synopsis = QStringLiteral("[--json] [--plot OUT.png] FILE..."),
+        .synopsis = QStringLiteral("[--json [--set] | --plot OUT.png | --prepare DIR] FILE..."),
         .help = QStringLiteral(
             R"(Tells whether Kelvo takes each .wav or .amp FILE, why not, and what the pedal would get of it.
 A folder stands for the .wav and .amp files in it.
 
   --json          print one JSON object for each FILE instead
-  --plot OUT.png  also draw the points of the one FILE, a .wav, and their spectrum
+  --set           and one for all of them together
+  --plot OUT.png  also draw the points of the one FILE, a .wav, and their response
+  --prepare DIR   print a shell script instead, which makes copies of the .wav FILEs in DIR:
+                  converted by sox, equally loud, with names that differ
   -h, --help      show this help
   -v, --version   show the version
 
-Exit status: 0 if every FILE is accepted, 1 if one is refused, 2 for wrong usage or when
+Exit status: 0 if every FILE is accepted, 1 if one is refused or not prepared, 2 for wrong usage or when
 something cannot be written.
 )"),
     };
@@ -32,11 +37,20 @@ CommandLine parseCommandLine(const QByteArrayList& arguments) {
     const QString plot = QStringLiteral("plot");
     const QString json = QStringLiteral("json");
     QCommandLineParser parser;
-    parser.addOptions({QCommandLineOption(json), {plot, {}, QStringLiteral("OUT.png")}});
+    const QString set = QStringLiteral("set");
+    const QString prepare = QStringLiteral("prepare");
+    parser.addOptions({QCommandLineOption(json),
+                       QCommandLineOption(set),
+                       {plot, {}, QStringLiteral("OUT.png")},
+                       {prepare, {}, QStringLiteral("DIR")}});
     Request request = readArguments(parser, characters);
     request.mistake = QString::fromUtf8(request.mistake.toLatin1());
 
-    CommandLine command{.request = request, .isJson = parser.isSet(json), .plotFile = parser.value(plot).toLatin1()};
+    CommandLine command{.request = request,
+                        .isJson = parser.isSet(json),
+                        .hasSet = parser.isSet(set),
+                        .folder = parser.value(prepare).toLatin1(),
+                        .plotFile = parser.value(plot).toLatin1()};
     for (const QString& file : parser.positionalArguments()) {
         command.files += file.toLatin1();
     }
@@ -50,6 +64,14 @@ CommandLine parseCommandLine(const QByteArrayList& arguments) {
         command.request.mistake = QStringLiteral("The picture's name must end in .png.");
     } else if (parser.isSet(plot) && (command.files.size() != 1 || !isForCabSlot(command.files.first()))) {
         command.request.mistake = QStringLiteral("With --plot exactly one .wav file is needed.");
+    } else if (command.hasSet && !command.isJson) {
+        command.request.mistake = QStringLiteral("--set needs --json.");
+    } else if (parser.isSet(prepare) && (command.isJson || parser.isSet(plot))) {
+        command.request.mistake = QStringLiteral("--prepare goes with neither --json nor --plot.");
+    } else if (parser.isSet(prepare) && command.folder.isEmpty()) {
+        command.request.mistake = QStringLiteral("No folder is named for --prepare.");
+    } else if (!QUtf8StringView(command.folder).isValidUtf8()) {
+        command.request.mistake = QStringLiteral("The folder's name must be valid UTF-8.");
     }
     return command;
 }

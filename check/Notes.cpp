@@ -11,8 +11,10 @@
 namespace kelvo {
 namespace {
 
-constexpr std::uint32_t kIntegerTag = 1;
 constexpr std::uint32_t kHasSubFormat = 0xFFFE;
+constexpr double kHeardDeviation = 1.0;  // dB
+constexpr double kEnoughEnergy = 0.95;
+constexpr double kHeardOnset = 1.0;        // ms
 constexpr std::size_t kSubFormatTag = 32;  // from the fmt chunk's id on
 
 struct Note {
@@ -34,15 +36,8 @@ bool isPrintableAscii(char byte) {
     return byte >= ' ' && byte <= '~';
 }
 
-/// Applies when the chunks' own sizes do not lead from the first chunk to one at `offset`: what was found there may be
-/// inside another chunk.
 Note strayChunk(FileView file, const char* id, std::size_t offset) {
-    std::uint64_t begin = sizeof(RIFF_HEADER);
-    while (begin < offset) {
-        const std::uint32_t size = file.number(static_cast<std::size_t>(begin) + sizeof(FourChars), 4);
-        begin += sizeof(DATA_BLOCK) + std::uint64_t{size} + size % 2;
-    }
-    return {begin != offset,
+    return {!isChunk(file, offset),
             QStringLiteral(
                 "its first \"%1\", at byte %2, is used, though by the sizes of the chunks before it no chunk begins "
                 "there")
@@ -70,6 +65,32 @@ QString otherFormatTag(std::uint32_t tag, std::uint32_t bitsPerSample) {
         .arg(isFloat ? kFloatTag : kIntegerTag);
 }
 
+/// What a guitarist may hear of what is lost between the file and the pedal.
+QStringList soundNotes(const WaveFacts& facts) {
+    if (!facts.whole) {
+        return {};
+    }
+    const Deviation deviation = facts.deviation.value_or(Deviation{});
+    return thoseThatApply({
+        {std::abs(deviation.decibels) > kHeardDeviation,
+         QStringLiteral("its response is %1 dB %2 the file's at %3 Hz; %4")
+             .arg(std::abs(deviation.decibels), 0, 'f', 1)
+             .arg(deviation.decibels < 0.0 ? QStringLiteral("below") : QStringLiteral("above"))
+             .arg(deviation.frequency)
+             .arg(facts.format->sampleRate != kIRPointRate || facts.format->bitsPerSample == 8
+                      ? QStringLiteral("a copy by --prepare is closer")
+                      : QStringLiteral("only a shorter response is sent whole"))},
+        {facts.whole->energy < kEnoughEnergy,
+         QStringLiteral("only %1 % of its energy lies within the %2 points; a shorter response, or one without silence "
+                        "before its sound, keeps more")
+             .arg(100.0 * facts.whole->energy, 0, 'f', 1)
+             .arg(kIRPointCount)},
+        {facts.whole->onset > kHeardOnset,
+         QStringLiteral("its sound begins after %1 ms, which the pedal plays as a delay; a copy by --prepare has none")
+             .arg(facts.whole->onset, 0, 'f', 1)},
+    });
+}
+
 }  // namespace
 
 QStringList nameNotes(QByteArrayView sent, const QByteArray& whole) {
@@ -88,6 +109,15 @@ std::uint32_t formatTag(FileView file, const WaveLayout& wave) {
     return tag == kHasSubFormat ? file.number(wave.fmtOffset + kSubFormatTag, 2) : tag;
 }
 
+bool isChunk(FileView file, std::size_t offset) {
+    std::uint64_t begin = sizeof(RIFF_HEADER);
+    while (begin < offset) {
+        const std::uint32_t size = file.number(static_cast<std::size_t>(begin) + sizeof(FourChars), 4);
+        begin += sizeof(DATA_BLOCK) + std::uint64_t{size} + size % 2;
+    }
+    return begin == offset;
+}
+
 QStringList waveNotes(FileView file, const WaveLayout& wave, const WaveFacts& facts) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
     const std::size_t held = wave.samplesSize;
@@ -99,28 +129,33 @@ QStringList waveNotes(FileView file, const WaveLayout& wave, const WaveFacts& fa
         isFloat ? countBeyondFullScale(samples, std::size_t{4} * format.channels, facts.framesUsed) : 0;
     const std::uint32_t tag = formatTag(file, wave);
     return thoseThatApply({
-        {!isUsable, QStringLiteral("its %1 channels give silence; only one channel, or the first of two, is used")
-                        .arg(format.channels)},
-        {wave.data_block.size > held,
-         QStringLiteral("its \"data\" chunk, at byte %1, declares %2 bytes of samples, of which the file holds %3")
-             .arg(wave.dataOffset)
-             .arg(wave.data_block.size)
-             .arg(held)},
-        {isUsable && facts.framesUsed < wanted,
-         QStringLiteral("%1 of the %2 frames that are taken at %3 Hz are missing and count as silence")
-             .arg(wanted - facts.framesUsed)
-             .arg(wanted)
-             .arg(format.sampleRate)},
-        {format.bitsPerSample == 8,
-         QStringLiteral("its 8-bit samples are taken as they stand; their silence, 0x80, becomes negative full scale")},
-        {beyond > 0, QStringLiteral("%1 of the %2 frames used are not within -1.0 to 1.0 and wrap to other levels")
-                         .arg(beyond)
-                         .arg(facts.framesUsed)},
-        {tag != (isFloat ? kFloatTag : kIntegerTag), otherFormatTag(tag, format.bitsPerSample)},
-        strayChunk(file, "fmt ", wave.fmtOffset),
-        strayChunk(file, "data", wave.dataOffset),
-        {isUsable && facts.peak == 0.0F, QStringLiteral("all its points are zero")},
-    });
+               {!isUsable,
+                QStringLiteral("its %1 channels give silence; only one channel, or the first of two, is used")
+                    .arg(format.channels)},
+               {wave.data_block.size > held,
+                QStringLiteral(
+                    "its \"data\" chunk, at byte %1, declares %2 bytes of samples, of which the file holds %3")
+                    .arg(wave.dataOffset)
+                    .arg(wave.data_block.size)
+                    .arg(held)},
+               {isUsable && facts.framesUsed < wanted,
+                QStringLiteral("%1 of the %2 frames that are taken at %3 Hz are missing and count as silence")
+                    .arg(wanted - facts.framesUsed)
+                    .arg(wanted)
+                    .arg(format.sampleRate)},
+               {format.bitsPerSample == 8,
+                QStringLiteral(
+                    "its 8-bit samples are taken as they stand; their silence, 0x80, becomes negative full scale")},
+               {beyond > 0,
+                QStringLiteral("%1 of the %2 frames used are not within -1.0 to 1.0 and wrap to other levels")
+                    .arg(beyond)
+                    .arg(facts.framesUsed)},
+               {tag != (isFloat ? kFloatTag : kIntegerTag), otherFormatTag(tag, format.bitsPerSample)},
+               strayChunk(file, "fmt ", wave.fmtOffset),
+               strayChunk(file, "data", wave.dataOffset),
+               {isUsable && facts.peak == 0.0, QStringLiteral("all its points are zero")},
+           }) +
+           soundNotes(facts);
 }
 
 QStringList internalNotes(const WaveFacts& facts) {
@@ -128,7 +163,7 @@ QStringList internalNotes(const WaveFacts& facts) {
         {facts.framesUsed < kIRPointCount, QStringLiteral("%1 of its %2 points are missing and count as silence")
                                                .arg(kIRPointCount - facts.framesUsed)
                                                .arg(kIRPointCount)},
-        {facts.peak == 0.0F, QStringLiteral("all its points are zero")},
+        {facts.peak == 0.0, QStringLiteral("all its points are zero")},
     });
 }
 

@@ -7,9 +7,10 @@
 #include <QSaveFile>
 #include <algorithm>
 #include <cmath>
-#include <complex>
-#include <numbers>
+#include <span>
 #include <vector>
+
+#include "Response.h"
 
 namespace kelvo {
 namespace {
@@ -25,6 +26,7 @@ constexpr QRgb kPaper = 0xFFFFFFFF;
 constexpr QRgb kInk = 0xFF222222;
 constexpr QRgb kGrid = 0xFFDDDDDD;
 constexpr QRgb kCurve = 0xFF1F4E9C;
+constexpr QRgb kFileCurve = 0xFFD98A2B;
 
 constexpr double kLowest = 20.0;  // Hz
 constexpr double kHighest = 20000.0;
@@ -61,10 +63,9 @@ struct Panel {
 
 /// As large as the points need it, so that a quiet response can be seen too.
 Axis levelAxis(const PointLevels& levels) {
-    const float peak = std::max(std::ranges::max(levels), -std::ranges::min(levels));
-    constexpr std::array kLimits{0.001F, 0.002F, 0.005F, 0.01F, 0.02F, 0.05F, 0.1F, 0.2F, 0.5F, 1.0F};
-    const auto limit =
-        static_cast<double>(*std::ranges::find_if(kLimits, [peak](float value) { return value >= peak; }));
+    const double peak = std::max(std::ranges::max(levels), -std::ranges::min(levels));
+    constexpr std::array kLimits{0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0};
+    const double limit = *std::ranges::lower_bound(kLimits, peak);
     // A little more, so that the frame does not hide a curve that goes up to it.
     return {QStringLiteral("level (full scale = 1)"),
             -1.05 * limit,
@@ -87,7 +88,7 @@ QString label(double tick) {
     return tick < 1000.0 ? QString::number(tick) : QStringLiteral("%1 k").arg(tick / 1000.0);
 }
 
-void drawPanel(QPainter& painter, const Panel& panel, const QPolygonF& curve) {
+void drawPanel(QPainter& painter, const Panel& panel) {
     const QRectF& area = panel.area;
     const auto drawTick = [&painter](QPointF from, QPointF to, const QRectF& place, int alignment, double tick) {
         painter.setPen(QColor(kGrid));
@@ -111,9 +112,17 @@ void drawPanel(QPainter& painter, const Panel& panel, const QPolygonF& curve) {
     painter.rotate(-90);
     painter.drawText(QRectF(-150, -10, 300, 20), Qt::AlignCenter, panel.y.title);
     painter.restore();
+}
+
+void drawCurve(QPainter& painter, const Panel& panel, std::span<const double> x, std::span<const double> y,
+               QRgb color) {
+    QPolygonF curve;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        curve += panel.place(x[i], y[i]);
+    }
     painter.save();
-    painter.setClipRect(area);
-    painter.setPen(QPen(QColor(kCurve), 1.5));
+    painter.setClipRect(panel.area);
+    painter.setPen(QPen(QColor(color), 1.5));
     painter.drawPolyline(curve);
     painter.restore();
 }
@@ -121,33 +130,59 @@ void drawPanel(QPainter& painter, const Panel& panel, const QPolygonF& curve) {
 void drawTime(QPainter& painter, const PointLevels& levels) {
     const Axis time{QStringLiteral("time (ms)"), -0.2, 11.8, {0, 2, 4, 6, 8, 10}};
     const Panel panel{kTimeArea, time, levelAxis(levels)};
-    QPolygonF curve;
+    std::vector<double> times;
     for (std::size_t i = 0; i < levels.size(); ++i) {
-        curve += panel.place(1000.0 * static_cast<double>(i) / kIRPointRate, static_cast<double>(levels[i]));
+        times.push_back(1000.0 * static_cast<double>(i) / kIRPointRate);
     }
-    drawPanel(painter, panel, curve);
+    drawPanel(painter, panel);
+    drawCurve(painter, panel, times, levels, kCurve);
 }
 
-void drawFrequency(QPainter& painter, const PointLevels& levels) {
-    // Closer than the picture's columns: 512 points have peaks and notches narrower than one, up where columns are
-    // wide.
-    constexpr std::size_t kColumns = 3000;
+/// Whole Hz, each once, and closer than the picture's columns: 512 points have peaks and notches narrower than one, up
+/// where columns are wide.
+std::vector<double> drawnFrequencies(const Axis& axis) {
+    constexpr int kColumns = 3000;
+    std::vector<double> frequencies{axis.first};
+    for (int i = 1; i <= kColumns; ++i) {
+        const double frequency = std::round(axis.valueAt(static_cast<double>(i) / kColumns));
+        if (frequency > frequencies.back()) {
+            frequencies.push_back(frequency);
+        }
+    }
+    return frequencies;
+}
+
+/// At the level of the points.
+std::vector<double> gainsOfWhole(const WaveFacts& wave, std::span<const double> frequencies) {
+    std::vector<double> gains = gainsAt(wave.whole->second, wave.whole->rate, frequencies);
+    const double level = meanLevel(gainsAt(wave.whole->second, wave.whole->rate, comparedFrequencies()));
+    for (double& gain : gains) {
+        gain += wave.level.value_or(level) - level;
+    }
+    return gains;
+}
+
+void drawFrequency(QPainter& painter, const WaveFacts& wave) {
     const Axis axis{QStringLiteral("frequency (Hz)"),
                     kLowest,
                     kHighest,
                     {20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 20000},
                     true};
-    const auto frequency = [&axis](std::size_t i) { return axis.valueAt(static_cast<double>(i) / kColumns); };
-    std::vector<double> gains;
-    for (std::size_t i = 0; i <= kColumns; ++i) {
-        gains.push_back(gainAt(levels, frequency(i)));
-    }
+    const std::vector<double> frequencies = drawnFrequencies(axis);
+    const std::vector<double> gains = gainsAt(wave.levels, kIRPointRate, frequencies);
     const Panel panel{kFrequencyArea, axis, gainAxis(gains)};
-    QPolygonF curve;
-    for (std::size_t i = 0; i <= kColumns; ++i) {
-        curve += panel.place(frequency(i), gains[i]);
+    drawPanel(painter, panel);
+    if (wave.whole) {
+        const QRectF& area = panel.area;
+        drawCurve(painter, panel, frequencies, gainsOfWhole(wave, frequencies), kFileCurve);
+        painter.setPen(QColor(kFileCurve));
+        painter.drawText(QRectF(area.left(), area.top() - 24, area.width(), 20), Qt::AlignRight,
+                         QStringLiteral("the whole file"));
+        painter.setPen(QColor(kCurve));
+        painter.drawText(QRectF(area.left(), area.top() - 24, area.width() - 120, 20), Qt::AlignRight,
+                         QStringLiteral("what the pedal gets"));
     }
-    drawPanel(painter, panel, curve);
+    drawCurve(painter, panel, frequencies, gains, kCurve);
 }
 
 void setFontPixels(QPainter& painter, int pixels) {
@@ -168,17 +203,7 @@ bool writeAll(QIODevice& file, QByteArrayView bytes) {
 
 }  // namespace
 
-double gainAt(std::span<const float> points, double frequency) {
-    const std::complex<double> step = std::polar(1.0, -2.0 * std::numbers::pi * frequency / kIRPointRate);
-    // Horner's rule, from the last point down: the polynomial of the points at one place of the unit circle.
-    std::complex<double> sum = 0.0;
-    for (std::size_t i = points.size(); i-- > 0;) {
-        sum = sum * step + static_cast<double>(points[i]);
-    }
-    return std::max(20.0 * std::log10(std::abs(sum)), kNoGain);
-}
-
-QImage plotPoints(const QString& title, const PointLevels& levels) {
+QImage plotWave(const QString& title, const WaveFacts& wave) {
     QImage picture(kPictureSize, QImage::Format_RGB32);
     picture.fill(kPaper);
     QPainter painter(&picture);
@@ -188,8 +213,8 @@ QImage plotPoints(const QString& title, const PointLevels& levels) {
     const QString line = painter.fontMetrics().elidedText(title, Qt::ElideMiddle, static_cast<int>(kTitleArea.width()));
     painter.drawText(kTitleArea, Qt::AlignLeft | Qt::AlignVCenter, line);
     setFontPixels(painter, kLabelPixels);
-    drawTime(painter, levels);
-    drawFrequency(painter, levels);
+    drawTime(painter, wave.levels);
+    drawFrequency(painter, wave);
     return picture;
 }
 

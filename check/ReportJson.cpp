@@ -3,6 +3,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cmath>
+
+#include "PrintableText.h"
 
 namespace kelvo {
 namespace {
@@ -16,7 +19,18 @@ void addWave(QJsonObject& object, const WaveFacts& wave) {
     }
     object[QStringLiteral("framesInFile")] = static_cast<qint64>(wave.framesInFile);
     object[QStringLiteral("framesUsed")] = static_cast<qint64>(wave.framesUsed);
-    object[QStringLiteral("peak")] = static_cast<double>(wave.peak);
+    object[QStringLiteral("peak")] = wave.peak;
+    if (wave.level) {
+        object[QStringLiteral("level")] = hundredths(*wave.level);
+    }
+    if (wave.whole) {
+        object[QStringLiteral("onset")] = hundredths(wave.whole->onset);
+        object[QStringLiteral("energy")] = hundredths(100.0 * wave.whole->energy);
+    }
+    if (wave.deviation) {
+        object[QStringLiteral("deviation")] = QJsonObject{{QStringLiteral("db"), hundredths(wave.deviation->decibels)},
+                                                          {QStringLiteral("hz"), wave.deviation->frequency}};
+    }
 }
 
 void addAmp(QJsonObject& object, const AmpLayout& amp) {
@@ -47,6 +61,7 @@ QByteArray reportJson(const FileReport& report) {
     } else {
         object[QStringLiteral("name")] = QString::fromUtf8(report.name);
         object[QStringLiteral("nameBytes")] = QString::fromLatin1(report.name.toHex());
+        object[QStringLiteral("sentName")] = printableText(report.name);
         object[QStringLiteral("notes")] = QJsonArray::fromStringList(report.notes);
     }
     if (!report.soxLine.isEmpty()) {
@@ -58,7 +73,15 @@ QByteArray reportJson(const FileReport& report) {
     if (report.amp) {
         addAmp(object, *report.amp);
     }
+    return jsonLine(object);
+}
+
+QByteArray jsonLine(const QJsonObject& object) {
     return ascii(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))) + '\n';
+}
+
+double hundredths(double value) {
+    return std::round(value * 100.0) / 100.0;
 }
 
 }  // namespace kelvo

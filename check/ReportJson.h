@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 
 #include "CheckFile.h"
 
@@ -9,5 +10,11 @@ namespace kelvo {
 /// What reportText tells, for programs: one JSON object on one line, in ASCII. A fact that a file does not have is not
 /// there.
 [[nodiscard]] QByteArray reportJson(const FileReport& report);
+
+/// An object on one line, in ASCII, with its line end.
+[[nodiscard]] QByteArray jsonLine(const QJsonObject& object);
+
+/// A figure as it is printed for programs: rounded to two decimals.
+[[nodiscard]] double hundredths(double value);
 
 }  // namespace kelvo

@@ -39,15 +39,34 @@ QString formatLines(const WAVE_FORMAT& format) {
            line("channels:", QStringLiteral("%1%2").arg(format.channels).arg(QLatin1StringView(used)));
 }
 
-QString peakText(float peak) {
-    if (peak == 0.0F) {
-        return QStringLiteral("none");
+/// Rounded here, since a number that is only printed as zero would keep its sign.
+QString rounded(double value, int decimals) {
+    const double step = std::pow(10.0, decimals);
+    return QString::number(std::round(value * step) / step + 0.0, 'f', decimals);
+}
+
+QString peakText(double peak) {
+    return peak == 0.0 ? QStringLiteral("none")
+                       : QStringLiteral("%1 dBFS (%2 of full scale)")
+                             .arg(rounded(20.0 * std::log10(peak), 2))
+                             .arg(peak, 0, 'f', 6);
+}
+
+QString soundLines(const WaveFacts& wave) {
+    QString lines = line("peak:", peakText(wave.peak));
+    if (wave.level) {
+        lines += line("level:", QStringLiteral("%1 dB of a unit pulse").arg(rounded(*wave.level, 2)));
     }
-    // Rounded here, since a number that is only printed as zero would keep its sign.
-    const double decibels = std::round(2000.0 * std::log10(static_cast<double>(peak))) / 100.0;
-    return QStringLiteral("%1 dBFS (%2 of full scale)")
-        .arg(decibels, 0, 'f', 2)
-        .arg(static_cast<double>(peak), 0, 'f', 6);
+    if (wave.whole) {
+        lines += line("onset:", QStringLiteral("%1 ms").arg(rounded(wave.whole->onset, 2))) +
+                 line("energy:", QStringLiteral("%1 % kept").arg(rounded(100.0 * wave.whole->energy, 1)));
+    }
+    if (wave.deviation) {
+        lines += line("response:", QStringLiteral("up to %1 dB off the file's, at %2 Hz")
+                                       .arg(rounded(std::abs(wave.deviation->decibels), 2))
+                                       .arg(wave.deviation->frequency));
+    }
+    return lines;
 }
 
 QString waveLines(const QByteArray& name, const WaveFacts& wave) {
@@ -55,7 +74,7 @@ QString waveLines(const QByteArray& name, const WaveFacts& wave) {
                                      : QStringLiteral("impulse response in the pedal's own format, for a CAB slot");
     return line("kind:", kind) + nameLine(name) + (wave.format ? formatLines(*wave.format) : QString()) +
            line("frames:", QStringLiteral("%1 in the file, %2 used").arg(wave.framesInFile).arg(wave.framesUsed)) +
-           line("peak:", peakText(wave.peak));
+           soundLines(wave);
 }
 
 QString ampLines(const QByteArray& name, const AmpLayout& amp) {
@@ -81,14 +100,6 @@ QString reportText(const FileReport& report) {
     }
     for (const QString& note : report.notes) {
         text += line("note:", note);
-    }
-    return text;
-}
-
-QString summaryText(qsizetype taken, qsizetype files, const QStringList& soxLines) {
-    QString text = QStringLiteral("\n%1 of %2 will be taken\n").arg(taken).arg(files);
-    for (const QString& line : soxLines) {
-        text += line + QLatin1Char('\n');
     }
     return text;
 }

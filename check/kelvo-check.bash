@@ -12,8 +12,12 @@ _kelvo_check() {
   for earlier in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     [[ $earlier != -- ]] || before=--
   done
+  if [[ $before == --prepare ]]; then
+    mapfile -t COMPREPLY < <(compgen -d -- "$word")
+    return
+  fi
   if [[ $word == -* && $before != -- && $before != --plot ]]; then
-    mapfile -t COMPREPLY < <(compgen -W '-h --help --json --plot -v --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W '-h --help --json --plot --prepare --set -v --version' -- "$word")
     return
   fi
   pattern='*.@([wW][aA][vV]|[aA][mM][pP])'

@@ -2,13 +2,18 @@
 
 #include <QGuiApplication>
 #include <QString>
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include "CommandLine.h"
 #include "Plot.h"
+#include "Prepare.h"
 #include "PrintableText.h"
+#include "Progress.h"
 #include "ReportJson.h"
 #include "ReportText.h"
+#include "SetReport.h"
 
 namespace kelvo {
 namespace {
@@ -26,7 +31,7 @@ bool drawPlot(const FileReport& report, const QByteArray& path) {
     const QGuiApplication application(count, arguments);
     const QString file = printableText(report.path.sliced(report.path.lastIndexOf('/') + 1));
     const QString title = QStringLiteral("%1: the points that the pedal gets").arg(file);
-    const QString failure = savePicture(plotPoints(title, report.wave->levels), path);
+    const QString failure = savePicture(plotWave(title, *report.wave), path);
     if (!failure.isEmpty()) {
         complain(introduction(), QStringLiteral("%1 cannot be written: %2").arg(printableText(path), failure));
     }
@@ -36,26 +41,37 @@ bool drawPlot(const FileReport& report, const QByteArray& path) {
 int check(const CommandLine& command) {
     int status = kAllAccepted;
     const QByteArrayList files = command.plotFile.isEmpty() ? withFilesOfFolders(command.files) : command.files;
-    qsizetype taken = 0;
-    QStringList soxLines;
+    SetReport set;
+    Progress progress(files.size());
     for (const QByteArray& file : files) {
+        progress.begin(file);
         const FileReport report = checkFile(file);
+        progress.hide();
+        set.add(report);
         print(stdout, command.isJson ? QString::fromLatin1(reportJson(report)) : reportText(report));
         if (!report.refusal.isEmpty()) {
             status = kSomeRefused;
-            soxLines += report.soxLine;
-            continue;
-        }
-        ++taken;
-        if (!command.plotFile.isEmpty() && !drawPlot(report, command.plotFile)) {
+        } else if (!command.plotFile.isEmpty() && !drawPlot(report, command.plotFile)) {
             status = kTrouble;
         }
     }
-    soxLines.removeAll(QString());
-    if (!command.isJson && (files.size() > 1 || files != command.files)) {
-        print(stdout, summaryText(taken, files.size(), soxLines));
+    if (command.isJson ? command.hasSet : files.size() > 1 || files != command.files) {
+        print(stdout, command.isJson ? QString::fromLatin1(set.json()) : set.text());
     }
     return status;
+}
+
+int printScript(const CommandLine& command) {
+    const QByteArrayList files = withFilesOfFolders(command.files);
+    std::vector<Prepared> set;
+    Progress progress(files.size());
+    for (const QByteArray& file : files) {
+        progress.begin(file);
+        set.push_back(prepare(file));
+    }
+    progress.hide();
+    print(stdout, prepareScript(command.folder, set));
+    return std::ranges::all_of(set, &QString::isEmpty, &Prepared::leftOut) ? kAllAccepted : kSomeRefused;
 }
 
 }  // namespace
@@ -68,7 +84,7 @@ int main(int argc, char** argv) {
     if (const auto status = answer(command.request, kelvo::introduction())) {
         return *status;
     }
-    const int status = kelvo::check(command);
+    const int status = command.folder.isEmpty() ? kelvo::check(command) : kelvo::printScript(command);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         complain(kelvo::introduction(), QStringLiteral("the report cannot be written"));
         return kelvo::kTrouble;

@@ -76,6 +76,24 @@ TEST(CommandLine, withAPictureThatIsNoneIsAMistake) {
     EXPECT_EQ(parse({"--plot=", "b.wav"}).request.mistake, "The picture's name must end in .png.");
 }
 
+TEST(CommandLine, givesTheSetOnlyInJson) {
+    EXPECT_TRUE(parse({"--json", "--set", "a.wav"}).hasSet);
+    EXPECT_FALSE(parse({"--json", "a.wav"}).hasSet);
+    EXPECT_EQ(parse({"--set", "a.wav"}).request.mistake, "--set needs --json.");
+}
+
+TEST(CommandLine, preparesInAFolderAndDoesNothingElse) {
+    EXPECT_EQ(parse({"--prepare", "x/y", "a.wav"}).folder, "x/y");
+    EXPECT_EQ(parse({"--prepare", "x/y", "a.wav"}).request.mistake, "");
+    EXPECT_EQ(parse({"a.wav"}).folder, "");
+    EXPECT_EQ(parse({"--prepare", "", "a.wav"}).request.mistake, "No folder is named for --prepare.");
+    EXPECT_EQ(parse({"--prepare", "\xFF", "a.wav"}).request.mistake, "The folder's name must be valid UTF-8.");
+    for (const char* const other : {"--json", "--plot=x.png"}) {
+        EXPECT_EQ(parse({"--prepare", "x", other, "a.wav"}).request.mistake,
+                  "--prepare goes with neither --json nor --plot.");
+    }
+}
+
 TEST(CommandLine, plotsJustOneWave) {
     for (const QByteArrayList& files :
          {QByteArrayList{"a.wav", "b.wav"}, QByteArrayList{"a.amp"}, QByteArrayList{"a"}}) {

@@ -14,10 +14,14 @@ namespace {
 constexpr QRect kTimeArea(97, 61, 872, 248);
 constexpr QRect kFrequencyArea(97, 386, 872, 248);
 
-PointLevels impulse(float level) {
+PointLevels impulse(double level) {
     PointLevels levels{};
     levels[0] = level;
     return levels;
+}
+
+QImage plotPoints(const QString& title, const PointLevels& levels) {
+    return plotWave(title, {.levels = levels});
 }
 
 bool isCurve(QRgb pixel) {
@@ -127,7 +131,7 @@ TEST(Plot, ofSilenceHasItsFramesLinesAndWordsInTheirPlaces) {
 }
 
 TEST(Plot, is1000By700AndMostlyPaper) {
-    const QImage picture = plotPoints("a.wav", impulse(1.0F));
+    const QImage picture = plotPoints("a.wav", impulse(1.0));
     EXPECT_EQ(picture.size(), QSize(1000, 700));
     EXPECT_EQ(picture.pixel(2, 2), 0xFFFFFFFF);
     EXPECT_EQ(picture.pixel(997, 697), 0xFFFFFFFF);
@@ -135,8 +139,8 @@ TEST(Plot, is1000By700AndMostlyPaper) {
 
 TEST(Plot, drawsTheLevelsOverTime) {
     PointLevels levels;
-    std::fill(levels.begin(), levels.begin() + 256, 1.0F);
-    std::fill(levels.begin() + 256, levels.end(), -0.5F);
+    std::fill(levels.begin(), levels.begin() + 256, 1.0);
+    std::fill(levels.begin() + 256, levels.end(), -0.5);
     const QImage picture = plotPoints("a.wav", levels);
     EXPECT_EQ(curveRow(picture, kTimeArea, 103), -1);          // before 0 ms
     EXPECT_NEAR(curveRow(picture, kTimeArea, 300), 66, 1);     // 1.0 of 1.05
@@ -148,8 +152,8 @@ TEST(Plot, drawsTheLevelsOverTime) {
 
 TEST(Plot, drawsItsCurveInDarkBlueAPixelAndAHalfWide) {
     PointLevels levels;
-    levels.fill(0.6F);
-    levels[0] = 1.0F;
+    levels.fill(0.6);
+    levels[0] = 1.0;
     const QImage picture = plotPoints("a.wav", levels);
     EXPECT_EQ(picture.pixel(560, 111), 0xFFFFFFFF);
     EXPECT_EQ(picture.pixel(560, 113), 0xFF1F4E9C);  // from 112.8 to 114.3
@@ -158,12 +162,12 @@ TEST(Plot, drawsItsCurveInDarkBlueAPixelAndAHalfWide) {
 
 TEST(Plot, drawsAQuietResponseAsLargeAsALoudOne) {
     PointLevels quiet;
-    quiet.fill(0.002F);
+    quiet.fill(0.002);
     EXPECT_NEAR(curveRow(plotPoints("a.wav", quiet), kTimeArea, 500), 66, 1);
 }
 
 TEST(Plot, drawsTheGainOverTheFrequency) {
-    const QImage picture = plotPoints("a.wav", impulse(0.5F));
+    const QImage picture = plotPoints("a.wav", impulse(0.5));
     for (const int column : {104, 500, 960}) {
         EXPECT_NEAR(curveRow(picture, kFrequencyArea, column), 410, 1);  // -6.02 dB, 0 dB is the top
     }
@@ -171,15 +175,15 @@ TEST(Plot, drawsTheGainOverTheFrequency) {
 
 TEST(Plot, putsLowFrequenciesToTheLeft) {
     PointLevels levels{};
-    levels[0] = levels[1] = 0.5F;  // 0 dB at 20 Hz, -14.5 dB at 19.4 kHz; 10 dB is the top
+    levels[0] = levels[1] = 0.5;  // 0 dB at 20 Hz, -14.5 dB at 19.4 kHz; 10 dB is the top
     const QImage picture = plotPoints("a.wav", levels);
     EXPECT_NEAR(curveRow(picture, kFrequencyArea, 300), 427, 1);
     EXPECT_NEAR(curveRow(picture, kFrequencyArea, 966), 487, 2);
 }
 
 TEST(Plot, cutsTheCurveOffAtItsFrame) {
-    PointLevels levels = impulse(0.5F);
-    levels[2] = 0.5F;  // nothing is left at 11025 Hz
+    PointLevels levels = impulse(0.5);
+    levels[2] = 0.5;  // nothing is left at 11025 Hz
     const QImage picture = plotPoints("a.wav", levels);
     EXPECT_EQ(curvePixels(picture, QRect(0, 640, 1000, 60)), 0);
     EXPECT_GT(curveRow(picture, kFrequencyArea, 895), 550);
@@ -191,10 +195,36 @@ TEST(Plot, ofSilenceHasALineAtZeroAndNoGain) {
     EXPECT_EQ(curvePixels(picture, kFrequencyArea), 0);
 }
 
+/// The middle of the rows of the file's curve in a column; -1 where there is none.
+int fileCurveRow(const QImage& picture, int column) {
+    int sum = 0;
+    int count = 0;
+    for (int row = kFrequencyArea.top(); row <= kFrequencyArea.bottom(); ++row) {
+        const QRgb pixel = picture.pixel(column, row);
+        if (qRed(pixel) - qBlue(pixel) > 60) {
+            sum += row;
+            ++count;
+        }
+    }
+    return count == 0 ? -1 : sum / count;
+}
+
+TEST(Plot, drawsTheWholeFileBesideItAtTheSameLevel) {
+    WaveFacts wave{.levels = impulse(0.5), .level = -6.02};
+    EXPECT_EQ(fileCurveRow(plotWave("a.wav", wave), 500), -1);
+    // Much quieter, and nothing is left at 24000 Hz.
+    wave.whole = RecordingFacts{.rate = 48000, .second = {0.01, 0.01}};
+    const QImage picture = plotWave("a.wav", wave);
+    EXPECT_NEAR(curveRow(picture, kFrequencyArea, 960), 410, 1);     // -6.02 dB, 0 dB is the top
+    EXPECT_NEAR(fileCurveRow(picture, 882), 410 + 4.167 * 1.8, 2);   // at 10 kHz it is 2.0 dB less, 0.2 above its mean
+    EXPECT_NEAR(fileCurveRow(picture, 966), 410 + 4.167 * 10.3, 3);  // at 19.4 kHz
+    EXPECT_EQ(curvePixels(picture, QRect(700, 360, 150, 22)) > 50, true) << "it is named";
+}
+
 TEST(Plot, differsFromAnotherOnlyWhereTheCurvesDo) {
-    PointLevels levels = impulse(0.5F);
+    PointLevels levels = impulse(0.5);
     const QImage one = plotPoints("a.wav", levels);
-    levels[0] = -0.5F;
+    levels[0] = -0.5;
     const QImage other = plotPoints("a.wav", levels);
     QRect changed;
     for (int column = 0; column < 1000; ++column) {
@@ -218,7 +248,7 @@ TEST(Plot, keepsALongTitleInItsLine) {
 TEST(SavedPicture, isAPngThatReplacesWhatWasThere) {
     const SampleDir dir;
     const QString path = dir.write("x.png", FileBytes(500000));
-    EXPECT_EQ(savePicture(plotPoints("a.wav", impulse(1.0F)), path.toUtf8()), "");
+    EXPECT_EQ(savePicture(plotPoints("a.wav", impulse(1.0)), path.toUtf8()), "");
     EXPECT_EQ(QImage(path, "PNG").size(), QSize(1000, 700));
     EXPECT_LT(QFileInfo(path).size(), 200000);
 }

@@ -71,6 +71,10 @@ TEST_F(Program, goesOnBehindARefusedFileAndEndsWith1) {
               "  channels: 1\n"
               "  frames:   512 in the file, 512 used\n"
               "  peak:     -17.50 dBFS (0.133331 of full scale)\n"
+              "  level:    14.12 dB of a unit pulse\n"
+              "  onset:    0.00 ms\n"
+              "  energy:   100.0 % kept\n"
+              "  response: up to 0.00 dB off the file's, at 8000 Hz\n"
               "a.mp3: refused: its name ends neither in \".wav\" nor in \".amp\"\n"
               "\n"
               "1 of 3 will be taken\n");
@@ -105,6 +109,16 @@ TEST_F(Program, givesJsonWithoutASummary) {
         "\\\".amp\\\"\"}\n");
 }
 
+TEST_F(Program, givesAnObjectOfTheSetWhenAsked) {
+    process.setWorkingDirectory(dir.path("."));
+    wave("a.wav");
+    wave("b.wav");
+    const Outcome result = run({"--json", "--set", "a.wav", "b.wav"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(std::ranges::count(result.out, '\n'), 3);
+    EXPECT_NE(result.out.find("\n{\"set\":{\"accepted\":2,\"files\":2,"), std::string::npos) << result.out;
+}
+
 TEST_F(Program, readsNamesThatAreNotAsciiInAnyLocale) {
     const Outcome result =
         run({wave(QString::fromUtf8("\xC3\x9C"
@@ -125,7 +139,8 @@ TEST_F(Program, letsNoControlThroughToTheTerminal) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "\\x1b[31m\\x0a.amp: refused: it cannot be opened: No such file or directory\n");
     EXPECT_EQ(run({"--\x1B[31m"}).err,
-              "kelvo-check: Unknown option '\\x1b[31m'.\nusage: kelvo-check [--json] [--plot OUT.png] FILE...\n"
+              "kelvo-check: Unknown option '\\x1b[31m'.\nusage: kelvo-check [--json [--set] | --plot OUT.png | "
+              "--prepare DIR] FILE...\n"
               "Try 'kelvo-check --help'.\n");
 }
 
@@ -141,8 +156,9 @@ TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
         EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
         EXPECT_EQ(result.out, "");
         EXPECT_TRUE(result.err.starts_with("kelvo-check: ")) << result.err;
-        EXPECT_TRUE(result.err.ends_with(
-            ".\nusage: kelvo-check [--json] [--plot OUT.png] FILE...\nTry 'kelvo-check --help'.\n"))
+        EXPECT_TRUE(
+            result.err.ends_with(".\nusage: kelvo-check [--json [--set] | --plot OUT.png | --prepare DIR] FILE...\nTry "
+                                 "'kelvo-check --help'.\n"))
             << result.err;
     }
     EXPECT_FALSE(QFileInfo::exists(picture));
@@ -151,8 +167,10 @@ TEST_F(Program, wronglyUsed_endsWith2AndSaysWhyOnStandardError) {
 TEST_F(Program, showsItsHelpAndItsVersion) {
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_TRUE(help.out.starts_with("usage: kelvo-check [--json] [--plot OUT.png] FILE...\n")) << help.out;
-    for (const char* const option : {"  --json  ", "  --plot OUT.png  ", "  -h, --help  ", "  -v, --version  "}) {
+    EXPECT_TRUE(help.out.starts_with("usage: kelvo-check [--json [--set] | --plot OUT.png | --prepare DIR] FILE...\n"))
+        << help.out;
+    for (const char* const option : {"  --json  ", "  --set  ", "  --plot OUT.png  ", "  --prepare DIR  ",
+                                     "  -h, --help  ", "  -v, --version  "}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
     EXPECT_EQ(help.err, "");

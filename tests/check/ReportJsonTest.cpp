@@ -17,16 +17,17 @@ TEST(ReportJson, ofAWaveGivesItsFacts) {
     report.wave = {.format = WAVE_FORMAT{.channels = 2, .sampleRate = 48000, .bitsPerSample = 24},
                    .framesInFile = 700,
                    .framesUsed = 560,
-                   .peak = 0.5F};
+                   .peak = 0.5};
     EXPECT_EQ(reportJson(report).toStdString(),
               "{\"accepted\":true,\"bits\":24,\"channels\":2,\"file\":\"a.wav\",\"framesInFile\":700,"
               "\"framesUsed\":560,\"kind\":\"impulse response\",\"name\":\"CAB\",\"nameBytes\":\"434142\","
-              "\"notes\":[\"one thing\",\"another\"],\"peak\":0.5,\"rate\":48000}\n");
+              "\"notes\":[\"one thing\",\"another\"],\"peak\":0.5,\"rate\":48000,\"sentName\":\"CAB\"}\n");
     report.wave->format.reset();
     report.notes.clear();
     EXPECT_EQ(reportJson(report).toStdString(),
               "{\"accepted\":true,\"file\":\"a.wav\",\"framesInFile\":700,\"framesUsed\":560,"
-              "\"kind\":\"impulse response\",\"name\":\"CAB\",\"nameBytes\":\"434142\",\"notes\":[],\"peak\":0.5}\n");
+              "\"kind\":\"impulse "
+              "response\",\"name\":\"CAB\",\"nameBytes\":\"434142\",\"notes\":[],\"peak\":0.5,\"sentName\":\"CAB\"}\n");
 }
 
 TEST(ReportJson, ofAnAmpGivesItsWordsAndItsChecksum) {
@@ -34,9 +35,20 @@ TEST(ReportJson, ofAnAmpGivesItsWordsAndItsChecksum) {
     report.amp = {.words = 512, .checksum = 0xFFFFFFFF};
     EXPECT_EQ(reportJson(report).toStdString(),
               "{\"accepted\":true,\"checksum\":4294967295,\"file\":\"a.amp\",\"kind\":\"amp model\",\"name\":\"Lead\","
-              "\"nameBytes\":\"4c656164\",\"notes\":[],\"words\":512}\n");
+              "\"nameBytes\":\"4c656164\",\"notes\":[],\"sentName\":\"Lead\",\"words\":512}\n");
     report.amp->checksum.reset();
     EXPECT_EQ(reportJson(report).indexOf("checksum"), -1);
+}
+
+TEST(ReportJson, givesTheFiguresOfTheSoundInHundredths) {
+    FileReport report{.path = "a.wav", .name = "\xFF"};
+    report.wave = {.level = -3.14159, .whole = RecordingFacts{.onset = 0.126, .energy = 0.98765}};
+    report.wave->deviation = Deviation{-1.256, 6642};
+    EXPECT_EQ(reportJson(report).toStdString(),
+              "{\"accepted\":true,\"deviation\":{\"db\":-1.26,\"hz\":6642},\"energy\":98.77,\"file\":\"a.wav\","
+              "\"framesInFile\":0,\"framesUsed\":0,\"kind\":\"impulse response\",\"level\":-3.14,"
+              "\"name\":\"\\ufffd\",\"nameBytes\":\"ff\",\"notes\":[],\"onset\":0.13,\"peak\":0,"
+              "\"sentName\":\"\\\\xff\"}\n");
 }
 
 TEST(ReportJson, isAsciiOnOneLineWhateverTheNameIs) {

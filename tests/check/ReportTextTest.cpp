@@ -5,7 +5,7 @@
 namespace kelvo {
 namespace {
 
-FileReport wave(const WAVE_FORMAT& format, float peak) {
+FileReport wave(const WAVE_FORMAT& format, double peak) {
     FileReport report{.path = "a.wav", .name = "CAB"};
     report.wave = {.format = format, .framesInFile = 700, .framesUsed = 560, .peak = peak};
     return report;
@@ -23,7 +23,7 @@ TEST(ReportText, ofARefusalIsOneLine) {
 }
 
 TEST(ReportText, ofAWave) {
-    EXPECT_EQ(reportText(wave({.channels = 1, .sampleRate = 48000, .bitsPerSample = 16}, 0.5F)).toStdString(),
+    EXPECT_EQ(reportText(wave({.channels = 1, .sampleRate = 48000, .bitsPerSample = 16}, 0.5)).toStdString(),
               "a.wav: accepted\n"
               "  kind:     impulse response, for a CAB slot\n"
               "  name:     \"CAB\"\n"
@@ -36,7 +36,7 @@ TEST(ReportText, ofAWave) {
 
 TEST(ReportText, ofThePedalsOwnFormatHasNoLinesForAHeader) {
     FileReport report{.path = "a.wav"};
-    report.wave = {.framesInFile = 512, .framesUsed = 512, .peak = 1.0F};
+    report.wave = {.framesInFile = 512, .framesUsed = 512, .peak = 1.0};
     EXPECT_EQ(reportText(report).toStdString(),
               "a.wav: accepted\n"
               "  kind:     impulse response in the pedal's own format, for a CAB slot\n"
@@ -71,10 +71,10 @@ TEST(ReportText, tellsFloatsFromIntegersAndWhichChannelIsUsed) {
 }
 
 TEST(ReportText, givesThePeakInHundredthsOfADecibelAndNoMinusBeforeZero) {
-    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.0F), "peak:"), "  peak:     none");
-    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.99999988F), "peak:"),
+    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.0), "peak:"), "  peak:     none");
+    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.99999988), "peak:"),
               "  peak:     0.00 dBFS (1.000000 of full scale)");
-    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.00000011920929F), "peak:"),
+    EXPECT_EQ(line(wave({.channels = 1, .sampleRate = 44100, .bitsPerSample = 24}, 0.00000011920929), "peak:"),
               "  peak:     -138.47 dBFS (0.000000 of full scale)");
 }
 
@@ -93,10 +93,18 @@ TEST(ReportText, letsNoControlOfAFilesNameThrough) {
     EXPECT_EQ(line(report, "name:"), "  name:     \"\\x1b[2J%1\\xff\"");
 }
 
-TEST(SummaryText, countsAndHasTheLinesForSoxAsTheyAre) {
-    EXPECT_EQ(summaryText(41, 43, {"sox 'a.wav'", "sox 'b.wav'"}).toStdString(),
-              "\n41 of 43 will be taken\nsox 'a.wav'\nsox 'b.wav'\n");
-    EXPECT_EQ(summaryText(2, 2, {}).toStdString(), "\n2 of 2 will be taken\n");
+TEST(ReportText, givesTheFiguresOfTheSound) {
+    FileReport report = wave({.channels = 1, .sampleRate = 48000, .bitsPerSample = 24}, 0.5);
+    report.wave->level = -0.001;
+    report.wave->whole = RecordingFacts{.onset = 0.126, .energy = 0.98765};
+    report.wave->deviation = Deviation{-1.256, 6642};
+    EXPECT_TRUE(
+        reportText(report).endsWith("  peak:     -6.02 dBFS (0.500000 of full scale)\n"
+                                    "  level:    0.00 dB of a unit pulse\n"
+                                    "  onset:    0.13 ms\n"
+                                    "  energy:   98.8 % kept\n"
+                                    "  response: up to 1.26 dB off the file's, at 6642 Hz\n"))
+        << reportText(report).toStdString();
 }
 
 }  // namespace

@@ -15,10 +15,10 @@
 namespace kelvo {
 namespace {
 
-using Step = ReadFailure::Step;
-
 class Judge : public testing::Test {
 protected:
+    using Step = ReadFailure::Step;
+
     void SetUp() override {
         readHook = [this](int fd, void* buffer, std::size_t size, off_t offset) {
             bytesRead += size;
