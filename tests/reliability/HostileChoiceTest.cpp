@@ -109,7 +109,7 @@ TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
     sparse("4.wav", waveOf(4), 0xF0000000);
     const std::size_t peak = peakMemory();
     app_.importIR(3, first);
-    const auto& next = *app_.controller.window().findChild<QPushButton*>("nextIR");
+    auto& next = *app_.controller.window().findChild<QPushButton*>("nextIR");
     ASSERT_TRUE(serveUntil([&] { return next.accessibleDescription().startsWith("Imports 2.wav"); }));
     click(next);
     ASSERT_TRUE(serveUntil([&] { return app_.pedal.memory().cab[3].name == "3"; }, std::chrono::seconds(60)));
