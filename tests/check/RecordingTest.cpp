@@ -123,6 +123,15 @@ TEST(RecordingFacts, takeATenthOfThePeakForTheOnset) {
     EXPECT_EQ(factsOfFile(wave.bytes())->onset, 1.0);
 }
 
+TEST(RecordingFacts, countJustATenthAsTheOnset) {
+    WaveFile wave{.sampleRate = 48000};
+    for (const std::uint32_t sample : {999U, 1000U, 10000U}) {
+        wave.data.resize(wave.data.size() + 2 * 47);
+        append(wave.data, sample, 2);
+    }
+    EXPECT_NEAR(factsOfFile(wave.bytes())->onset, 95 / 48.0, 1e-9);
+}
+
 TEST(RecordingFacts, foldALongRecordingIntoASecond) {
     WaveFile wave{.data = FileBytes(2 * (2 * 44100 + 10))};
     for (const std::size_t frame : {5U, 44105U, 88205U}) {
