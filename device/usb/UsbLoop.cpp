@@ -24,7 +24,7 @@ using Clock = UsbCable::Clock;
 timespec timeUntil(Clock::time_point due) {
     const std::chrono::nanoseconds left = std::max<Clock::duration>(due - Clock::now(), {});
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-    return {seconds.count(), (left - seconds).count()};
+    return {.tv_sec = static_cast<time_t>(seconds.count()), .tv_nsec = static_cast<long>((left - seconds).count())};
 }
 
 constexpr std::size_t kLongestCommand = 256;

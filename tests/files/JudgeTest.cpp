@@ -22,7 +22,7 @@ protected:
     void SetUp() override {
         readHook = [this](int fd, void* buffer, std::size_t size, off_t offset) {
             bytesRead += size;
-            return __real_pread(fd, buffer, size, offset);
+            return __real_pread64(fd, buffer, size, offset);
         };
     }
     void TearDown() override { readHook = nullptr; }
@@ -113,7 +113,7 @@ TEST_F(Judge, refusesAFileThatGetsShorterOrFailsAtAnyRead) {
             readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
                 // An old EINTR means nothing at the end of a file.
                 errno = error == 0 ? EINTR : error;
-                return ++reads == failing ? ssize_t{error == 0 ? 0 : -1} : __real_pread(fd, buffer, size, offset);
+                return ++reads == failing ? ssize_t{error == 0 ? 0 : -1} : __real_pread64(fd, buffer, size, offset);
             };
             const IRVerdict verdict = judgeIRFile(path);
             EXPECT_FALSE(verdict.isAccepted()) << failing;
@@ -133,7 +133,7 @@ TEST_F(Judge, stopsAtTheNextReadAfterAStopRequest) {
         if (++reads == 2) {
             stop.request_stop();
         }
-        return __real_pread(fd, buffer, size, offset);
+        return __real_pread64(fd, buffer, size, offset);
     };
     FileBytes noChunks = WaveFile{}.bytes();
     noChunks.resize(12);

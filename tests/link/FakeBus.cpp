@@ -103,7 +103,7 @@ gboolean NodeScript::onRead(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpo
 
 FakeBus::FakeBus() : testbed_(umockdev_testbed_new()) {
     // Its own and GLib's thread open descriptors while they start, and end the process when there is none.
-    waitUntilThreadsAreIn(SYS_poll, 2);
+    waitUntilThreadsAreIn(SYS_ppoll, 2);
 }
 
 FakeBus::~FakeBus() {

@@ -121,7 +121,7 @@ TEST(HidrawManagerAccess, aPlainFileInPlaceOfTheNode_isNoDeviceAndLeftAlone) {
     }
 }
 
-TEST(RuleFile, givesTheSeatsUserAccessByTheIdsInLowerCase) {
+TEST(RuleFile, givesTheSeatsUserAccessByAllThreeIdsInLowerCase) {
     std::ifstream file(KELVO_RULES);
     std::string rules;
     for (std::string line; std::getline(file, line);) {
@@ -131,7 +131,7 @@ TEST(RuleFile, givesTheSeatsUserAccessByTheIdsInLowerCase) {
     }
     EXPECT_EQ(rules,
               "SUBSYSTEM==\"hidraw\", KERNEL==\"hidraw*\", ATTRS{idVendor}==\"0483\", ATTRS{idProduct}==\"5703\", "
-              "TAG+=\"uaccess\"\n");
+              "ATTRS{bcdDevice}==\"00c8\", TAG+=\"uaccess\"\n");
 }
 
 TEST(RuleFile, hasTheNameThatTheLogNamesAndSortsBeforeTheSeatRules) {

@@ -32,7 +32,7 @@ public:
     void start(std::function<void()> prepare = {});
     /// Waits until the thread, if it runs, sleeps because there is nothing to do; in poll(2), as long as it has
     /// something to watch.
-    void waitUntilIdle(long systemCall = SYS_poll) const;
+    void waitUntilIdle(long systemCall = SYS_ppoll) const;
     /// Sends the thread a signal; returns when its handler has run.
     void interrupt() const;
     /// Waits for the thread's end. Somebody must have stopped the manager.

@@ -16,11 +16,15 @@
 namespace kelvo {
 
 /// The system call that `thread` of this process sleeps in (SYS_...), -1 when it runs. Which of the two calls a library
-/// polls with depends on its version; both are given as SYS_poll.
+/// polls with depends on its version, and some processors have one only; both are given as SYS_ppoll.
 inline long systemCallOf(const std::string& thread) {
     long current = -1;
     std::ifstream("/proc/self/task/" + thread + "/syscall") >> current;
-    return current == SYS_ppoll ? SYS_poll : current;
+#ifdef SYS_poll
+    return current == SYS_poll ? SYS_ppoll : current;
+#else
+    return current;
+#endif
 }
 
 /// Waits for something that has no event, since the kernel only tells when asked.

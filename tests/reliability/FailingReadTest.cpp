@@ -22,19 +22,19 @@ std::atomic<std::size_t> failingSize = 0;
 
 }  // namespace
 
-// The linker's --wrap=pread gives these names.
-extern "C" ssize_t __real_pread(int fd, void* buffer, std::size_t size,
-                                off_t offset);  // NOLINT(bugprone-reserved-identifier)
-extern "C" ssize_t __wrap_pread(int fd, void* buffer, std::size_t size,
-                                off_t offset) {  // NOLINT(bugprone-reserved-identifier)
+// The linker's --wrap=pread64 gives these names.
+extern "C" ssize_t __real_pread64(int fd, void* buffer, std::size_t size,
+                                  off_t offset);  // NOLINT(bugprone-reserved-identifier)
+extern "C" ssize_t __wrap_pread64(int fd, void* buffer, std::size_t size,
+                                  off_t offset) {  // NOLINT(bugprone-reserved-identifier)
     if (pieceSize == 0) {
-        return __real_pread(fd, buffer, size, offset);
+        return __real_pread64(fd, buffer, size, offset);
     }
     if (++reads == failingRead) {
         errno = EIO;
         return -1;
     }
-    return __real_pread(fd, buffer, std::min<std::size_t>(size, pieceSize), offset);
+    return __real_pread64(fd, buffer, std::min<std::size_t>(size, pieceSize), offset);
 }
 
 void* operator new(std::size_t size) {
