@@ -44,8 +44,8 @@ const SlotKind kCabSlots{
     .firstNumber = 27,
     .transfer = kIRTransfer,
     .read = readIR,
-    .isAccepted =
-        [](const QUrl& url, const std::stop_token& stop) { return judgeIRFile(irPath(url), stop).isAccepted(); },
+    .isAccepted = [](const QUrl& url,
+                     const std::stop_token& stop) { return judgeIRFile(irPath(url), stop).isAccepted(); },
 };
 
 const SlotKind kAmpSlots{
@@ -55,8 +55,8 @@ const SlotKind kAmpSlots{
     .firstNumber = 56,
     .transfer = kAMPTransfer,
     .read = readAmp,
-    .isAccepted =
-        [](const QUrl& url, const std::stop_token& stop) { return judgeAmpFile(ampPath(url), stop).isAccepted(); },
+    .isAccepted = [](const QUrl& url,
+                     const std::stop_token& stop) { return judgeAmpFile(ampPath(url), stop).isAccepted(); },
 };
 
 }  // namespace kelvo

@@ -1,5 +1,5 @@
-// The utility on a virtual KR310, that drives itself: writes a picture of each step and what the pedal holds at the end.
-// With "hold" it prints the name of each picture and waits for a line before it continues.
+// The utility on a virtual KR310, that drives itself: writes a picture of each step and what the pedal holds at the
+// end. With "hold" it prints the name of each picture and waits for a line before it continues.
 
 #include <unistd.h>
 

@@ -37,8 +37,8 @@ struct TransferKind {
 extern const TransferKind kIRTransfer;
 extern const TransferKind kAMPTransfer;
 
-/// How far one transfer has come.
-struct TransferProgress {
+/// How far one transfer has come. Aligned to its size, so that clang++ keeps an atomic copy of it without a lock.
+struct alignas(8) TransferProgress {
     std::uint32_t number = 0;  ///< of the transfer; 0: none has begun
     std::int16_t row = -1;     ///< whose slot it fills; -1 for none
     /// Packets that have been acknowledged in turn. What an earlier transfer left on its way does not count.

@@ -65,7 +65,8 @@ public:
 private:
     std::atomic<std::int64_t> changedAt_ = 0;
     std::size_t changes_ = 0;
-    Host host_{{.wirePace = kReportTime, .record = true}, [this](std::string_view) { changedAt_ = kelvo::monotonicNow(); }};
+    Host host_{{.wirePace = kReportTime, .record = true},
+               [this](std::string_view) { changedAt_ = kelvo::monotonicNow(); }};
 };
 
 /// The last reports of the record, cut into packets.
