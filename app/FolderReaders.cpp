@@ -26,7 +26,7 @@ std::stop_source FolderReaders::start(const QString& folder, Read read) {
 
 void FolderReaders::runNext(const QString& folder) {
     const Order& order = orders_.at(folder).front();
-    // The thread before this one has posted its result, which was the last thing it did: nobody waits for it here.
+    // Replacing the previous thread joins it. It has posted its result, so it is ending.
     threads_[folder] =
         std::jthread([this, context = QPointer(&context_), folder, read = order.read, stop = order.stop.get_token()] {
             post(context, [this, folder, stop, result = read(stop)] { isOver(folder, stop, result); });

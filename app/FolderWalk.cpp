@@ -49,7 +49,7 @@ public:
         }
     }
     [[nodiscard]] FolderPlace place() const {
-        // A start that is gone takes no number and is nobody's neighbour.
+        // A start file that was removed has no number and is not offered as a neighbour.
         const bool isStartGone = count_ < names_.size();
         const auto isPossible = [&](const QUrl& file) {
             return !(isStartGone && file == walk_.start) && !verdicts_.isKnownToBeRefused(file);

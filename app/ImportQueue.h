@@ -31,8 +31,8 @@ public:
 /// The imports that wait until no transfer is running: sets of files and steps to neighbours, in the order in which the
 /// user asked for them. It also keeps what has become of each slot.
 ///
-/// A transfer whose acknowledgement has not come for kPatience holds up what waits, but not what the user asks for from
-/// then on: that begins at once, and what waited is dropped.
+/// After kPatience without an acknowledgement, pending imports stay pending. An import that the user requests after
+/// that starts at once and discards them.
 ///
 /// Main thread. Folders are read on other threads.
 class ImportQueue {
@@ -44,7 +44,7 @@ public:
     ImportQueue(const ImportQueue&) = delete;
     ImportQueue& operator=(const ImportQueue&) = delete;
 
-    /// The user's own choice: begins at once, whatever is running, and drops what waits.
+    /// Imports a chosen file at once, even during a transfer, and discards all pending imports.
     void importNow(SlotBank& bank, int row, const QUrl& file);
 
     /// One file for each row from this one down, in their order; files that do not fit are ignored. A file that is
@@ -55,8 +55,8 @@ public:
     /// wait, only the file where they lead is imported.
     void step(SlotBank& bank, int row, int direction);
 
-    /// The row's slot has been cleared: forgets its file, and drops what waits for it. A transfer into it that has not
-    /// sent its last packet still fills it.
+    /// The row's slot has been cleared: forgets its file and discards its pending import. A running transfer that has
+    /// not sent its last packet still fills the slot.
     void slotCleared(SlotBank& bank, int row);
 
     /// Nothing begins by itself while held.
@@ -106,7 +106,7 @@ private:
     Jobs jobs_;
     std::uint64_t jobNumber_ = 0;
     bool isHeld_ = false;
-    /// The user has asked for what waits while a transfer had no answer: it does not wait for that one.
+    /// The pending imports were requested while a transfer had no answer. They do not wait for that transfer.
     bool overtakes_ = false;
 };
 

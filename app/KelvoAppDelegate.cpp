@@ -205,7 +205,7 @@ void KelvoAppDelegate::OpenReceiveThread() {
 
 void KelvoAppDelegate::exit() {
     // A thread that the kernel holds up would keep the device's node open after the end. The HID thread closes it, and
-    // waits for nobody.
+    // never blocks.
     manager_.stop();
     hidThread_ = {};
     services_.exitProcess(0);

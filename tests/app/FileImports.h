@@ -35,6 +35,21 @@ protected:
     QString amp(const QString& name, std::uint32_t first = 1) const {
         return files_.write(name, ampFile(std::array{first}));
     }
+    static QList<QUrl> urls(const QStringList& paths) {
+        QList<QUrl> urls;
+        for (const QString& path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        return urls;
+    }
+    QList<QUrl> waves(const QStringList& names) const {
+        QStringList paths;
+        for (const QString& name : names) {
+            paths.append(wave(name + ".wav"));
+        }
+        return urls(paths);
+    }
+    QString bad(const QString& name) const { return files_.write(name, FileBytes(100, 'x')); }
     /// Whether the button's description becomes this text.
     bool says(const char* name, const QString& text) const {
         return serveUntil([&] { return button(name).accessibleDescription() == text; });

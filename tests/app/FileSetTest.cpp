@@ -21,22 +21,6 @@ class FileSet : public FileImports {
 protected:
     using FileImports::FileImports;
 
-    static QList<QUrl> urls(const QStringList& paths) {
-        QList<QUrl> urls;
-        for (const QString& path : paths) {
-            urls.append(QUrl::fromLocalFile(path));
-        }
-        return urls;
-    }
-    QList<QUrl> waves(const QStringList& names) const {
-        QStringList paths;
-        for (const QString& name : names) {
-            paths.append(wave(name + ".wav"));
-        }
-        return urls(paths);
-    }
-    QString bad(const QString& name) const { return files_.write(name, FileBytes(100, 'x')); }
-
     /// The rows that a frame in the colour of a selection goes along on the left.
     static std::vector<int> markedRows(const SlotTableView& table) {
         const QImage picture = table.viewport()->grab().toImage();
