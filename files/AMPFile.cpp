@@ -31,7 +31,7 @@ AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kAmpWordCount> words) 
     return amp;
 }
 
-bool AMPFile::load(const QString& path) {
+bool AMPFile::OpenFile(const QString& path) {
     IsFileOpenSuccess = false;
     pFileBuff = {};
     auto file = readWholeFile(path);
@@ -46,19 +46,8 @@ bool AMPFile::load(const QString& path) {
     storeName(ampName(path), CharFileName);
     pFileBuff = std::move(*file);
     IsFileOpenSuccess = true;
-    return true;
-}
-
-void AMPFile::publish() const {
     GetBuffer(AmpPiontBuff);
-}
-
-bool AMPFile::OpenFile(const QString& path) {
-    const bool isLoaded = load(path);
-    if (isLoaded) {
-        publish();
-    }
-    return isLoaded;
+    return true;
 }
 
 void AMPFile::GetBuffer(std::span<std::uint32_t, kAmpWordCount> words) const {

@@ -33,8 +33,8 @@ struct AmpLayout {
 /// and the last three, no others. Any thread.
 [[nodiscard]] AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kAmpWordCount> words);
 
-/// The model words of the last file that was published, which the AMP transfer sends. Not guarded here:
-/// the receive thread reads them while a transfer runs.
+/// The model words of the last file that AMPFile::OpenFile accepted. A transfer copies them when it begins. Not guarded:
+/// one thread imports.
 extern std::array<std::uint32_t, kAmpWordCount> AmpPiontBuff;
 
 /// One amp model file. One thread at a time.
@@ -42,14 +42,9 @@ class AMPFile {
 public:
     AMPFile() { CharFileName.fill(' '); }
 
-    /// Reads a file and fills ampSwBuffer and CharFileName. Returns false for what readWholeFile does not read, a wrong
-    /// checksum or a wrong trailer; that leaves CharFileName, but not the words of ampSwBuffer that the file holds.
-    [[nodiscard]] bool load(const QString& path);
-
-    /// Copies the words of ampSwBuffer to AmpPiontBuff. The caller guards that from other threads.
-    void publish() const;
-
-    /// Both: publishes what could be loaded.
+    /// Reads a file and fills ampSwBuffer, CharFileName and AmpPiontBuff. Returns false for what readWholeFile does not
+    /// read, a wrong checksum or a wrong trailer; that leaves CharFileName and AmpPiontBuff, but not the words of
+    /// ampSwBuffer that the file holds.
     [[nodiscard]] bool OpenFile(const QString& path);
 
     /// Copies the words of ampSwBuffer.

@@ -199,16 +199,6 @@ TEST_F(AmpReader, failureAfterASuccessClosesAndKeepsNameAndProcessWideWords) {
     EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
 }
 
-TEST_F(AmpReader, loadsAFileWithoutPublishingIt) {
-    const QString path = dir.write("Clean.amp", twoWordModel());
-    EXPECT_TRUE(file.load(path));
-    EXPECT_TRUE(ampPiontBuffIsUntouched());
-    EXPECT_EQ(file.ampSwBuffer.AmpIntBuffer[0], 0x04030201U);
-    EXPECT_STREQ(file.CharFileName.data(), "Clean");
-    file.publish();
-    EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
-}
-
 TEST_F(AmpReader, keepsTheWholeFileWhileItIsOpen) {
     ASSERT_TRUE(open(twoWordModel()));
     ASSERT_EQ(file.pFileBuff.size, 2055U);
