@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QProcess>
+#include <cstdlib>
 
 #include "AppHarness.h"
 #include "SampleFiles.h"
@@ -24,11 +24,10 @@ std::array<std::uint32_t, 512> lastSamples(const QByteArray& content) {
 
 TEST(PreparedFile, reachesThePedalSampleBySample) {
     const SampleDir dir;
-    QProcess shell;
-    shell.setWorkingDirectory(dir.path("."));
-    shell.start("sh", {"-euc", "\"$0\" --prepare even \"$1\"/*.wav | sh -eu", KELVO_CHECK, KELVO_SAMPLES});
-    ASSERT_TRUE(shell.waitForFinished(60000));
-    ASSERT_EQ(shell.exitCode(), 0) << shell.readAllStandardError().toStdString();
+    // Not by QProcess: after its fork, ThreadSanitizer misses the locks of this thread.
+    const QString line =
+        QString("cd '%1' && '%2' --prepare even '%3'/*.wav | sh -eu").arg(dir.path("."), KELVO_CHECK, KELVO_SAMPLES);
+    ASSERT_EQ(std::system(QFile::encodeName(line).constData()), 0);
     RunningApp app;
     app.start();
     int changes = 0;
