@@ -1,8 +1,11 @@
 #include "FolderWalk.h"
 
+#include <sys/stat.h>
+
 #include <QCollator>
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <algorithm>
@@ -109,21 +112,29 @@ void sortNaturally(QStringList& names) {
     std::ranges::transform(keyed, names.begin(), [](auto& entry) { return std::move(entry.second); });
 }
 
-std::optional<bool> VerdictCache::remembered(const QUrl& file, const QFileInfo& now) const {
+VerdictCache::Stamp VerdictCache::stampOf(const QUrl& file) {
+    struct stat status {};
+    if (::stat(QFile::encodeName(file.toLocalFile()).constData(), &status) != 0) {
+        return {};
+    }
+    return {status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+std::optional<bool> VerdictCache::remembered(const QUrl& file, const Stamp& now) const {
     const std::lock_guard lock(mutex_);
     const auto found = verdicts_.constFind(file);
-    if (found == verdicts_.cend() || found->size != now.size() || found->time != now.lastModified()) {
+    if (found == verdicts_.cend() || found->stamp != now) {
         return std::nullopt;
     }
     return found->isAccepted;
 }
 
 bool VerdictCache::isAccepted(const QUrl& file, const std::stop_token& stop) {
-    const QFileInfo now(file.toLocalFile());
+    const Stamp now = stampOf(file);
     if (const auto verdict = remembered(file, now)) {
         return *verdict;
     }
-    const Verdict verdict{now.size(), now.lastModified(), judge_(file, stop)};
+    const Verdict verdict{now, judge_(file, stop)};
     if (!stop.stop_requested()) {
         const std::lock_guard lock(mutex_);
         verdicts_.insert(file, verdict);
@@ -132,7 +143,7 @@ bool VerdictCache::isAccepted(const QUrl& file, const std::stop_token& stop) {
 }
 
 bool VerdictCache::isKnownToBeRefused(const QUrl& file) const {
-    return remembered(file, QFileInfo(file.toLocalFile())) == false;
+    return remembered(file, stampOf(file)) == false;
 }
 
 FolderPlace walkFolder(const FolderWalk& walk, VerdictCache& verdicts, const std::stop_token& stop) {

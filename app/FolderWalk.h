@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QDateTime>
-#include <QFileInfo>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -30,12 +28,19 @@ public:
     [[nodiscard]] bool isKnownToBeRefused(const QUrl& file) const;
 
 private:
+    /// What a file has when its content has not changed.
+    struct Stamp {
+        qint64 size = -1;
+        qint64 seconds = 0;
+        qint64 nanoseconds = 0;
+        bool operator==(const Stamp&) const = default;
+    };
     struct Verdict {
-        qint64 size;
-        QDateTime time;
+        Stamp stamp;
         bool isAccepted;
     };
-    [[nodiscard]] std::optional<bool> remembered(const QUrl& file, const QFileInfo& now) const;
+    [[nodiscard]] static Stamp stampOf(const QUrl& file);
+    [[nodiscard]] std::optional<bool> remembered(const QUrl& file, const Stamp& now) const;
 
     Judge judge_;
     mutable std::mutex mutex_;

@@ -104,7 +104,7 @@ TEST_F(HostileChoice, filesOf4GiBAndMoreAreRefusedUnread) {
 TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
     const QString first = files_.write("1.wav", waveOf(1));
     // Without chunks, so that it must be looked through to its end.
-    sparse("2.wav", {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E'}, 512 << 20);
+    sparse("2.wav", {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E'}, 80 << 20);
     files_.write("3.wav", waveOf(3));
     sparse("4.wav", waveOf(4), 0xF0000000);
     const std::size_t peak = peakMemory();
