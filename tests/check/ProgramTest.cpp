@@ -214,10 +214,12 @@ TEST_F(Program, leavesThePictureThatWasThereOnAFullDisk) {
     dir.write("x.png", FileBytes{1, 2, 3});
     const QString line = QString("trap '' XFSZ; ulimit -f 1; exec %1 --plot x.png a.wav").arg(KELVO_CHECK);
     wave();
+    process.setReadChannel(QProcess::StandardError);
     process.start("sh", {"-c", line});
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 2);
-    EXPECT_EQ(process.readAllStandardError().toStdString(), "kelvo-check: x.png cannot be written: File too large\n");
+    // A build that counts lines complains after this line that it cannot write its counts either.
+    EXPECT_EQ(process.readLine().toStdString(), "kelvo-check: x.png cannot be written: File too large\n");
     EXPECT_EQ(QFileInfo(dir.path("x.png")).size(), 3);
     EXPECT_EQ(QDir(dir.path(".")).entryList(QDir::Files), (QStringList{"a.wav", "x.png"}));
 }
