@@ -17,7 +17,7 @@ FolderReaders::~FolderReaders() {
 std::stop_source FolderReaders::start(const QString& folder, Read read) {
     std::deque<Order>& orders = orders_[folder];
     orders.push_back({{}, std::move(read)});
-    const std::stop_source stop = orders.back().stop;
+    std::stop_source stop = orders.back().stop;
     if (orders.size() == 1) {
         runNext(folder);
     }

@@ -143,7 +143,7 @@ void ImportQueue::startNext() {
     showWaiting();
 }
 
-void ImportQueue::startStep(Jobs::iterator job) {
+void ImportQueue::startStep(const Jobs::iterator& job) {
     const Job step = *job;
     jobs_.erase(job);
     if (target_.importFile(*step.bank, step.rows.first(), step.wanted->file)) {
@@ -152,7 +152,7 @@ void ImportQueue::startStep(Jobs::iterator job) {
     }
 }
 
-void ImportQueue::startFromSet(Jobs::iterator job) {
+void ImportQueue::startFromSet(const Jobs::iterator& job) {
     const QUrl file = job->files.takeFirst();
     const int row = job->rows.first();
     SlotBank& bank = *job->bank;

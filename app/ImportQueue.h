@@ -92,8 +92,8 @@ private:
     void makeWayForTheUser();
     void takeOut(SlotBank& bank, int row);
     void startNext();
-    void startStep(Jobs::iterator job);
-    void startFromSet(Jobs::iterator job);
+    void startStep(const Jobs::iterator& job);
+    void startFromSet(const Jobs::iterator& job);
     void readPlace(SlotBank& bank, int row);
     void lookUpSteps();
     void lookUp(Job& job);
