@@ -14,24 +14,28 @@ bool SlotBank::isRunning() const {
     return now.number != 0 && now.acknowledged < kind.transfer.namePhase;
 }
 
+SlotState SlotBank::result(const TransferProgress& over) const {
+    return over.acknowledged == kind.transfer.namePhase && !over.isSpoiled ? SlotState::Sent : SlotState::CutOff;
+}
+
 int SlotBank::keepResult() {
     const TransferProgress now = progress;
     if (now.row < 0 || std::exchange(keptTransfer, now.number) == now.number) {
         return -1;
     }
-    const bool isWhole = !isRunning() && !now.isSpoiled;
-    slot(now.row).result = isWhole ? SlotState::Sent : SlotState::CutOff;
+    slot(now.row).result = result(now);
     return now.row;
 }
 
 SlotState SlotBank::state(int row) const {
     const TransferProgress now = progress;
-    if (isRunning() && now.row == row) {
-        return now.isSpoiled || isGivenUp ? SlotState::CutOff
-               : patience.isActive()      ? SlotState::Running
-                                          : SlotState::NotAnswering;
+    if (now.row != row || now.number == keptTransfer) {
+        return slot(row).isWaiting ? SlotState::Waiting : slot(row).result;
     }
-    return slot(row).isWaiting ? SlotState::Waiting : slot(row).result;
+    if (now.acknowledged == kind.transfer.namePhase || now.isSpoiled || isGivenUp) {
+        return result(now);
+    }
+    return patience.isActive() ? SlotState::Running : SlotState::NotAnswering;
 }
 
 }  // namespace kelvo

@@ -54,8 +54,9 @@ struct SlotBank {
 
     /// Whether a transfer has begun and not ended.
     [[nodiscard]] bool isRunning() const;
-    /// Keeps, once for each transfer, what it has left in its slot: of one that has not ended it is cut off. Returns
-    /// the row; -1 where there is nothing to keep.
+    /// What a transfer leaves in its slot; one that has not ended is cut off.
+    [[nodiscard]] SlotState result(const TransferProgress& over) const;
+    /// Keeps, once for each transfer, its result for its slot. Returns the row; -1 where there is nothing to keep.
     int keepResult();
     /// What the window shows of a row.
     [[nodiscard]] SlotState state(int row) const;

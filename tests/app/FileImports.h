@@ -87,10 +87,14 @@ protected:
         return serveUntil([&] { return app_.pedal.memory().cab[static_cast<std::size_t>(row)].name == name; });
     }
 
-    void acknowledge(std::initializer_list<std::uint8_t> phases, std::uint8_t command = 0xE1) {
+    /// Acknowledgements that only the receive thread has handled yet.
+    void receive(std::initializer_list<std::uint8_t> phases, std::uint8_t command = 0xE1) {
         for (const std::uint8_t phase : phases) {
             app_.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, command, phase});
         }
+    }
+    void acknowledge(std::initializer_list<std::uint8_t> phases, std::uint8_t command = 0xE1) {
+        receive(phases, command);
         QCoreApplication::processEvents();
     }
     std::string sending() const { return app_.controller.transferState().SendIRFileName.data(); }

@@ -22,9 +22,8 @@ using RowTransfer = FileImports;
 
 TEST_F(RowTransfer, ofACab_isSentWhenItsFourPacketsAreAcknowledged) {
     app_.importIR(3, wave("a.wav"));
-    EXPECT_EQ(state(cab_, 3), SlotState::Running);
-    ASSERT_TRUE(serveUntil([&] { return state(cab_, 3) == SlotState::Sent; }));
-    EXPECT_NE(cab_.findChild<QVariantAnimation*>(), nullptr);
+    ASSERT_TRUE(serveUntil([&] { return cab_.findChild<QVariantAnimation*>() != nullptr; }));
+    EXPECT_EQ(state(cab_, 3), SlotState::Sent);
     EXPECT_THAT(rowsThatAre(SlotState::Idle, cab_), ElementsAre(0, 1, 2, 4, 5, 6, 7, 8, 9));
     EXPECT_EQ(rowsThatAre(SlotState::Idle, amp_).size(), 10U);
 }
@@ -110,6 +109,19 @@ TEST_F(HandFedTransfer, whosePacketsComeOutOfTurn_isCutOff) {
     EXPECT_EQ(state(cab_, 4), SlotState::CutOff);
     acknowledge({1, 2, 3, 4});
     EXPECT_EQ(state(cab_, 4), SlotState::CutOff);
+}
+
+TEST_F(HandFedTransfer, whoseEndTheWindowHasNotHandled_isNotShownAsTheOneBefore) {
+    app_.importIR(3, wave("a.wav"));
+    acknowledge({1, 2, 3, 4});
+    app_.importIR(3, wave("b.wav"));
+    receive({3, 1, 2, 3, 4});
+    EXPECT_EQ(state(cab_, 3), SlotState::CutOff);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(state(cab_, 3), SlotState::CutOff);
+    app_.importIR(3, wave("c.wav"));
+    receive({1, 2, 3, 4});
+    EXPECT_EQ(state(cab_, 3), SlotState::Sent);
 }
 
 TEST_F(HandFedTransfer, ofACab_goesOnWhereTheLastAmpPacketZeroesItsPhase) {

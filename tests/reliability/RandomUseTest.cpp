@@ -72,26 +72,32 @@ public:
         }));
     }
 
-    void expectTheTruth() {
+    /// What the window shows and the pedal does not hold. A row that is still changing may be among it.
+    QStringList lies() {
         const Kr310Memory memory = app_.pedal.memory();
-        expectTheTruth(app_.controller.ImportIRTableV(), memory.cab);
-        expectTheTruth(app_.controller.ImportCabTableV(), memory.amp);
+        return lies(app_.controller.ImportIRTableV(), memory.cab) + lies(app_.controller.ImportCabTableV(), memory.amp);
     }
 
-    void expectTheTruth(const SlotTableView& table, const std::array<Kr310Slot, kSlotCount>& held) {
+    static QStringList lies(const SlotTableView& table, const std::array<Kr310Slot, kSlotCount>& held) {
+        QStringList lies;
         for (int row = 0; row < kTableRows; ++row) {
             const QModelIndex cell = table.model()->index(row, 0);
             const SlotLabel label = splitLabel(cell.data().toString());
-            const Kr310Slot& slot = held.at(static_cast<std::size_t>(row));
+            const auto name = QString::fromStdString(held.at(static_cast<std::size_t>(row)).name);
             const auto state = cell.data(SlotTableModel::kStateRole).value<SlotState>();
-            if (state == SlotState::Sent) {
-                EXPECT_EQ(label.name.toStdString(), slot.name) << "row " << row << " is said to be sent";
-                ++sent;
+            const bool isSent = state == SlotState::Sent;
+            const bool isEmpty =
+                label.number + label.name == cell.data().toString() && !label.number.endsWith(QLatin1Char('.'));
+            if ((isSent && label.name != name) || (isEmpty && !name.isEmpty())) {
+                lies.append(QString("row %1 shows %2, sent %3, and holds %4")
+                                .arg(row)
+                                .arg(cell.data().toString())
+                                .arg(isSent)
+                                .arg(name));
             }
-            if (label.number + label.name == cell.data().toString() && !label.number.endsWith(QLatin1Char('.'))) {
-                EXPECT_EQ(slot.name, "") << "row " << row << " is said to be empty";
-            }
+            sent += isSent ? 1 : 0;
         }
+        return lies;
     }
 
     /// Rows that were found to be sent whole.
@@ -125,7 +131,8 @@ TEST_P(RandomUses, neverShowWhatThePedalDoesNotHold) {
             static_cast<void>(serveUntil([] { return false; }, std::chrono::milliseconds(10)));
         }
         use.settle();
-        use.expectTheTruth();
+        // On a busy machine 60 quiet milliseconds are not the end: what is true in the end is.
+        EXPECT_TRUE(serveUntil([&] { return use.lies().isEmpty(); })) << use.lies().join("\n").toStdString();
     }
     EXPECT_GT(RandomUse::sent, 0);
 }
