@@ -13,13 +13,11 @@
 namespace kelvo {
 namespace {
 
-/// Bytes of one slot's name in a list from the device.
-constexpr std::size_t kFieldSize = 10;
 /// The progress that means: all data has been sent.
 constexpr double kFullProgress = 199.0;
 
 std::span<const std::uint8_t> nameField(FrameView frame, int slot) {
-    return frame.subspan(kDataOffset + kFieldSize * static_cast<std::size_t>(slot), kFieldSize);
+    return frame.subspan(kDataOffset + kNameLength * static_cast<std::size_t>(slot), kNameLength);
 }
 
 /// A character of an AMP name. What the device means by bytes beyond ASCII is not known; a name of them must not look

@@ -11,7 +11,7 @@ namespace kelvo {
 namespace {
 
 /// `name` up to its NUL, at most all but its last byte, then zeros.
-NameBuffer terminatedName(const CharName& name) {
+NameBuffer terminatedName(const NameBuffer& name) {
     NameBuffer result{};
     std::copy(name.begin(), std::find(name.begin(), name.end() - 1, '\0'), result.begin());
     return result;

@@ -38,7 +38,7 @@ bool isOfferedForASlot(const QUrl& url) {
 }
 
 void setName(FileReport& report, const QString& whole) {
-    CharName name;
+    NameBuffer name;
     storeName(whole, name);
     report.name = name.data();
     report.notes = nameNotes(report.name, whole.toUtf8());
@@ -65,7 +65,7 @@ void compareWithWhole(WaveFacts& facts, FileView file, const WaveLayout& wave) {
 }
 
 void checkInternal(FileReport& report, FileView file) {
-    std::array<std::uint32_t, kIRPointCount> points{};
+    std::array<std::uint32_t, kPointCount> points{};
     WaveFacts& facts = report.wave.emplace();
     facts.framesUsed = facts.framesInFile = unpackInternal(file.part(kInternalSamples, kMostSampleBytes), points);
     setPoints(facts, points);
@@ -77,7 +77,7 @@ void checkInternal(FileReport& report, FileView file) {
 
 void checkWave(FileReport& report, FileView file, const WaveLayout& wave, const QString& path) {
     const WAVE_FORMAT& format = wave.fmt_block.format;
-    std::array<std::uint32_t, kIRPointCount> points{};
+    std::array<std::uint32_t, kPointCount> points{};
     WaveFacts& facts = report.wave.emplace();
     const std::size_t frameSize = std::size_t{format.bitsPerSample} / 8 * format.channels;
     facts.format = format;

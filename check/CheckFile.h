@@ -16,7 +16,7 @@
 namespace kelvo {
 
 /// The levels of the points that the pedal gets, as fractions of full scale: -1.0 to below 1.0.
-using PointLevels = std::array<double, kIRPointCount>;
+using PointLevels = std::array<double, kPointCount>;
 
 /// What becomes of an impulse response that is accepted.
 struct WaveFacts {

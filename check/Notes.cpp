@@ -84,7 +84,7 @@ QStringList soundNotes(const WaveFacts& facts) {
          QStringLiteral("only %1 % of its energy lies within the %2 points; a shorter response, or one without silence "
                         "before its sound, keeps more")
              .arg(100.0 * facts.whole->energy, 0, 'f', 1)
-             .arg(kIRPointCount)},
+             .arg(kPointCount)},
         {facts.whole->onset > kHeardOnset,
          QStringLiteral("its sound begins after %1 ms, which the pedal plays as a delay; a copy by --prepare has none")
              .arg(facts.whole->onset, 0, 'f', 1)},
@@ -160,9 +160,9 @@ QStringList waveNotes(FileView file, const WaveLayout& wave, const WaveFacts& fa
 
 QStringList internalNotes(const WaveFacts& facts) {
     return thoseThatApply({
-        {facts.framesUsed < kIRPointCount, QStringLiteral("%1 of its %2 points are missing and count as silence")
-                                               .arg(kIRPointCount - facts.framesUsed)
-                                               .arg(kIRPointCount)},
+        {facts.framesUsed < kPointCount, QStringLiteral("%1 of its %2 points are missing and count as silence")
+                                             .arg(kPointCount - facts.framesUsed)
+                                             .arg(kPointCount)},
         {facts.peak == 0.0, QStringLiteral("all its points are zero")},
     });
 }
@@ -170,9 +170,9 @@ QStringList internalNotes(const WaveFacts& facts) {
 QStringList ampNotes(const AmpLayout& amp) {
     return thoseThatApply({
         {!amp.checksum, QStringLiteral("it ends before its checksum and is accepted because its words add up to 0")},
-        {amp.words < kAmpWordCount, QStringLiteral("%1 of the %2 words are missing and are sent as 0")
-                                        .arg(kAmpWordCount - amp.words)
-                                        .arg(kAmpWordCount)},
+        {amp.words < kPointCount, QStringLiteral("%1 of the %2 words are missing and are sent as 0")
+                                      .arg(kPointCount - amp.words)
+                                      .arg(kPointCount)},
     });
 }
 

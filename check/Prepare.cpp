@@ -42,7 +42,7 @@ std::vector<double> resampledAndFaded(std::span<const double> samples, double ra
     const double width = std::min(1.0, 1.0 / step);
     const double reach = 32.0 / width;
     std::vector<double> points;
-    for (std::size_t j = 0; j < kIRPointCount; ++j) {
+    for (std::size_t j = 0; j < kPointCount; ++j) {
         const double middle = static_cast<double>(j) * step;
         const auto begin = static_cast<std::size_t>(std::max(std::ceil(middle - reach), 0.0));
         const auto end = std::min(static_cast<std::size_t>(middle + reach) + 1, samples.size());
@@ -50,13 +50,13 @@ std::vector<double> resampledAndFaded(std::span<const double> samples, double ra
         for (std::size_t i = begin; i < end; ++i) {
             point += samples[i] * lowPass(static_cast<double>(i) - middle, width);
         }
-        points.push_back(point * std::min(1.0, static_cast<double>(kIRPointCount - j) / kFade));
+        points.push_back(point * std::min(1.0, static_cast<double>(kPointCount - j) / kFade));
     }
     return points;
 }
 
 std::vector<double> samplesFrom(const Recording& recording, std::size_t begin) {
-    const auto count = static_cast<std::size_t>(recording.rate() * (kIRPointCount + 64) / kIRPointRate) + 64;
+    const auto count = static_cast<std::size_t>(recording.rate() * (kPointCount + 64) / kIRPointRate) + 64;
     std::vector<double> all;
     recording.read(begin, begin + count, [&all](std::span<const double> samples) {
         // sox reads no float beyond full scale.
@@ -114,7 +114,7 @@ QString lineFor(const Prepared& file, const QByteArray& output, double gain) {
                             (file.rate == kIRPointRate ? QString() : QStringLiteral(" rate -v %1").arg(kIRPointRate)) +
                             (gain < 0.0 ? QString() : gainEffect) +
                             (file.padding == 0 ? QString() : QStringLiteral(" pad 0 %1s").arg(file.padding)) +
-                            QStringLiteral(" trim 0 %1s fade t 0 %1s %2s").arg(kIRPointCount).arg(kFade);
+                            QStringLiteral(" trim 0 %1s fade t 0 %1s %2s").arg(kPointCount).arg(kFade);
     return QStringLiteral("test -e %1 || test -L %1 || sox -D --no-clobber %2 -b 24 -e signed-integer %3 %4\n")
         .arg(shellWord(output), soxFile(file.path), soxFile(output), effects);
 }
@@ -137,7 +137,7 @@ Prepared prepare(const QByteArray& path) {
         result.begin = static_cast<std::size_t>(std::max(facts->onset / 1000.0 - kLead, 0.0) * facts->rate);
         const auto held = static_cast<std::size_t>(static_cast<double>(recording->frames() - result.begin) *
                                                    kIRPointRate / result.rate);
-        result.padding = kIRPointCount - std::min(held, kIRPointCount);
+        result.padding = kPointCount - std::min(held, kPointCount);
         const std::vector<double> points = resampledAndFaded(samplesFrom(*recording, result.begin), result.rate);
         result.level = meanLevel(gainsAt(points, kIRPointRate, comparedFrequencies()));
         result.peak = std::max(std::ranges::max(points), -std::ranges::min(points));

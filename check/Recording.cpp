@@ -80,7 +80,7 @@ std::size_t Recording::onset(double peak) const {
 std::optional<RecordingFacts> factsOf(const Recording& recording) {
     RecordingFacts facts{.rate = recording.rate()};
     facts.second.resize(std::min(recording.frames(), static_cast<std::size_t>(facts.rate)));
-    const auto within = static_cast<std::size_t>(kIRPointCount * facts.rate / kIRPointRate);
+    const auto within = static_cast<std::size_t>(kPointCount * facts.rate / kIRPointRate);
     std::size_t frame = 0;
     std::size_t place = 0;
     double energy = 0.0;

@@ -79,7 +79,7 @@ QString waveLines(const QByteArray& name, const WaveFacts& wave) {
 
 QString ampLines(const QByteArray& name, const AmpLayout& amp) {
     return line("kind:", QStringLiteral("amp model, for an AMP slot")) + nameLine(name) +
-           line("words:", QStringLiteral("%1 of %2").arg(amp.words).arg(kAmpWordCount)) +
+           line("words:", QStringLiteral("%1 of %2").arg(amp.words).arg(kPointCount)) +
            line("checksum:", amp.checksum ? QStringLiteral("0x%1").arg(*amp.checksum, 8, 16, QLatin1Char('0'))
                                           : QStringLiteral("none"));
 }

@@ -13,9 +13,9 @@ constexpr std::string_view kTrailer = "2.0";
 
 }  // namespace
 
-std::array<std::uint32_t, kAmpWordCount> AmpPiontBuff{};
+PointBuffer AmpPiontBuff{};
 
-AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kAmpWordCount> words) {
+AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kPointCount> words) {
     const ByteView bytes = file.part(0, kAmpChecksumOffset + kWordSize);
     const std::size_t complete = bytes.size() / kWordSize;
     const auto held = words.first(std::min(complete, words.size()));
@@ -50,7 +50,7 @@ bool AMPFile::OpenFile(const QString& path) {
     return true;
 }
 
-void AMPFile::GetBuffer(std::span<std::uint32_t, kAmpWordCount> words) const {
+void AMPFile::GetBuffer(std::span<std::uint32_t, kPointCount> words) const {
     std::ranges::copy(ampSwBuffer.AmpIntBuffer, words.begin());
 }
 

@@ -9,18 +9,17 @@
 
 #include "DisplayName.h"
 #include "FileView.h"
+#include "SlotContent.h"
 #include "WholeFile.h"
 
 namespace kelvo {
 
-/// Words of an amp model. Their meaning is the device's business.
-inline constexpr std::size_t kAmpWordCount = 512;
-inline constexpr std::size_t kAmpChecksumOffset = kAmpWordCount * 4;
+inline constexpr std::size_t kAmpChecksumOffset = kPointCount * 4;
 
 /// What was found in an amp model file: 512 little-endian words, their sum modulo 2^32, anything, and "2.0" as the last
 /// three bytes. A file that ends before its checksum is sound when the words it has sum to 0.
 struct AmpLayout {
-    std::size_t words = 0;                  ///< that the file holds whole, at most kAmpWordCount
+    std::size_t words = 0;                  ///< that the file holds whole, at most kPointCount
     std::uint32_t sum = 0;                  ///< of these
     std::optional<std::uint32_t> checksum;  ///< none: the file ends before it
     bool hasTrailer = false;
@@ -31,11 +30,11 @@ struct AmpLayout {
 
 /// Checks a file and copies its words; those that it is too short for keep their values. Looks at the first 2052 bytes
 /// and the last three, no others. Any thread.
-[[nodiscard]] AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kAmpWordCount> words);
+[[nodiscard]] AmpLayout scanAmp(FileView file, std::span<std::uint32_t, kPointCount> words);
 
-/// The model words of the last file that AMPFile::OpenFile accepted. A transfer copies them when it begins. Not guarded:
-/// one thread imports.
-extern std::array<std::uint32_t, kAmpWordCount> AmpPiontBuff;
+/// The model words of the last file that AMPFile::OpenFile accepted. A transfer copies them when it begins. Not
+/// guarded: one thread imports.
+extern PointBuffer AmpPiontBuff;
 
 /// One amp model file. One thread at a time.
 class AMPFile {
@@ -48,13 +47,13 @@ public:
     [[nodiscard]] bool OpenFile(const QString& path);
 
     /// Copies the words of ampSwBuffer.
-    void GetBuffer(std::span<std::uint32_t, kAmpWordCount> words) const;
+    void GetBuffer(std::span<std::uint32_t, kPointCount> words) const;
 
     union {
-        std::array<std::uint32_t, kAmpWordCount> AmpIntBuffer{};
-        std::array<float, kAmpWordCount> AmpFloatBuffer;  ///< not used
+        std::array<std::uint32_t, kPointCount> AmpIntBuffer{};
+        std::array<float, kPointCount> AmpFloatBuffer;  ///< not used
     } ampSwBuffer;
-    CharName CharFileName;           ///< the slot's name; 20 spaces before the first file
+    NameBuffer CharFileName;         ///< the slot's name; 20 spaces before the first file
     bool IsFileOpenSuccess = false;  ///< a file is open
     FileContent pFileBuff;           ///< the whole file, empty when none is open
     std::uint32_t FileSize = 0;      ///< length in bytes of the last file that could be read

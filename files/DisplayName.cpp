@@ -27,7 +27,7 @@ QString ampName(const QString& path) {
     return displayName(path, QStringLiteral(".amp"), QStringLiteral(".apm"));
 }
 
-void storeName(const QString& name, CharName& destination) {
+void storeName(const QString& name, NameBuffer& destination) {
     const QByteArray utf8 = name.toUtf8();
     const auto length = std::min(kNameLength, static_cast<std::size_t>(name.size()));
     const auto end = std::copy_n(utf8.cbegin(), length, destination.begin());

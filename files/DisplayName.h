@@ -1,16 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <array>
-#include <cstddef>
+
+#include "SlotContent.h"
 
 namespace kelvo {
-
-/// A slot's name as the file readers give it; what lies behind a NUL means nothing.
-using CharName = std::array<char, 20>;
-
-/// The longest name that the device keeps, in bytes.
-inline constexpr std::size_t kNameLength = 10;
 
 /// The name of the impulse response at `path`, in capitals, taken from the path's last component. With one ".wav" in
 /// it, or none, that is what stands before the extension; with several, everything up to and including the last one.
@@ -24,6 +18,6 @@ inline constexpr std::size_t kNameLength = 10;
 /// Writes the first n bytes of `name` in UTF-8 and a NUL, where n is the name's length in UTF-16 code units, at most
 /// kNameLength. Since units are counted but bytes are copied, a name with non-ASCII letters may end inside one.
 /// The bytes behind the NUL stay as they are.
-void storeName(const QString& name, CharName& destination);
+void storeName(const QString& name, NameBuffer& destination);
 
 }  // namespace kelvo

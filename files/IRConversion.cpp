@@ -20,7 +20,7 @@ constexpr float kLargest = std::bit_cast<float>(0x3F7FFFEFU);
 
 /// The ratios are the quotients of the rates rounded to three decimals; the results depend on just these.
 constexpr IRRate kRates[] = {
-    {kIRPointRate, kIRPointCount, 0.0F},
+    {kIRPointRate, kPointCount, 0.0F},
     {48000, 560, 1.088F},
     {88200, 1025, 2.0F},
     {96000, 1120, 2.177F},
@@ -117,7 +117,7 @@ std::size_t ICovertoF(std::span<const std::uint32_t, kIRFrameCount> in, std::int
     return count;
 }
 
-void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate, std::span<float, kIRPointCount> out) {
+void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate, std::span<float, kPointCount> out) {
     const float step = resampling(sampleRate).ratio - 1.0F;
     float fraction = 0.0F;
     std::size_t p = 1;
@@ -132,7 +132,7 @@ void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate,
     }
 }
 
-void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRPointCount> out) {
+void FCovertoI(std::span<float, kPointCount> in, std::span<std::uint32_t, kPointCount> out) {
     for (std::size_t k = 0; k < out.size(); ++k) {
         in[k] = pullIn(in[k]);
         const std::int32_t v = truncateToInt32(in[k] * kFullScale);
@@ -150,12 +150,12 @@ std::optional<std::size_t> convertWave(ByteView samples, const WAVE_FORMAT& form
     const auto used =
         decodeFirstChannel(samples, format.channels, format.bitsPerSample, std::min(frames, rate->frameCap), decoded);
     if (rate->ratio == 0.0F) {
-        std::ranges::copy_n(decoded.begin(), kIRPointCount, points.begin());
+        std::ranges::copy_n(decoded.begin(), kPointCount, points.begin());
         return used;
     }
     const auto sampleRate = static_cast<std::int32_t>(rate->sampleRate);
     std::array<float, kIRFrameCount> EnterBufferF{};
-    std::array<float, kIRPointCount> ResampOut{};
+    std::array<float, kPointCount> ResampOut{};
     ICovertoF(decoded, sampleRate, EnterBufferF);
     Resample(EnterBufferF, sampleRate, ResampOut);
     FCovertoI(ResampOut, points);

@@ -8,12 +8,12 @@
 #include <span>
 
 #include "IRLayout.h"
+#include "SlotContent.h"
 
 namespace kelvo {
 
-/// Points of an impulse response in the device: 44100 Hz, 24-bit two's complement in bits 0 to 23.
-inline constexpr std::size_t kIRPointCount = 512;
-inline constexpr std::uint32_t kIRPointRate = 44100;  ///< Hz
+/// Rate of the points in the device, in Hz. They are 24-bit two's complement in bits 0 to 23.
+inline constexpr std::uint32_t kIRPointRate = 44100;
 
 /// Source frames that the conversion takes at most; 512 points need 1114 frames at 96000 Hz.
 inline constexpr std::size_t kIRFrameCount = 1120;
@@ -22,7 +22,7 @@ inline constexpr std::size_t kIRFrameCount = 1120;
 inline constexpr std::uint32_t kFloatBits = 32;
 
 using IRPointBuffer = std::array<std::uint32_t, kIRFrameCount>;
-using IRPoints = std::span<std::uint32_t, kIRPointCount>;
+using IRPoints = std::span<std::uint32_t, kPointCount>;
 
 /// How a source rate becomes 44100 Hz.
 struct IRRate {
@@ -69,11 +69,11 @@ std::size_t ICovertoF(std::span<const std::uint32_t, kIRFrameCount> in, std::int
 
 /// Linear interpolation from `sampleRate` to 44100 Hz. Every operation rounds to single precision. A rate that needs no
 /// resampling or is not supported counts as the ratio 0.
-void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate, std::span<float, kIRPointCount> out);
+void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate, std::span<float, kPointCount> out);
 
 /// Floats to 24-bit integers; bits 24 to 31 are zero. An exact 1.0 or -1.0 in `in` is replaced there by the nearest
 /// value that fits the device; other values beyond that range wrap within 24 bits.
-void FCovertoI(std::span<float, kIRPointCount> in, std::span<std::uint32_t, kIRPointCount> out);
+void FCovertoI(std::span<float, kPointCount> in, std::span<std::uint32_t, kPointCount> out);
 
 /// Samples of a wave file, in bytes, of which the conversion looks at no more than these.
 inline constexpr std::size_t kMostSampleBytes = kIRFrameCount * 2 * (kFloatBits / 8);

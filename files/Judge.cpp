@@ -21,7 +21,7 @@ IRVerdict judgeIR(DiskFile& file) {
 }
 
 AmpVerdict judgeAmp(DiskFile& file) {
-    std::array<std::uint32_t, kAmpWordCount> words{};
+    std::array<std::uint32_t, kPointCount> words{};
     AmpVerdict verdict{.amp = scanAmp(file, words)};
     verdict.failure = file.failure();
     return verdict;

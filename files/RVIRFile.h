@@ -25,7 +25,7 @@ public:
     [[nodiscard]] bool GetIRDataBuffer(IRPoints points) const;
 
     /// The slot's name; 20 spaces before the first file. One that fills kInternalNameLength bytes has no NUL behind it.
-    CharName CharFileNane;
+    NameBuffer CharFileNane;
     bool isInteralIR = false;        ///< the last file had the internal magic
     bool IsFileOpenSuccess = false;  ///< a file is open
     FileContent pFileBuff;           ///< the whole file, empty when none is open

@@ -23,7 +23,7 @@ void checkName(const kelvo::RVIRFile& file, const QString& name) {
 /// Any text may be a file's name.
 void checkAnyName(std::span<const std::uint8_t> bytes) {
     const QString path = QString::fromUtf8(QByteArray::fromStdString({bytes.begin(), bytes.end()}));
-    kelvo::CharName name;
+    kelvo::NameBuffer name;
     name.fill('x');
     kelvo::storeName(kelvo::irName(path), name);
     const auto end = std::find(name.begin(), name.end(), '\0');
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(file.OpenFilePath(source.path()) == expected.opened, "the reader takes just what the format allows");
     check(file.IsFileOpenSuccess == expected.opened, "the flag tells whether a file is open");
     check(kelvo::judgeIRFile(source.path()).isAccepted() == expected.converted, "the judge accepts what is converted");
-    std::array<std::uint32_t, kelvo::kIRPointCount> points;
+    std::array<std::uint32_t, kelvo::kPointCount> points;
     for (int pass = 0; pass < 2; ++pass) {
         points.fill(kUntouched);
         check(file.GetIRDataBuffer(points) == expected.converted, "the converter takes just what it supports");

@@ -10,7 +10,6 @@ namespace {
 constexpr std::size_t kSlotOffset = 5;
 constexpr std::size_t kPhaseOffset = 6;
 constexpr std::size_t kPayloadOffset = 7;
-constexpr std::size_t kSentNameSize = 10;
 
 constexpr std::uint8_t lowByte(std::uint64_t value) {
     return static_cast<std::uint8_t>(value & 0xFF);
@@ -72,7 +71,7 @@ bool Transfer::layOutPacket(PacketBuffer& packet, std::int64_t slot) {
     auto* const payload = packet.data() + kPayloadOffset;
     if (tick_ == kind_.namePhase) {
         layOutLength(packet, kNameLengthField);
-        std::transform(name_.begin(), name_.begin() + kSentNameSize, payload,
+        std::transform(name_.begin(), name_.begin() + kNameLength, payload,
                        [](char letter) { return static_cast<std::uint8_t>(letter); });
         return true;
     }

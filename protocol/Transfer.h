@@ -4,10 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace kelvo {
+#include "SlotContent.h"
 
-/// Words of an impulse response and of an amp model alike. The wire.
-inline constexpr std::size_t kPointCount = 512;
+namespace kelvo {
 
 /// LENGTH of a packet of words, and of a deletion: command, slot, phase and 512 bytes. The wire.
 inline constexpr std::uint16_t kDataLength = 515;
@@ -17,12 +16,7 @@ inline constexpr std::uint16_t kNameLengthField = 13;
 /// The largest frame that goes to the device: LENGTH 515 and six bytes around it.
 inline constexpr std::size_t kPacketSize = 521;
 
-/// A display name with its terminating NUL; only the first ten bytes travel.
-inline constexpr std::size_t kNameSize = 20;
-
-using PointBuffer = std::array<std::uint32_t, kPointCount>;
 using PacketBuffer = std::array<std::uint8_t, kPacketSize>;
-using NameBuffer = std::array<char, kNameSize>;
 
 /// Writes the header, a LENGTH of 515 and the command; all other bytes stay what they were.
 void layOutHeader(PacketBuffer& packet, std::uint8_t command);

@@ -27,7 +27,7 @@
 namespace {
 
 using kelvo::FileBytes;
-using Points = std::array<std::uint32_t, kelvo::kIRPointCount>;
+using Points = std::array<std::uint32_t, kelvo::kPointCount>;
 
 constexpr std::size_t kMiB = 1U << 20U;
 /// In none of the files that are refused.

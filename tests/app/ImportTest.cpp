@@ -221,20 +221,28 @@ protected:
 };
 
 TEST_F(SlowImport, anAmpStartedDuringAnIRRedirectsTheRestOfTheIR) {
-    RunningApp app({.answerDelay = std::chrono::milliseconds(60)});
+    RunningApp app({.silentFromPhase = 1});
     app.start();
     app.importIR(3, files_.write("a.wav", WaveFile{.data = FileBytes(8, 1)}.bytes()));
     const std::array<std::uint32_t, 1> words{7};
     app.importAMP(8, files_.write("b.amp", ampFile(words)));
+    app.pedal.setFaults({});
+    for (const std::uint8_t command : {0xE1, 0xE2}) {
+        app.controller.CMD_CallBack(std::array<std::uint8_t, kFrameBufferSize>{0xAA, 0x55, 2, 0, command, 1});
+    }
     ASSERT_TRUE(app.waitForChanges(1));
     EXPECT_EQ(app.pedal.memory().amp[8].name, "b");
-    std::vector<int> irSlots;
-    for (const Report& report : app.manager.activity().outputReports) {
-        if (report[1] == 0xAA && report[5] == 0xE1) {
-            irSlots.push_back(report[6]);
+    const auto irRows = [&app] {
+        std::vector<int> rows;
+        for (const Report& report : app.manager.activity().outputReports) {
+            if (report[1] == 0xAA && report[5] == 0xE1) {
+                rows.push_back(report[6]);
+            }
         }
-    }
-    EXPECT_THAT(irSlots, ElementsAre(3, 8, 8, 8));
+        return rows;
+    };
+    ASSERT_TRUE(serveUntil([&] { return irRows().size() >= 4; }));
+    EXPECT_THAT(irRows(), ElementsAre(3, 8, 8, 8));
 }
 
 TEST_F(SlowImport, aNewImportDuringATransferRestartsAtTheFirstPhaseWithItsOwnData) {

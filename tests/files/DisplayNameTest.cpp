@@ -21,7 +21,7 @@ struct NameCase {
 };
 
 /// The name and the terminator that must stand behind it.
-std::string upToNul(const CharName& name) {
+std::string upToNul(const NameBuffer& name) {
     const auto end = std::find(name.begin(), name.end(), '\0');
     EXPECT_NE(end, name.end());
     return {name.begin(), end};
@@ -94,7 +94,7 @@ TEST(DisplayName, isTakenFromTheLastComponentOnly) {
 }
 
 TEST(DisplayName, writesOneNulAndLeavesWhatLiesBehindIt) {
-    CharName name;
+    NameBuffer name;
     name.fill(' ');
     storeName("ABCDEFGHIJKL", name);
     EXPECT_EQ(std::string(name.begin(), name.end()), std::string("ABCDEFGHIJ\0         ", 20));
@@ -105,7 +105,7 @@ TEST(DisplayName, writesOneNulAndLeavesWhatLiesBehindIt) {
 }
 
 TEST(DisplayName, ofHalfASurrogatePairIsAQuestionMark) {
-    CharName name;
+    NameBuffer name;
     name.fill(' ');
     storeName(QString(QChar(0xD800)), name);
     EXPECT_EQ(upToNul(name), "?");

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-using Words = std::array<std::uint32_t, kIRPointCount>;
+using Words = std::array<std::uint32_t, kPointCount>;
 
 constexpr std::size_t kHeaderSize = 44;
 

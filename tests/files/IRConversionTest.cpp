@@ -14,8 +14,8 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 using FloatBuffer = std::array<float, kIRFrameCount>;
-using Points = std::array<float, kIRPointCount>;
-using Words = std::array<std::uint32_t, kIRPointCount>;
+using Points = std::array<float, kPointCount>;
+using Words = std::array<std::uint32_t, kPointCount>;
 
 TEST(NumberInAFile, takesTheBytesOfItsWidth) {
     const std::array<std::uint8_t, 5> bytes{0x01, 0x82, 0x03, 0x84, 0x05};

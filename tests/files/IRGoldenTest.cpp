@@ -11,7 +11,7 @@
 namespace kelvo {
 namespace {
 
-using Words = std::array<std::uint32_t, kIRPointCount>;
+using Words = std::array<std::uint32_t, kPointCount>;
 
 /// More than any rate's frame cap.
 constexpr std::size_t kFrames = 1200;

@@ -112,7 +112,7 @@ TEST(WaveRule, ofTheFrameIsBrokenWithoutAChannelOrAWholeByte) {
 }
 
 TEST(WaveConversion, countsTheFramesThatItUses) {
-    std::array<std::uint32_t, kIRPointCount> points{};
+    std::array<std::uint32_t, kPointCount> points{};
     const FileBytes samples(605);
     const WAVE_FORMAT format{.channels = 2, .sampleRate = 48000, .bitsPerSample = 24};
     EXPECT_EQ(convertWave(samples, format, 1000, points), 100U);
@@ -124,7 +124,7 @@ TEST(WaveConversion, countsTheFramesThatItUses) {
 }
 
 TEST(InternalIR, isToldByItsMagicAndCountsItsPoints) {
-    std::array<std::uint32_t, kIRPointCount> points{};
+    std::array<std::uint32_t, kPointCount> points{};
     FileBytes bytes;
     append(bytes, "TavikIR");
     EXPECT_TRUE(isInternalIR(bytes));

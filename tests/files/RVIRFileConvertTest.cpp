@@ -8,7 +8,7 @@
 namespace kelvo {
 namespace {
 
-using Points = std::array<std::uint32_t, kIRPointCount>;
+using Points = std::array<std::uint32_t, kPointCount>;
 
 class IRConvert : public testing::Test {
 protected:

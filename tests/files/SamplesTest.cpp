@@ -27,7 +27,7 @@ TEST(Samples, ofImpulseResponsesAreAllAcceptedAndNotSilent) {
         RVIRFile file;
         ASSERT_TRUE(file.OpenFilePath(QDir(KELVO_SAMPLES).filePath(sample))) << sample.toStdString();
         names[sample.toStdString()] = file.CharFileNane.data();
-        std::array<std::uint32_t, kIRPointCount> points{};
+        std::array<std::uint32_t, kPointCount> points{};
         EXPECT_TRUE(file.GetIRDataBuffer(points)) << sample.toStdString();
         EXPECT_GT(std::set<std::uint32_t>(points.begin(), points.end()).size(), 20U) << sample.toStdString();
         EXPECT_LE(std::ranges::max(points), 0xFFFFFFU);

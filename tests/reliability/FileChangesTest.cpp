@@ -30,7 +30,7 @@ testing::AssertionResult readsAlike(const FileBytes& bytes, Tally& tally) {
     const fuzz::MemoryFile source(bytes);
     const fuzz::IRModelResult expected = fuzz::modelIR(bytes);
     RVIRFile file;
-    std::array<std::uint32_t, kIRPointCount> points;
+    std::array<std::uint32_t, kPointCount> points;
     points.fill(kUntouched);
     const bool opened = file.OpenFilePath(source.path());
     const bool converted = file.GetIRDataBuffer(points);
@@ -222,7 +222,7 @@ TEST(LengthFields, aDataSizeGivesAsManyFramesAsItDeclaresAndTheFileHolds) {
         const fuzz::MemoryFile source(bytes);
         RVIRFile file;
         ASSERT_TRUE(file.OpenFilePath(source.path()));
-        std::array<std::uint32_t, kIRPointCount> points{};
+        std::array<std::uint32_t, kPointCount> points{};
         ASSERT_TRUE(file.GetIRDataBuffer(points));
         EXPECT_EQ(file.PointSize, row.pointSize) << row.declared;
         EXPECT_EQ(std::ranges::count(points, 0x111100U), row.frames) << row.declared;
@@ -313,7 +313,7 @@ TEST(ChunkIds, theFirstOfTwoIsTaken) {
     RVIRFile file;
     ASSERT_TRUE(file.OpenFilePath(source.path()));
     EXPECT_EQ(file.PointSize, 20U);
-    std::array<std::uint32_t, kIRPointCount> points{};
+    std::array<std::uint32_t, kPointCount> points{};
     ASSERT_TRUE(file.GetIRDataBuffer(points));
     EXPECT_EQ(points[0], 0x2C0700U);
     EXPECT_EQ(points[20], 0U);
