@@ -9,6 +9,7 @@
 #include "Driver.h"
 #include "FileDrag.h"
 #include "SampleFiles.h"
+#include "SlotTableModel.h"
 #include "SlotTableView.h"
 
 namespace kelvo::test {
@@ -36,6 +37,10 @@ protected:
             const TransferProgress& progress = app_.controller.transferState().IRProgress;
             return progress.number == transfer && progress.acknowledged == 4;
         });
+    }
+
+    static SlotState state(const SlotTableView& table, int row) {
+        return table.model()->index(row, 0).data(SlotTableModel::kStateRole).value<SlotState>();
     }
 
     SampleDir files_;
@@ -76,6 +81,31 @@ TEST_F(FilesInARow, theNextFileSendsEveryReportThatItsSingleImportSends) {
     app_.importIR(4, second);
     ASSERT_TRUE(hasEnded(3));
     EXPECT_EQ(pedal_.takeReports(), ofTheKey);
+}
+
+TEST_F(FilesInARow, aDropDuringATransferWaitsForItsEndThoughEachAnswerIsLate) {
+    pedal_.tell("fault delay=300", "fault delay=300");
+    SlotTableView& table = app_.controller.ImportIRTableV();
+    ASSERT_TRUE(drop(table, 1, {QUrl::fromLocalFile(files_.write("a.wav", waveOf(1)))}));
+    ASSERT_TRUE(drop(table, 7, {QUrl::fromLocalFile(files_.write("b.wav", waveOf(2)))}));
+    EXPECT_EQ(state(table, 7), SlotState::Waiting);
+    ASSERT_TRUE(hasEnded(2));
+    ASSERT_TRUE(serveUntil([&] { return state(table, 7) == SlotState::Sent; }));
+    EXPECT_EQ(state(table, 1), SlotState::Sent);
+    EXPECT_THAT(pedal_.memory(),
+                testing::IsSupersetOf({testing::StartsWith("CAB 28 \"A\""), testing::StartsWith("CAB 34 \"B\"")}));
+}
+
+TEST_F(FilesInARow, aTransferEndsInItsOwnRowThoughAnImportOfTheOtherKindHasBegun) {
+    pedal_.tell("fault delay=300", "fault delay=300");
+    app_.importIR(4, files_.write("a.wav", waveOf(1)));
+    ASSERT_TRUE(serveUntil([&] { return app_.controller.transferState().IRProgress.acknowledged == 3; }));
+    app_.importAMP(8, files_.write("b.amp", ampFile(std::array<std::uint32_t, 1>{7})));
+    ASSERT_TRUE(hasEnded(1));
+    EXPECT_EQ(state(app_.controller.ImportIRTableV(), 4), SlotState::Sent);
+    ASSERT_TRUE(serveUntil([&] { return state(app_.controller.ImportCabTableV(), 8) == SlotState::Sent; }));
+    EXPECT_THAT(pedal_.memory(),
+                testing::IsSupersetOf({testing::StartsWith("CAB 31 \"A\""), testing::StartsWith("AMP 64 \"b\"")}));
 }
 
 }  // namespace
