@@ -1,8 +1,8 @@
-# Completes the arguments of kelvo-check in bash. Uses nothing of bash-completion, which may be missing.
+# Completes the arguments of kelvo-check in bash. Works without the package bash-completion.
 _kelvo_check() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} earlier pattern
   COMPREPLY=()
-  # bash makes a word of its own of the "=" in --plot=OUT.png.
+  # bash treats the "=" in --plot=OUT.png as a separate word.
   if [[ $word == = ]]; then
     word=
   elif [[ $before == = ]]; then
