@@ -1,4 +1,4 @@
-# Completes the arguments of kelvo-check in bash. Works without the package bash-completion.
+# Completes the arguments of kelvo-check in bash. Uses nothing of bash-completion, which may be missing.
 _kelvo_check() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} earlier pattern
   COMPREPLY=()
