@@ -2,7 +2,7 @@
 _kelvo_check() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} earlier pattern
   COMPREPLY=()
-  # bash makes a word of its own of the "=" in --plot=OUT.png.
+  # bash treats the "=" in --plot=OUT.png as a separate word.
   if [[ $word == = ]]; then
     word=
   elif [[ $before == = ]]; then

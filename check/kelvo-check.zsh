@@ -1,6 +1,6 @@
 #compdef kelvo-check
 _arguments '(- *)'{-h,--help}'[show the options]' '(- *)'{-v,--version}'[show the version]' \
-  '--json[print JSON]' '--set[and one object for the set]' \
-  '--plot=[draw to a picture]:picture:_files -g "*.(#i)png"' \
-  '--prepare=[print a script for copies]:folder:_files -/' \
+  '--json[print JSON]' '--set[add one JSON object for the set]' \
+  '--plot=[draw the response to a .png]:picture:_files -g "*.(#i)png"' \
+  '--prepare=[print a script that makes copies in a folder]:folder:_files -/' \
   '*:file:_files -g "*.(#i)(wav|amp)"'

@@ -1,11 +1,11 @@
-# One place for compile flags. Rooms link kelvo_flags, those without Qt kelvo_strict_flags.
+# All compile flags. Modules link kelvo_flags; those without Qt link kelvo_strict_flags.
 add_library(kelvo_flags INTERFACE)
 target_compile_options(kelvo_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
   -Wimplicit-fallthrough -Wformat=2
-  # Inlined as far as in a release, g++ since 14 sees null pointers in the standard library's vectors that cannot be.
+  # With the inlining of a release build, g++ 14 and newer warn about impossible null pointers in std::vector.
   $<$<NOT:$<CONFIG:Release>>:-Wnull-dereference>
-  # A designated initialiser that names only what differs from the defaults is the point of it.
+  # Designated initialisers name only the members that differ from the defaults.
   -Wno-missing-field-initializers
   $<$<BOOL:${KELVO_WERROR}>:-Werror>)
 if(KELVO_SANITIZE)
@@ -13,11 +13,11 @@ if(KELVO_SANITIZE)
   target_link_options(kelvo_flags INTERFACE -fsanitize=${KELVO_SANITIZE})
 endif()
 target_link_libraries(kelvo_flags INTERFACE Threads::Threads)
-# Files over 2 GiB on processors of 32 bits, too.
+# For files over 2 GiB on 32-bit processors.
 target_compile_definitions(kelvo_flags INTERFACE _FILE_OFFSET_BITS=64)
 
-# What makes a mistake end the program instead of serving a stranger. Every release build has it. Sanitizers bring their own
-# and do not go with it. The flags of the loop are each for some processors only.
+# Hardening: memory errors end the program instead of being exploited. Every release build has it, except with sanitizers,
+# which have their own checks. Each flag of the loop exists for some processors only.
 include(CheckCXXCompilerFlag)
 add_library(kelvo_hardening INTERFACE)
 target_compile_options(kelvo_hardening INTERFACE -fPIC -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3

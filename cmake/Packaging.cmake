@@ -1,5 +1,5 @@
-# What is installed beside the programs. An install component has the name of the package that it goes into; each family's
-# own files (debian/, packaging/rpm, packaging/arch) add the licence and the list of changes.
+# What is installed besides the programs. An install component has the name of its package; the files of each family
+# (debian/, packaging/kelvo.spec, packaging/arch) add the licence and the changelog.
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 set(generated ${PROJECT_BINARY_DIR}/packaging)
 set(metainfo local.kelvo.kelvo.metainfo.xml)
