@@ -50,14 +50,23 @@ void ControllerModel::frame(const std::array<std::uint8_t, 1024>& buffer) {
             shownProgress = value <= 199 ? value / 199.0 : shownProgress;
             return;
         case 0xE1:
+            acknowledge(ir_, value);
             if (value >= 1 && value <= 3) {
                 sendIR(value + 1);
+            }
+            // The name packet fills the slot, though it may have been cleared or reported since.
+            if (value == 3 && !ir_.isSpoiled) {
+                label(cabLabels, 27, ir_);
             }
             irTick = value == 4 ? 0 : irTick;
             return;
         case 0xE2:
+            acknowledge(amp_, value);
             if (value >= 1 && value <= 4) {
                 sendAMP(value + 1);
+            }
+            if (value == 4 && !amp_.isSpoiled) {
+                label(ampLabels, 56, amp_);
             }
             irTick = value == 5 ? 0 : irTick;
             return;
@@ -66,10 +75,15 @@ void ControllerModel::frame(const std::array<std::uint8_t, 1024>& buffer) {
     }
 }
 
-void ControllerModel::label(Labels& labels, int first, const std::string& name) const {
-    if (row_ >= 0) {
-        labels[static_cast<std::size_t>(row_)] = numbered(static_cast<std::size_t>(first + row_), name);
+void ControllerModel::label(Labels& labels, int first, const Import& import) {
+    if (import.row >= 0) {
+        labels[static_cast<std::size_t>(import.row)] =
+            numbered(static_cast<std::size_t>(first + import.row), import.name);
     }
+}
+
+void ControllerModel::acknowledge(Import& import, int phase) {
+    import.acknowledged = phase == import.acknowledged + 1 ? phase : import.acknowledged;
 }
 
 void ControllerModel::sendIR(int phase) {
@@ -82,7 +96,10 @@ void ControllerModel::sendAMP(int phase) {
     sendPacket(0xE2, amp_, phase, 4);
 }
 
-void ControllerModel::sendPacket(std::uint8_t command, const Import& import, int phase, int planes) {
+void ControllerModel::sendPacket(std::uint8_t command, Import& import, int phase, int planes) {
+    const bool isInOrder = phase == import.lastPhase || phase == import.lastPhase + 1;
+    import.isSpoiled = import.isSpoiled || (import.acknowledged <= planes && !(isInOrder && row_ == import.row));
+    import.lastPhase = phase;
     test::Bytes body{command, static_cast<std::uint8_t>(row_), static_cast<std::uint8_t>(phase)};
     if (phase > planes) {
         const std::string name = import.name.substr(0, 10);

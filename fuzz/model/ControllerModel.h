@@ -19,13 +19,13 @@ public:
     /// A row is chosen for a transfer: -1 is none.
     void choose(int row) { row_ = row; }
     void importIR(const Words& points, const std::string& name) {
-        ir_ = {points, name};
-        label(cabLabels, 27, name);
+        ir_ = {points, name, row_};
+        label(cabLabels, 27, ir_);
         sendIR(1);
     }
     void importAMP(const Words& words, const std::string& name) {
-        amp_ = {words, name};
-        label(ampLabels, 56, name);
+        amp_ = {words, name, row_};
+        label(ampLabels, 56, amp_);
         sendAMP(1);
     }
     void deleteCab(int row) {
@@ -34,6 +34,9 @@ public:
         send(body);
         if (row >= 0) {
             cabLabels[static_cast<std::size_t>(row)] = std::to_string(row + 27) + "EMPTY";
+        }
+        if (ir_.row == row && ir_.lastPhase == 4) {
+            ir_.row = -1;
         }
     }
     /// A frame from the device, with all 1024 bytes of the buffer that it stands in.
@@ -54,12 +57,17 @@ private:
     struct Import {
         Words words{};
         std::string name;
+        int row = -1;
+        int lastPhase = 0;       ///< that was sent
+        int acknowledged = 0;    ///< the last phase, of those in order
+        bool isSpoiled = false;  ///< a packet was out of order or for another row
     };
 
-    void label(Labels& labels, int first, const std::string& name) const;
+    static void label(Labels& labels, int first, const Import& import);
+    static void acknowledge(Import& import, int phase);
     void sendIR(int phase);
     void sendAMP(int phase);
-    void sendPacket(std::uint8_t command, const Import& import, int phase, int planes);
+    void sendPacket(std::uint8_t command, Import& import, int phase, int planes);
     void send(const test::Bytes& body);
 
     Import ir_;
