@@ -27,7 +27,7 @@ constexpr const char* kGeometry = "geometry when it was open last";
 /// Between a dialog and what it does not cover, in pixels.
 constexpr int kGap = 8;
 
-/// Moves a window that is not open yet to where it does not cover `subject`, or as little as the screen allows.
+/// Moves a window that is not open yet beside `subject`, or covers as little of it as the screen allows.
 void placeBeside(QWidget& dialog, const QWidget& subject, const QWidget& window) {
     const QRect screen = window.screen()->availableGeometry();
     const QRect covered(subject.mapToGlobal(QPoint()), subject.size());
@@ -53,7 +53,7 @@ void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertComp
         }
     }
     box->setAttribute(Qt::WA_DeleteOnClose);
-    // The newest application-modal window is the one that takes input, so an alert is never blocked by another.
+    // The newest application-modal window gets the input, so an alert is never blocked by another.
     box->setWindowModality(Qt::ApplicationModal);
     QPushButton* last = nullptr;
     int response = kAlertFirstButtonReturn;
@@ -61,7 +61,7 @@ void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertComp
         last = box->addButton(text, QMessageBox::ActionRole);
         last->setProperty(kResponse, response++);
     }
-    // Return and Escape take the last button: of two it is the one that changes nothing.
+    // Return and Escape choose the last button: of two it is the one that changes nothing.
     box->setDefaultButton(last);
     box->setEscapeButton(last);
     QObject::connect(box, &QMessageBox::finished, box, [box, last, done = std::move(completion)] {
@@ -73,13 +73,13 @@ void beginSheetModal(QWidget& window, const Alert& alert, AppServices::AlertComp
     }
     box->show();
     box->raise();
-    // Whoever types into another program goes on there, unless the desktop decides otherwise.
+    // Does not take the focus from another program.
     if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
         box->activateWindow();
     }
 }
 
-/// The extension as a file pattern that matches either case of letters, also where the desktop's chooser is strict.
+/// The extension as a file pattern for both cases of letters, because some choosers are case-sensitive.
 QString eitherCasePattern(const QString& fileType) {
     QString pattern = QStringLiteral("*.");
     for (const QChar letter : fileType) {
@@ -88,7 +88,7 @@ QString eitherCasePattern(const QString& fileType) {
     return pattern;
 }
 
-/// The one chooser: a second one would scale all its icons anew, and take longer to open.
+/// The chooser is kept, because a new one scales all its icons again and opens more slowly.
 QFileDialog& keptChooser(QWidget& window) {
     if (auto* const kept = window.findChild<QFileDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
         return *kept;
@@ -96,7 +96,7 @@ QFileDialog& keptChooser(QWidget& window) {
     auto* const chooser = new QFileDialog(&window);
     chooser->setFileMode(QFileDialog::ExistingFile);
     chooser->setOption(QFileDialog::HideNameFilterDetails);
-    // The completions are in a window of their own, which a chooser that is only hidden would leave open.
+    // The completer's popup is a separate window, which stays open if the chooser is only hidden.
     QObject::connect(chooser, &QFileDialog::finished, chooser, [chooser] {
         for (const QCompleter* const completer : chooser->findChildren<QCompleter*>()) {
             completer->popup()->hide();
@@ -119,7 +119,7 @@ void beginOpenPanel(QWidget& window, const OpenPanel& panel, AppServices::OpenPa
     }
     chooser.setNameFilter(filter);
     chooser.setWindowTitle(panel.title());
-    // What was chosen last may be of the other type, and would be taken for a choice.
+    // The last file may be of the other type and would count as a choice.
     if (auto* const name = chooser.findChild<QLineEdit*>()) {
         name->clear();
     }
@@ -160,7 +160,7 @@ AppServices desktopServices() {
         .sleep = [](unsigned seconds) { std::this_thread::sleep_for(std::chrono::seconds(seconds)); },
         .exitProcess =
             [](int status) {
-                // A thread that the kernel holds up would keep them on the screen.
+                // A thread that is stuck in the kernel would keep them on the screen.
                 for (QWidget* const window : QApplication::topLevelWidgets()) {
                     window->hide();
                 }

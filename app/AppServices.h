@@ -11,20 +11,20 @@ namespace kelvo {
 
 enum class AlertStyle { Warning = 0, Critical = 2 };
 
-/// A question or message with its buttons in order; the first is the one that goes on.
+/// A question or message with its buttons in order; the first one confirms.
 struct Alert {
     QString messageText;
     QStringList buttons;
     AlertStyle style = AlertStyle::Warning;
     QString informativeText = {};      ///< a line below the message; empty for none
-    const QWidget* subject = nullptr;  ///< what the alert is about: it does not cover that where there is room
+    const QWidget* subject = nullptr;  ///< the alert is placed beside it if there is room
 };
 
 /// A request for one file.
 struct OpenPanel {
     QString fileType;                ///< its extension, in either case of letters
-    const QAbstractItemView* table;  ///< the file is for what is selected here
-    std::function<QString()> title;  ///< tells the present selection
+    const QAbstractItemView* table;  ///< the file is for its selected row
+    std::function<QString()> title;  ///< names the selected slot
 };
 
 /// Answer for the first button of an alert; each later button counts one more.
@@ -35,8 +35,8 @@ inline constexpr int kAlertSecondButtonReturn = 1001;
 inline constexpr int kModalResponseCancel = 0;
 inline constexpr int kModalResponseOK = 1;
 
-/// All that the controller asks of the desktop and the process; a test puts its own functions here.
-/// Each is called on the main thread. Completions come on the main thread too, later.
+/// What the controller needs from the desktop and the process. Tests replace the functions. They are called on the main
+/// thread, and completions run there later.
 struct AppServices {
     using AlertCompletion = std::function<void(int response)>;
     using OpenPanelCompletion = std::function<void(int response, const QUrl& url)>;
@@ -50,9 +50,9 @@ struct AppServices {
     /// Shows the alert above every other window of the application, even a modal one, and returns.
     std::function<void(QWidget& window, const Alert& alert, AlertCompletion completion)> beginSheetModal;
 
-    /// Shows a chooser and returns; the rest of the application stays usable. There is one: where it is open for that
-    /// file type it is raised and its first completion holds, where it is open for another it is cancelled. `url` is
-    /// only meaningful with kModalResponseOK.
+    /// Shows a chooser and returns; the rest of the application stays usable. There is one chooser. If it is open for
+    /// the same file type, it is raised and keeps its first completion; if it is open for the other type, that request
+    /// is cancelled. `url` is only meaningful with kModalResponseOK.
     std::function<void(QWidget& window, const OpenPanel& panel, OpenPanelCompletion completion)> beginOpenPanel;
 };
 

@@ -1,4 +1,4 @@
-// The controller's answers to what the device says.
+// What the controller does with frames from the device.
 
 #include <cstddef>
 #include <string>
@@ -13,15 +13,14 @@
 namespace kelvo {
 namespace {
 
-/// The progress that means: all data has been sent.
+/// The progress value when all data has been sent.
 constexpr double kFullProgress = 199.0;
 
 std::span<const std::uint8_t> nameField(FrameView frame, int slot) {
     return frame.subspan(kDataOffset + kNameLength * static_cast<std::size_t>(slot), kNameLength);
 }
 
-/// A character of an AMP name. What the device means by bytes beyond ASCII is not known; a name of them must not look
-/// like an empty slot.
+/// A character of an AMP name. The meaning of bytes beyond ASCII is unknown; they must not make a slot look empty.
 QChar ampCharacter(std::uint8_t byte) {
     if (byte == 0) {
         return QLatin1Char(' ');
@@ -78,7 +77,7 @@ void KelvoAppDelegate::receivePresetPara(FrameView frame) {
         try {
             bar->setFloatValue(progress);
         } catch (const InvalidValue&) {
-            // A device that counts too far leaves the bar where it was.
+            // A value beyond the end does not move the bar.
         }
     } else if (progress <= 1.0) {
         earlyProgress_ = progress;
@@ -93,7 +92,7 @@ void KelvoAppDelegate::receiveAcknowledgement(SlotBank& bank, std::uint8_t phase
             sendPacket(bank);
             isRelabelled = relabel(bank);
         } else if (phase == bank.transfer.lastPhase()) {
-            // Of either kind: it is the IR's phase that ends here, and the AMP's stays at its last packet.
+            // The end of either kind resets the IR's phase; the AMP's stays at its last packet.
             cab_.transfer.setIdle();
         }
         bank.progress = bank.transfer.progress();

@@ -10,11 +10,11 @@
 
 namespace kelvo {
 
-/// Threads for reads that may hang: one for each folder at a time, so that a folder that does not answer holds up
-/// nothing else. Main thread.
+/// Threads for reads that may hang: one for each folder at a time, so that a folder that does not answer delays no
+/// other. Main thread.
 class FolderReaders {
 public:
-    /// Runs on the main thread with what was read.
+    /// Runs on the main thread after a read.
     using Result = std::function<void()>;
     /// Runs on the folder's thread; its result is dropped once `stop` is requested.
     using Read = std::function<Result(const std::stop_token& stop)>;
@@ -22,10 +22,10 @@ public:
     FolderReaders() = default;
     FolderReaders(const FolderReaders&) = delete;
     FolderReaders& operator=(const FolderReaders&) = delete;
-    /// Requests all reads to stop and waits for the threads. The program itself never does: it ends with them running.
+    /// Requests all reads to stop and waits for the threads. Only tests get here: the program ends with them running.
     ~FolderReaders();
 
-    /// Starts the read as soon as earlier ones of the folder are over. The source of its stop token.
+    /// Starts the read when earlier ones of the folder have ended. Returns the source of its stop token.
     std::stop_source start(const QString& folder, Read read);
 
 private:

@@ -14,7 +14,7 @@
 namespace kelvo {
 namespace {
 
-/// Of one language whatever the user's: the collation of "C" knows no numbers.
+/// The same locale for every user, because the "C" collation does not support numbers.
 QCollator naturalCollator() {
     QCollator collator(QLocale(QLocale::English, QLocale::UnitedStates));
     collator.setNumericMode(true);
@@ -90,7 +90,7 @@ private:
     VerdictCache& verdicts_;
     const std::stop_token& stop_;
     QDir folder_;
-    QStringList names_;  // with that of the start, be the file there or not
+    QStringList names_;  // with the start's, even if that file has been removed
     qsizetype count_ = 0;
     qsizetype start_ = 0;
     qsizetype position_ = 0;

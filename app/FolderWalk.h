@@ -11,24 +11,24 @@
 
 namespace kelvo {
 
-/// Sorts file names as file managers do: a run of digits counts as its number, letters without their case; only names
-/// that are the same so far by the codes of their characters. The same in every language. Any thread.
+/// Sorts file names as file managers do: digits by the number that they form, letters without case, equal names by
+/// their character codes. The same in every locale. Any thread.
 void sortNaturally(QStringList& names);
 
 /// Whether an import would accept files, remembered until they change in size or time. Any thread.
 class VerdictCache {
 public:
-    /// May block as long as the disk does. Where `stop` is requested the answer means nothing.
+    /// May block as long as the disk does. If `stop` is requested, the result is undefined.
     using Judge = bool (*)(const QUrl& file, const std::stop_token& stop);
 
     explicit VerdictCache(Judge judge) : judge_(judge) {}
 
     [[nodiscard]] bool isAccepted(const QUrl& file, const std::stop_token& stop);
-    /// Without a look into the file.
+    /// Does not read the file.
     [[nodiscard]] bool isKnownToBeRefused(const QUrl& file) const;
 
 private:
-    /// What a file has when its content has not changed.
+    /// A file with the same stamp has the same content.
     struct Stamp {
         qint64 size = -1;
         qint64 seconds = 0;
@@ -50,7 +50,7 @@ private:
 /// A file and its place among the files of its type in its folder.
 struct FolderPlace {
     QUrl file;
-    bool isRead = false;        ///< the folder has been read: what follows is known
+    bool isRead = false;        ///< the folder has been read, and the following members are valid
     bool isFolderGone = false;  ///< the folder could not be opened
     qsizetype number = 0;       ///< from 1 to `count`; 0 where the file is no longer there
     qsizetype count = 0;
@@ -58,16 +58,16 @@ struct FolderPlace {
     QString next;
 };
 
-/// From file to file through one folder.
+/// Steps from file to file through one folder.
 struct FolderWalk {
-    QUrl start;              ///< a local file; it need not be there any more
-    QString fileType;        ///< the extension of those that count, in either case of letters
+    QUrl start;              ///< a local file, which may have been removed
+    QString fileType;        ///< the extension of the files that count, in any case
     std::vector<int> steps;  ///< each 1 for the next file or -1 for the previous one, in this order
 };
 
 /// Reads the folder's names as they are now, hidden files left out, and takes the steps. Only files that the steps
 /// pass or lead to are judged, and refused ones are passed. A step beyond the first or the last file stays there.
-/// Blocks as long as the disk does. Where `stop` is requested the answer means nothing. Any thread.
+/// Blocks as long as the disk does. If `stop` is requested, the result is undefined. Any thread.
 [[nodiscard]] FolderPlace walkFolder(const FolderWalk& walk, VerdictCache& verdicts, const std::stop_token& stop = {});
 
 /// The folder of a local file.

@@ -38,7 +38,7 @@ void ImportQueue::importNow(SlotBank& bank, int row, const QUrl& file) {
 }
 
 void ImportQueue::importSet(SlotBank& bank, int row, const QList<QUrl>& files) {
-    makeWayForTheUser();
+    replaceStalledTransfer();
     QList<int> rows(std::min(files.size(), static_cast<qsizetype>(kTableRows - row)));
     std::iota(rows.begin(), rows.end(), row);
     for (const int each : rows) {
@@ -52,7 +52,7 @@ void ImportQueue::step(SlotBank& bank, int row, int direction) {
     if (row < 0 || bank.slot(row).place.file.isEmpty()) {
         return;
     }
-    makeWayForTheUser();
+    replaceStalledTransfer();
     auto job = std::ranges::find_if(jobs_, [&](const Job& each) { return each.isStep() && each.isFor(bank, row); });
     if (job == jobs_.end()) {
         job = jobs_.insert(job, {.number = ++jobNumber_, .bank = &bank, .rows = {row}});
@@ -61,7 +61,7 @@ void ImportQueue::step(SlotBank& bank, int row, int direction) {
     startNext();
 }
 
-void ImportQueue::makeWayForTheUser() {
+void ImportQueue::replaceStalledTransfer() {
     if (isAnyStalled() && !overtakes_) {
         jobs_.clear();
         overtakes_ = true;

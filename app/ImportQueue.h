@@ -15,7 +15,7 @@
 
 namespace kelvo {
 
-/// What the queue asks of the controller. Main thread.
+/// What the queue requests from the controller. Main thread.
 class ImportTarget {
 public:
     virtual ~ImportTarget() = default;
@@ -28,8 +28,8 @@ public:
     virtual void transferFinished(SlotBank& bank, int row) = 0;
 };
 
-/// The imports that wait until no transfer is running: sets of files and steps to neighbours, in the order in which the
-/// user asked for them. It also keeps what has become of each slot.
+/// The pending imports, which wait until no transfer is running: sets of files and steps to neighbours, in the order of
+/// the user's requests. The queue also keeps the state of each slot.
 ///
 /// After kPatience without an acknowledgement, pending imports stay pending. An import that the user requests after
 /// that starts at once and discards them.
@@ -48,25 +48,25 @@ public:
     void importNow(SlotBank& bank, int row, const QUrl& file);
 
     /// One file for each row from this one down, in their order; files that do not fit are ignored. A file that is
-    /// refused, or that is the same as one before it, leaves its row to the next one.
+    /// refused, or that is the same as an earlier one, leaves its row to the next one.
     void importSet(SlotBank& bank, int row, const QList<QUrl>& files);
 
-    /// The next (1) or the previous (-1) accepted file of its folder for a row that has a file. Of several steps that
-    /// wait, only the file where they lead is imported.
+    /// Imports the next (1) or the previous (-1) accepted file of its folder, for a row that has a file. Of several
+    /// pending steps, only the file where they end is imported.
     void step(SlotBank& bank, int row, int direction);
 
     /// The row's slot has been cleared: forgets its file and discards its pending import. A running transfer that has
     /// not sent its last packet still fills the slot.
     void slotCleared(SlotBank& bank, int row);
 
-    /// Nothing begins by itself while held.
+    /// While held, no pending import begins.
     void hold(bool isHeld);
 
-    /// A transfer of the bank is about to replace the one before. Asks nothing of the target.
+    /// A transfer of the bank is about to replace the one before. Does not call the target.
     void willBegin(SlotBank& bank);
-    /// It has sent its first packet.
+    /// The bank's transfer has sent its first packet.
     void hasBegun(SlotBank& bank);
-    /// The bank's transfer has got an acknowledgement.
+    /// The bank's transfer has received an acknowledgement.
     void hasProgressed(SlotBank& bank);
 
 private:
@@ -77,9 +77,9 @@ private:
         QList<int> rows;
         QList<QUrl> files = {};
         QStringList tried = {};       ///< canonical paths of the files before these
-        std::vector<int> steps = {};  ///< that have not been looked up
+        std::vector<int> steps = {};  ///< that have not been resolved
         bool isLookingUp = false;
-        std::optional<FolderPlace> wanted = {};  ///< where the steps before them lead
+        std::optional<FolderPlace> wanted = {};  ///< where the resolved steps end
 
         [[nodiscard]] bool isStep() const { return files.isEmpty(); }
         [[nodiscard]] bool isReady() const { return !isStep() || (wanted && steps.empty() && !isLookingUp); }
@@ -89,7 +89,7 @@ private:
 
     [[nodiscard]] bool isAnyAnswering() const;
     [[nodiscard]] bool isAnyStalled() const;
-    void makeWayForTheUser();
+    void replaceStalledTransfer();
     void takeOut(SlotBank& bank, int row);
     void startNext();
     void startStep(const Jobs::iterator& job);

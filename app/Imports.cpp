@@ -29,7 +29,7 @@ void KelvoAppDelegate::chooseFile(SlotBank& bank) {
 
 bool KelvoAppDelegate::importFile(SlotBank& bank, int row, const QUrl& url) {
     {
-        // Before the file is read: a file that is refused redirects a running transfer, too.
+        // Set before the file is read: even a refused file redirects a running transfer.
         const std::lock_guard lock(transferMutex_);
         selectRow_ = row;
     }

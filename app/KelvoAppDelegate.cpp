@@ -31,12 +31,12 @@ namespace {
 void center(QWidget& window) {
     const QRect available = window.screen()->availableGeometry();
     const QPoint corner = available.center() - QRect(QPoint(), window.size()).center();
-    // Of a window that is larger than the screen, the upper left corner is what must be seen.
+    // If the window is larger than the screen, its upper left corner stays visible.
     window.move(std::max(corner.x(), available.left()), std::max(corner.y(), available.top()));
 }
 
-// On Wayland a program cannot place its windows: the window system centres one above that to which it belongs. On X
-// both would be minimised together, which the loading window does not let happen.
+// On Wayland a program cannot place its windows; the compositor centres a transient one above its parent. On X the two
+// would be minimised together, which the loading window must not allow.
 void belongTo(QWidget& window, const QWidget& owner) {
     if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         window.winId();
@@ -49,7 +49,7 @@ struct Icons {
     QIcon deletion;
 };
 
-/// The theme's only where it has both: one of its own beside one of ours do not match.
+/// The theme's icons only if it has both: one of the theme's does not match one of ours.
 Icons actionIcons() {
     const QString import = QStringLiteral("document-import");
     const QString deletion = QStringLiteral("edit-delete");
@@ -143,8 +143,8 @@ void KelvoAppDelegate::showMainWindow() {
     setNotice(QObject::tr("Looking for the KR310…"));
     window().adjustSize();
     center(window());
-    // The sleep that follows serves no events: without this the user would look at an empty frame, and the window
-    // system would wait for the answers that it wants from a new active window.
+    // The sleep that follows serves no events. Without this the window would stay empty, and the window system would
+    // report that it does not respond.
     showUntilPainted(window());
     serveUntilActive(window());
 }
@@ -162,25 +162,25 @@ void KelvoAppDelegate::loadFromDevice() {
     aaaa[kCommandOffset] = CMD_CONNECT;
     SendUartCmd(aaaa);
     receiveThread_ = std::jthread([this] { OpenReceiveThread(); });
-    // The loading window would cover a part of it.
+    // The loading window would cover part of the notice.
     setNotice({});
     QWidget& loadingWindow = openLoadWindow();
     belongTo(loadingWindow, window());
     center(loadingWindow);
     runModalForWindow(loadingWindow);
-    // The sleep that follows serves no events: without this the loading window would still stand there.
+    // Without this the loading window would stay on the screen during the sleep, which serves no events.
     serveUntilActive(window());
     services_.sleep(1);
-    // What was clicked during the sleep was clicked on dead buttons: it must not reach live ones. Before the names are
-    // there, so that they are not painted as dead.
+    // Clicks made during the sleep were on disabled buttons and must not reach enabled ones. They are discarded before
+    // the names appear, so that the names are not painted as disabled.
     QCoreApplication::processEvents();
     NSLog(IRNameArr().join(QStringLiteral(", ")).toStdString());
     cab_.model->reloadData();
     amp_.model->reloadData();
-    takeOrders();
+    enableMainWindow();
 }
 
-void KelvoAppDelegate::takeOrders() {
+void KelvoAppDelegate::enableMainWindow() {
     window().setEnabled(true);
     ImportIRTableV().selectRow(0);
     ImportCabTableV().selectRow(0);
@@ -204,8 +204,8 @@ void KelvoAppDelegate::OpenReceiveThread() {
 }
 
 void KelvoAppDelegate::exit() {
-    // A thread that the kernel holds up would keep the device's node open after the end. The HID thread closes it, and
-    // never blocks.
+    // The HID thread closes the node; it never blocks. A write that is stuck in the kernel would keep the node open
+    // after the end.
     manager_.stop();
     hidThread_ = {};
     services_.exitProcess(0);

@@ -36,13 +36,13 @@ struct TransferState {
 
 /// The one controller: main window, slot tables, start-up, imports, deletion, and the answers of the device.
 ///
-/// Main thread, but for CMD_CallBack (receive thread) and exitApp (any).
+/// Main thread, except CMD_CallBack (receive thread) and exitApp (any thread).
 class KelvoAppDelegate final : public AppClass, public SlotTableDataSource, public ImportTarget, public Outlets {
 public:
     /// `manager` outlives the controller. Builds the windows; nothing is shown or started yet.
     KelvoAppDelegate(HidManager& manager, AppServices services);
 
-    /// Ends both worker threads. The program itself never gets here: it leaves through exit or exitApp.
+    /// Ends both worker threads. Only tests get here: the program ends through exit or exitApp.
     ~KelvoAppDelegate() override;
 
     KelvoAppDelegate(const KelvoAppDelegate&) = delete;
@@ -65,7 +65,7 @@ public:
     int numberOfRowsInTableView(int) const override { return kTableRows; }
     QString tableView_objectValueForTableColumn_row(int tag, int column, int row) const override;
     bool tableView_shouldEditTableColumn_row(int, int, int) const override { return false; }
-    /// Nothing: the selection is read when an action needs it.
+    /// Does nothing: the selection is read when an action needs it.
     void tableViewSelectionDidChange(int) override {}
     RowStatus rowStatus(int tag, int row) const override;
 
@@ -76,7 +76,7 @@ public:
     const LoadDataWindowController& loadWindow() const { return *loadWindow_; }
     void setLoadWindow(std::unique_ptr<LoadDataWindowController> loadWindow);
 
-    // Plain get and set like the outlets, on any thread; the lists are copied as they are now.
+    // Getters and setters for any thread. The lists are copies.
     std::uint8_t PRESET_PARAValue() const { return PRESET_PARAValue_; }
     void setPRESET_PARAValue(std::uint8_t value) { PRESET_PARAValue_ = value; }
     std::uint8_t IRNameValue() const { return IRNameValue_; }
@@ -97,7 +97,7 @@ private:
     void showMainWindow();
     void setNotice(const QString& notice);
     void loadFromDevice();
-    void takeOrders();
+    void enableMainWindow();
     QWidget& openLoadWindow();
     void OpenHidDeviceThread();
     void OpenReceiveThread();
@@ -117,8 +117,8 @@ private:
     void sendIRData() { sendPacket(cab_); }
     void sendAMPData() { sendPacket(amp_); }
     void sendPacket(SlotBank& bank);
-    /// A slot that was cleared during the transfer into it is filled by the name packet after all, so its label
-    /// returns. Returns whether it has changed.
+    /// The name packet fills a slot that was cleared during its transfer, so the label returns. Returns whether it has
+    /// changed.
     bool relabel(SlotBank& bank);
 
     HidManager& manager_;
@@ -129,7 +129,7 @@ private:
     std::int64_t selectRow_ = 0;
 
     std::atomic<std::uint8_t> PRESET_PARAValue_ = 0;
-    std::atomic<std::uint8_t> IRNameValue_ = 0;  // nobody uses these two
+    std::atomic<std::uint8_t> IRNameValue_ = 0;  // these two are not used
     std::atomic<std::uint8_t> AMPNameValue_ = 0;
 
     std::unique_ptr<CloseActionWindow> interface_;
@@ -139,7 +139,7 @@ private:
     ImportQueue queue_{*this, readers_, {&cab_, &amp_}};
     std::uint32_t transfers_ = 0;  // begun so far
 
-    // Guards the pointer against the receive thread, and the progress that came before there was a bar to show it.
+    // Guards the pointer and the progress that arrived before there was a bar, against the receive thread.
     std::mutex loadWindowMutex_;
     std::unique_ptr<LoadDataWindowController> loadWindow_;
     double earlyProgress_ = 0.0;

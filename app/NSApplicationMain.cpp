@@ -15,16 +15,16 @@
 namespace kelvo {
 namespace {
 
-struct Complaint {
+struct HeldMessage {
     QtMsgType type;
     const char* category;
     QString text;
 };
 
-/// What the toolkit has said since holdComplaint took its messages. Main thread.
-std::vector<Complaint> heldComplaints;
+/// The toolkit's messages while holdMessage is installed. Main thread.
+std::vector<HeldMessage> heldMessages;
 
-/// What the toolkit says may repeat what the user's arguments hold.
+/// A message may contain the user's arguments.
 QString printableLines(const QString& text) {
     QStringList lines = text.split(QLatin1Char('\n'));
     for (QString& line : lines) {
@@ -33,18 +33,18 @@ QString printableLines(const QString& text) {
     return lines.join(QLatin1Char('\n'));
 }
 
-/// Takes the toolkit's messages while it opens a display. Where there is none, it says so in many lines and aborts:
-/// here the first line that concerns displays becomes the one sentence of all that.
-void holdComplaint(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+/// Collects the toolkit's messages while it opens a display. Without a display the toolkit prints many lines and
+/// aborts; this prints the first one about displays instead.
+void holdMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     if (type != QtFatalMsg) {
-        heldComplaints.push_back({type, context.category, printableLines(text)});
+        heldMessages.push_back({type, context.category, printableLines(text)});
         return;
     }
-    const auto cause = std::ranges::find_if(heldComplaints, [](const Complaint& complaint) {
-        return complaint.type == QtWarningMsg && QLatin1String(complaint.category).startsWith(QLatin1String("qt.qpa."));
+    const auto cause = std::ranges::find_if(heldMessages, [](const HeldMessage& message) {
+        return message.type == QtWarningMsg && QLatin1String(message.category).startsWith(QLatin1String("qt.qpa."));
     });
     const QString reason =
-        (cause != heldComplaints.end() ? cause->text : printableLines(text)).split(QLatin1Char('\n')).first().trimmed();
+        (cause != heldMessages.end() ? cause->text : printableLines(text)).split(QLatin1Char('\n')).first().trimmed();
     std::fprintf(stderr, "%s: No display to show a window on: %s\n", program_invocation_short_name, qPrintable(reason));
     std::_Exit(EXIT_FAILURE);
 }
@@ -56,20 +56,20 @@ void nameApplication() {
     QApplication::setApplicationDisplayName(QStringLiteral("Kelvo"));
     QApplication::setDesktopFileName(QStringLiteral("local.kelvo.kelvo"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kelvo"), QIcon(QStringLiteral(":/kelvo.png"))));
-    // The process ends where the controller says so, not when a window happens to be the last.
+    // The controller ends the process, not the last window.
     QApplication::setQuitOnLastWindowClosed(false);
 }
 
 std::unique_ptr<QApplication> makeApplication(int& argc, char** argv) {
-    // The toolkit's file chooser keeps a history in the user's settings. Nothing is kept on disk here, so the settings
-    // are sent where no file can be made.
+    // The toolkit's file chooser stores a history in the user's settings. Kelvo stores nothing on disk, so the settings
+    // go to a path where no file can be created.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 
-    const QtMessageHandler before = qInstallMessageHandler(holdComplaint);
+    const QtMessageHandler before = qInstallMessageHandler(holdMessage);
     auto application = std::make_unique<QApplication>(argc, argv);
     qInstallMessageHandler(before);
-    for (const Complaint& complaint : std::exchange(heldComplaints, {})) {
-        qt_message_output(complaint.type, {nullptr, 0, nullptr, complaint.category}, complaint.text);
+    for (const HeldMessage& message : std::exchange(heldMessages, {})) {
+        qt_message_output(message.type, {nullptr, 0, nullptr, message.category}, message.text);
     }
     nameApplication();
     return application;

@@ -12,11 +12,11 @@ class HidManager;
 /// loop. Call once, from main; returns the process's status. The utility mostly ends the process itself before that.
 int NSApplicationMain(int& argc, char** argv, HidManager& manager);
 
-/// The application object as NSApplicationMain makes it; for a program that brings an event loop of its own. Where no
-/// display can be opened, the process ends with one sentence on standard error and status 1.
+/// The application object of NSApplicationMain, for a program with another event loop. If no display can be opened, the
+/// process ends with one sentence on standard error and status 1.
 [[nodiscard]] std::unique_ptr<QApplication> makeApplication(int& argc, char** argv);
 
-/// What makeApplication tells the toolkit and the desktop about the utility once there is an application object.
+/// Sets the names and the icon of the application object.
 void nameApplication();
 
 }  // namespace kelvo

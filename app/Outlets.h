@@ -7,8 +7,8 @@ namespace kelvo {
 class CloseActionWindow;
 class SlotTableView;
 
-/// What the controller works with of the main window's interface file. Plain get and set: what is set must outlive this
-/// object, and nothing is connected to it. Main thread.
+/// The widgets of the main window's interface file that the controller uses. Plain getters and setters: the widgets
+/// must outlive this object. Main thread.
 class Outlets {
 public:
     CloseActionWindow& window() const { return *window_; }

@@ -15,12 +15,12 @@ namespace {
 
 constexpr QLatin1StringView kFigures("0123456789");
 const QString kWidestNumber = QStringLiteral("00.");
-/// How much of its ink what is subdued keeps, on a plain and on a selected row, and of its colour a selection without
-/// focus.
+/// The share of the text colour in dimmed text, on a plain and on a selected row, and of the selection's colour in a
+/// table without focus.
 constexpr float kSubdued = 0.6F;
 constexpr float kSubduedSelected = 0.8F;
 constexpr float kPale = 0.3F;
-/// The opacity of what a line still has to grow.
+/// The opacity of the part of a line that is still to grow.
 constexpr double kTrough = 0.25;
 /// The dashes of a broken line and the gaps between them, in pixels.
 constexpr int kDash = 12;
@@ -61,7 +61,7 @@ int figureWidth(const QFontMetrics& metrics) {
     return widest;
 }
 
-/// The width of a number's character: that of the widest figure for all figures.
+/// The width of a character in a number: all figures are as wide as the widest one.
 int numberAdvance(const QFontMetrics& metrics, QChar character) {
     return character.isDigit() ? figureWidth(metrics) : metrics.horizontalAdvance(character);
 }
@@ -72,7 +72,7 @@ int numberWidth(const QFontMetrics& metrics, const QString& number) {
     });
 }
 
-/// From a label's left edge to its name: one place for all names, though a cleared slot's number has no dot.
+/// From a label's left edge to its name: the same for all names, though a cleared slot's number has no dot.
 int nameOffset(const QFontMetrics& metrics, const QString& number) {
     return std::max(numberWidth(metrics, number), numberWidth(metrics, kWidestNumber)) + metrics.averageCharWidth();
 }

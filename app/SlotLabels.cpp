@@ -43,7 +43,7 @@ SlotLabel splitLabel(const QString& label) {
     const bool hasDot = digits < label.size() && label.at(digits) == QLatin1Char('.');
     const QString name = label.mid(digits + (hasDot ? 1 : 0));
     const bool isCleared = !hasDot && name == QLatin1String("EMPTY");
-    // The pedal pads names with plain spaces; any other character means that the slot holds something.
+    // The pedal pads names with spaces; any other character means that the slot is not empty.
     const bool isBlank = name.count(QLatin1Char(' ')) == name.size();
     return {label.left(label.size() - name.size()), printable(name), isCleared || isBlank};
 }
@@ -63,7 +63,7 @@ QString plainToolTip(const QString& text) {
     const qsizetype half = kLongestToolTip / 2;
     const QString shown =
         text.size() <= kLongestToolTip ? text : text.first(half) + QStringLiteral("…") + text.last(half);
-    // Said to be rich text, it is escaped text for certain.
+    // Marked as rich text, so that escaped text is never shown as plain text.
     return QStringLiteral("<qt>%1</qt>").arg(shown.toHtmlEscaped());
 }
 

@@ -19,10 +19,10 @@ public:
     [[nodiscard]] QStringList all() const;
     void setAll(const QStringList& labels);
 
-    /// The row's number, a dot and the name in upper case. Returns whether that changed the label. A row that is none
-    /// (-1, without a selection) is ignored.
+    /// Sets the row's number, a dot and the name in upper case. Returns whether the label has changed. A row of -1, for
+    /// no selection, is ignored.
     bool setName(int row, const QString& name) { return store(row, QStringLiteral("%1.%2"), name.toUpper()); }
-    /// The row's number and "EMPTY", with no dot between.
+    /// Sets the row's number and "EMPTY", without a dot between them.
     void setEmpty(int row) { store(row, QStringLiteral("%1%2"), QStringLiteral("EMPTY")); }
 
 private:
@@ -34,24 +34,22 @@ private:
     std::vector<QString> labels_ = std::vector<QString>(kTableRows);
 };
 
-/// A slot's label as it is drawn: the number that it begins with, and what follows it.
+/// The pieces of a slot's label.
 struct SlotLabel {
     QString number;  ///< leading digits and the dot after them, if there is one
     QString name;    ///< in printable characters
-    bool isEmpty;    ///< nothing is known to be in the slot: a name of spaces or none, or the label of a cleared slot
+    bool isEmpty;    ///< the name is blank, or the label is that of a cleared slot
 };
 [[nodiscard]] SlotLabel splitLabel(const QString& label);
 
-/// `text` with a middle dot in place of each character that is not shown (see isShown) and of each space but the plain
-/// one, so that a name that holds something never looks empty. Names from the pedal and from files may hold any
-/// character.
+/// `text` with a middle dot in place of each character that is not shown (see isShown) and of each space except U+0020,
+/// so that a name never looks empty unless it is. Names from the pedal and from files may contain any character.
 [[nodiscard]] QString printable(const QString& text);
 
-/// A tooltip that shows `text` as it is, though it may look like markup, with a long one shortened in the middle.
+/// A tooltip that shows `text` literally, even if it looks like markup. A long text is shortened in the middle.
 [[nodiscard]] QString plainToolTip(const QString& text);
 
-/// A label as a sentence or a screen reader should say it: number and name, or number and "empty"; nothing for no
-/// label.
+/// A label for a sentence or a screen reader: number and name, or number and "empty"; empty for no label.
 [[nodiscard]] QString spokenLabel(const QString& label);
 
 }  // namespace kelvo

@@ -5,7 +5,7 @@
 namespace kelvo {
 namespace {
 
-/// As a screen reader says it.
+/// The status for a screen reader.
 QString spokenStatus(const RowStatus& status) {
     QString state;
     switch (status.state) {
@@ -79,7 +79,7 @@ QVariant SlotTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant SlotTableModel::headerData(int, Qt::Orientation orientation, int role) const {
-    // The headers are hidden, but a screen reader would read numbers of its own where they have no text.
+    // The headers are hidden, but a screen reader would read numbers if they had no text.
     return role == Qt::DisplayRole && orientation == Qt::Horizontal ? QStringLiteral("Slot") : QString();
 }
 

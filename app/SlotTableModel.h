@@ -6,24 +6,24 @@
 
 namespace kelvo {
 
-/// What has become of a slot in this run.
+/// The state of a slot in this run.
 enum class SlotState {
     Idle,          ///< nothing
-    Waiting,       ///< a file waits for its transfer
+    Waiting,       ///< an import is pending
     Running,       ///< a transfer is running
     NotAnswering,  ///< a transfer is running, but the device has not answered for a while
-    Sent,          ///< the last transfer was acknowledged to its end
+    Sent,          ///< the last transfer was completely acknowledged
     CutOff,        ///< the last transfer was not
 };
 
 /// What a row shows beside its label.
 struct RowStatus {
     SlotState state = SlotState::Idle;
-    double share = 0.0;  ///< of a running transfer, acknowledged: from 0 to 1
+    double share = 0.0;  ///< acknowledged, of a running transfer: from 0 to 1
     QString file = {};   ///< the name of the slot's file, and its place in its folder; empty for none
 };
 
-/// Whoever knows the rows of the slot tables. Tables are told apart by their tag. Main thread.
+/// The source of the slot tables' rows. A tag identifies a table. Main thread.
 class SlotTableDataSource {
 public:
     virtual ~SlotTableDataSource() = default;
@@ -36,8 +36,7 @@ public:
     virtual RowStatus rowStatus(int tag, int row) const = 0;
 };
 
-/// One slot table's rows. The labels are those that the data source gave at the last reload: a repaint never shows what
-/// no reload has fetched. The status is what the source says now.
+/// The rows of one slot table. Labels are those of the last reload; the status is the source's present one.
 class SlotTableModel : public QAbstractTableModel {
 public:
     /// The row's SlotState, and the share of its running transfer that is acknowledged, a double from 0 to 1.

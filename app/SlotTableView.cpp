@@ -28,13 +28,13 @@ constexpr int kUsualWidth = 45;
 /// The longest label: a number, a dot and ten wide letters.
 const QString kWidestLabel = QStringLiteral("65.MMMMMMMMMM");
 
-/// The URL that the chooser would give for a file of this machine: its path and nothing else. Empty for any other.
+/// The URL that the chooser would give for a local file: its path only. Empty for any other URL.
 QUrl asChosen(const QUrl& url) {
     const bool isHere = url.isLocalFile() && (url.host().isEmpty() || url.host() == QLatin1String("localhost"));
     return isHere ? QUrl::fromLocalFile(url.path(QUrl::FullyDecoded)) : QUrl();
 }
 
-/// The course of a change that comes at once, when the time is over.
+/// An easing curve that jumps to its end when the time is over.
 QEasingCurve atItsEnd() {
     QEasingCurve curve;
     curve.setCustomType([](double progress) { return progress < 1 ? 0.0 : 1.0; });
@@ -45,8 +45,7 @@ QEasingCurve atItsEnd() {
 
 SlotTableView::SlotTableView(QWidget* parent) : QTableView(parent), delegate_(new SlotDelegate(this)) {
     setItemDelegate(delegate_);
-    // The toolkit draws a plain box in whole device pixels; of a styled frame the rows hide two sides at a scale
-    // of 1.5.
+    // A plain box is drawn in whole device pixels. At a scale of 1.5 the rows would hide two sides of a styled frame.
     setFrameStyle(QFrame::Box | QFrame::Plain);
     setForegroundRole(QPalette::Mid);
     setSelectionMode(QAbstractItemView::SingleSelection);
@@ -118,7 +117,7 @@ void SlotTableView::showFinished(int row) {
     fading.stop();
     const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
     fading.setEasingCurve(isAnimated ? QEasingCurve(QEasingCurve::InQuad) : atItsEnd());
-    // The animation reports changes only, and this is where it begins.
+    // The animation does not report its first value.
     delegate_->setFinished(row, 1.0);
     fading.start();
 }
@@ -135,7 +134,7 @@ void SlotTableView::changeEvent(QEvent* event) {
 }
 
 QModelIndex SlotTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
-    // Without Control these two go to the first and the last column, and there is one only.
+    // Without Control these two go to the first and the last column, and there is only one.
     const bool isHomeOrEnd = action == MoveHome || action == MoveEnd;
     return QTableView::moveCursor(action, isHomeOrEnd ? modifiers | Qt::ControlModifier : modifiers);
 }
@@ -169,7 +168,7 @@ void SlotTableView::paste() {
     }
 }
 
-bool SlotTableView::isWelcome() const {
+bool SlotTableView::acceptsDrop() const {
     return !dropFiles_.isEmpty() && QApplication::activeModalWidget() == nullptr;
 }
 
@@ -181,18 +180,18 @@ void SlotTableView::dragEnterEvent(QDragEnterEvent* event) {
     forgetDrag();
     dragged_ = event->mimeData()->urls().size();
     dropFiles_ = filesOf(*event->mimeData());
-    if (isWelcome() && judge_) {
+    if (acceptsDrop() && judge_) {
         judging_ = judge_(dropFiles_, [this](const QList<QUrl>& accepted) {
             dropFiles_ = accepted;
-            markDropRow(isWelcome() ? dropRow_ : -1);
+            markDropRow(acceptsDrop() ? dropRow_ : -1);
             viewport()->update();
         });
     }
-    event->setAccepted(isWelcome());
+    event->setAccepted(acceptsDrop());
 }
 
 void SlotTableView::dragMoveEvent(QDragMoveEvent* event) {
-    markDropRow(isWelcome() ? rowAt(event->position().toPoint().y()) : -1);
+    markDropRow(acceptsDrop() ? rowAt(event->position().toPoint().y()) : -1);
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(dropRow_ >= 0);
 }
@@ -202,7 +201,7 @@ void SlotTableView::dragLeaveEvent(QDragLeaveEvent*) {
 }
 
 void SlotTableView::dropEvent(QDropEvent* event) {
-    const int row = isWelcome() ? rowAt(event->position().toPoint().y()) : -1;
+    const int row = acceptsDrop() ? rowAt(event->position().toPoint().y()) : -1;
     const QList<QUrl> files = dropFiles_;
     forgetDrag();
     if (row < 0) {
@@ -211,7 +210,7 @@ void SlotTableView::dropEvent(QDropEvent* event) {
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    // Queued, so that the program that the files come from does not wait until the first has been read.
+    // Queued, so that the program the files come from does not wait until the first one has been read.
     QMetaObject::invokeMethod(
         this,
         [this, row, files] {

@@ -14,8 +14,8 @@ namespace kelvo {
 
 class SlotDelegate;
 
-/// A table of slots, of the size that shows all its rows. Its data source tells tables apart by the dynamic property
-/// "tag", set in the interface file. The user can move the selection, not take it away; Home and End move it to the
+/// A table of slots that is large enough for all its rows. The dynamic property "tag", set in the interface file,
+/// identifies it to the data source. The user can move the selection but not clear it; Home and End move it to the
 /// first and the last slot.
 class SlotTableView : public QTableView {
 public:
@@ -29,26 +29,26 @@ public:
     /// Runs when the user presses these keys here.
     void setKeyAction(const QKeySequence& keys, const std::function<void()>& action);
 
-    /// Runs after local files of this type have been dropped on a row or pasted into the selected one, and the row has
-    /// been selected: with the files in natural order. Other files among them are ignored. Nothing is accepted while a
+    /// Runs after local files of this type have been dropped on a row or pasted into the selected row, and the row has
+    /// been selected. The files are in natural order; others among them are ignored. Nothing can be dropped while a
     /// modal window is open.
     void setFileAction(const QString& fileType, std::function<void(int row, const QList<QUrl>& files)> action);
 
-    /// Receives those of the judged files that an import would accept, at most one for each row.
+    /// Receives the accepted files, at most one for each row.
     using Verdict = std::function<void(const QList<QUrl>& accepted)>;
-    /// Begins to judge files, and calls back later unless it is stopped.
+    /// Begins to judge files and calls back later, unless it is stopped.
     using Judge = std::function<std::stop_source(const QList<QUrl>& files, const Verdict& verdict)>;
     /// Judges files while they are dragged here. Until the verdict comes, files count as accepted by their names.
     void setFileJudge(Judge judge) { judge_ = std::move(judge); }
 
-    /// What is being waited for, drawn subdued in the middle of the rows while there are no labels; empty for nothing.
+    /// A dimmed text in the middle of the rows while there are no labels; empty for none.
     void setNotice(const QString& notice);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    /// Shows a full line in the row that fades away within 0.6 s, or stands and is gone then where the desktop wants no
-    /// animations.
+    /// Shows a full line in the row, which fades within 0.6 s, or disappears after that time if the desktop has
+    /// animations switched off.
     void showFinished(int row);
 
 protected:
@@ -66,7 +66,7 @@ private:
     /// The files for this table, by their names.
     QList<QUrl> filesOf(const QMimeData& mime) const;
     void paste();
-    bool isWelcome() const;
+    bool acceptsDrop() const;
     /// How many of the dragged files fit from this row on.
     int countFrom(int row) const;
     void forgetDrag();
@@ -81,7 +81,7 @@ private:
     Judge judge_;
     std::stop_source judging_{std::nostopstate};
     qsizetype dragged_ = 0;  // files that are being dragged here, of any kind
-    QList<QUrl> dropFiles_;  // those of them that are accepted, as far as is known
+    QList<QUrl> dropFiles_;  // of these, the accepted ones as far as they have been judged
     QString notice_;
     int dropRow_ = -1;  // under the files that are being dragged
 };

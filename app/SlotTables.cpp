@@ -76,7 +76,7 @@ void KelvoAppDelegate::deleteCAB() {
                       .style = AlertStyle::Warning,
                       .informativeText = spokenLabel(IRNameArr().value(ImportIRTableV().selectedRow())),
                       .subject = &ImportIRTableV()};
-    // No set may change the row while the question stands.
+    // No import may change the row while the question is open.
     queue_.hold(true);
     services_.beginSheetModal(window(), alert, [this](int response) {
         if (response == kAlertFirstButtonReturn) {

@@ -32,7 +32,7 @@ QString sentence(const FolderPlace& place, const QString& neighbour, const QStri
                                : QObject::tr("Imports %1 (%2)").arg(printable(neighbour), keys);
 }
 
-bool leadsOn(const FolderPlace& place, const QString& neighbour) {
+bool hasTarget(const FolderPlace& place, const QString& neighbour) {
     return !place.file.isEmpty() && !place.isFolderGone && !(place.isRead && neighbour.isEmpty());
 }
 
@@ -41,7 +41,7 @@ bool leadsOn(const FolderPlace& place, const QString& neighbour) {
 StepButtons::StepButtons(SlotBank& bank, ImportQueue& queue, QPushButton& import, QPushButton& previous,
                          QPushButton& next, QLabel& fileLine)
     : bank_(bank), queue_(queue), previous_(previous), next_(next), fileLine_(fileLine) {
-    // Not the theme's: a grey arrow looks the same on a dead button as on a live one.
+    // Not the theme's: a grey arrow looks the same on a disabled button.
     previous_.setIcon(symbolIcon(Symbol::Up));
     next_.setIcon(symbolIcon(Symbol::Down));
     connectStep(previous_, import, Qt::Key_Up, Qt::Key_PageUp, -1);
@@ -65,7 +65,7 @@ void StepButtons::connectStep(QPushButton& button, QPushButton& import, Qt::Key 
 
 void StepButtons::enable(QPushButton& button, bool isEnabled) {
     if (!isEnabled && button.hasFocus()) {
-        // The toolkit would pass the focus on to the next button, which may be the one that deletes.
+        // The toolkit would move the focus to the next button, which may be Delete.
         bank_.table->setFocus();
     }
     button.setEnabled(isEnabled);
@@ -74,8 +74,8 @@ void StepButtons::enable(QPushButton& button, bool isEnabled) {
 void StepButtons::update() {
     const int row = bank_.table->selectedRow();
     const FolderPlace place = row >= 0 ? bank_.slot(row).place : FolderPlace();
-    enable(previous_, leadsOn(place, place.previous));
-    enable(next_, leadsOn(place, place.next));
+    enable(previous_, hasTarget(place, place.previous));
+    enable(next_, hasTarget(place, place.next));
     describe(previous_, sentence(place, place.previous, QObject::tr("previous"), QObject::tr("Ctrl+Up, Page Up")));
     describe(next_, sentence(place, place.next, QObject::tr("next"), QObject::tr("Ctrl+Down, Page Down")));
     const QString file = placeText(place);

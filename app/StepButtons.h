@@ -10,9 +10,9 @@ namespace kelvo {
 class ImportQueue;
 struct SlotBank;
 
-/// What belongs to the file of a table's selected row: the two buttons that import the previous and the next file of
-/// its folder, the keys that do the same in the table and on the buttons, and the line that names the file. A button
-/// that leads nowhere is disabled. Main thread.
+/// The controls for the file of a table's selected row: two buttons that import the previous and the next file of its
+/// folder, the keys that do the same in the table and on its buttons, and the line that names the file. A button
+/// without a target is disabled. Main thread.
 class StepButtons {
 public:
     /// All references must outlive this object. The bank's table has its model.

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-/// Symbols are laid out in a square of so many units.
+/// The side of the square in which the shapes are defined.
 constexpr int kUnits = 16;
 
 struct Shape {

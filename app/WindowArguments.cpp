@@ -8,12 +8,12 @@ namespace {
 
 struct ToolkitOption {
     const char* name;
-    const char* value;  ///< what it takes; empty for nothing
-    const char* help;   ///< empty: known, but nobody types it
+    const char* value;  ///< of its value; empty for none
+    const char* help;   ///< empty for an option that is accepted but not listed
 };
 
-/// The toolkit reads its options when the application object is made, which needs a display; so that others are
-/// refused before, they have to stand here. The last ones come from window and session managers.
+/// The toolkit reads its options when the application object is created, which needs a display. They are listed here so
+/// that others are refused before that. The last ones come from window and session managers.
 constexpr ToolkitOption kToolkitOptions[] = {
     {"platform", "NAME", "the window system: xcb, wayland or offscreen"},
     {"platformtheme", "NAME", "whose dialogs and settings: gtk3 or xdgdesktopportal"},

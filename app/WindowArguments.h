@@ -10,17 +10,17 @@
 
 namespace kelvo {
 
-/// The command line of a program that shows windows: the options that every program of the toolkit has, and words.
+/// The command line of a program with windows: the options that every program of the toolkit has, and words.
 class WindowArguments {
 public:
-    /// Reads the arguments of main; no display is needed. More words than `mostWords` are a mistake.
+    /// Reads the arguments of main; needs no display. More words than `mostWords` are an error.
     WindowArguments(int argc, char** argv, qsizetype mostWords);
 
     [[nodiscard]] const Request& request() const { return request_; }
     [[nodiscard]] QStringList words() const { return parser_.positionalArguments(); }
 
-    /// The toolkit's options and nothing else, in the form that it takes, for the application object; they live as long
-    /// as this object, and the application object may shorten them.
+    /// Only the toolkit's options, in the form that the application object expects. They live as long as this object,
+    /// and the application object may shorten them.
     int& argc() { return argc_; }
     char** argv() { return argv_.data(); }
 
@@ -32,7 +32,7 @@ private:
     int argc_ = 0;
 };
 
-/// A line for each option, for a help text.
+/// One line for each option, for a help text.
 [[nodiscard]] QString optionsHelp();
 
 }  // namespace kelvo
