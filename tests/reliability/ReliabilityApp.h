@@ -20,9 +20,6 @@ std::uint32_t triedReports(const RunningApp& app);
 /// has been handled and answered. The pedal must be sound by now. False when that does not end.
 [[nodiscard]] bool settle(const RunningApp& app);
 
-/// The slots that differ from what the pedal left the factory with, as "CAB 27" or "AMP 56".
-std::vector<std::string> changedSlots(const VirtualKr310& pedal);
-
 /// What a process must not keep.
 struct Holdings {
     std::map<int, std::string> descriptors;
