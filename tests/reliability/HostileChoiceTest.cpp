@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QPushButton>
+#include <ctime>
 #include <fstream>
 
 #include "Driver.h"
@@ -18,7 +19,8 @@
 namespace kelvo::test {
 namespace {
 
-constexpr std::chrono::milliseconds kAtOnce{1000};
+/// Of processor time; what is waited for would end the test by its limit.
+constexpr std::clock_t kAtOnce = CLOCKS_PER_SEC;
 #if defined(__has_feature)
 #define KELVO_HAS_FEATURE(feature) __has_feature(feature)
 #else
@@ -53,10 +55,10 @@ protected:
         const std::uint32_t reports = triedReports(app_);
         const Holdings before = holdings();
         const std::size_t peak = peakMemory();
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         app_.importIR(3, path);
         app_.importAMP(4, path);
-        EXPECT_LT(std::chrono::steady_clock::now() - start, kAtOnce) << path.toStdString();
+        EXPECT_LT(std::clock() - start, kAtOnce) << path.toStdString();
         EXPECT_LT(peakMemory() - peak, kFewKiB) << path.toStdString();
         EXPECT_EQ(holdings().descriptors, before.descriptors);
         EXPECT_EQ(triedReports(app_), reports);
@@ -74,13 +76,15 @@ protected:
     RunningApp app_;
 };
 
-TEST_F(HostileChoice, directoriesDevicesAndFifosAreRefusedAtOnce) {
+TEST_F(HostileChoice, whatIsNoSoundFileOrTooLargeIsRefusedAtOnce) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(files_.path("fifo.wav")).constData(), 0600), 0);
-    expectRefused(files_.path("fifo.wav"));
-    expectRefused(files_.path("."));
-    for (const char* const device :
-         {"/dev/zero", "/dev/null", "/dev/full", "/dev/random", "/dev/tty", "/proc/self/mem"}) {
-        expectRefused(device);
+    for (const QString& path :
+         {files_.path("fifo.wav"), files_.path("."), files_.path("gone.wav"), QString("/dev/zero"),
+          QString("/dev/null"), QString("/dev/full"), QString("/dev/random"), QString("/dev/tty"),
+          QString("/proc/self/mem"), QString("/proc/self/maps"), QString("/proc/version"),
+          sparse("4g.wav", waveOf(1), 0x100000000), sparse("5t.wav", waveOf(1), 0x50000000000),
+          sparse("4g.amp", ampOf(1), 0x100000000)}) {
+        expectRefused(path);
     }
 }
 
@@ -93,12 +97,6 @@ TEST_F(HostileChoice, aFifoThatSomebodyFeedsIsRefusedAndNotDrained) {
     expectRefused(path);
     FileBytes left(wave.size() + 1);
     EXPECT_EQ(::read(feeder.get(), left.data(), left.size()), static_cast<ssize_t>(wave.size()));
-}
-
-TEST_F(HostileChoice, filesOf4GiBAndMoreAreRefusedUnread) {
-    expectRefused(sparse("4g.wav", waveOf(1), 0x100000000));
-    expectRefused(sparse("5t.wav", waveOf(1), 0x50000000000));
-    expectRefused(sparse("4g.amp", ampOf(1), 0x100000000));
 }
 
 TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
@@ -115,17 +113,6 @@ TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
     ASSERT_TRUE(serveUntil([&] { return app_.pedal.memory().cab[3].name == "3"; }, std::chrono::seconds(60)));
     ASSERT_TRUE(serveUntil([&] { return next.accessibleDescription().startsWith("Imports 4.wav"); }));
     EXPECT_LT(peakMemory() - peak, kFewKiB);
-}
-
-TEST_F(HostileChoice, aFileThatVanishesBeforeItIsReadIsRefused) {
-    const QString path = files_.write("gone.wav", waveOf(1));
-    ASSERT_TRUE(QFile::remove(path));
-    expectRefused(path);
-}
-
-TEST_F(HostileChoice, filesOfTheKernelThatSayTheyAreEmptyAreRefused) {
-    expectRefused("/proc/self/maps");
-    expectRefused("/proc/version");
 }
 
 TEST_F(HostileChoice, aLargeSoundFileCostsNoMoreThanItsSizeAndLeavesNothing) {

@@ -9,6 +9,7 @@
 #include "CRC.h"
 #include "Descriptors.h"
 #include "LogListener.h"
+#include "SlotTableView.h"
 
 namespace kelvo::test {
 
@@ -67,6 +68,31 @@ FileBytes ampOf(std::uint32_t word) {
     std::array<std::uint32_t, 512> words{};
     words.fill(word);
     return ampFile(words);
+}
+
+std::vector<Action> singleActions() {
+    return {
+        {"IRImport",
+         28,
+         4,
+         {"CAB 30"},
+         [](RunningApp& app, const SampleDir& files) { app.importIR(3, files.write("a.wav", waveOf(0x123456))); }},
+        {"AmpImport",
+         37,
+         5,
+         {"AMP 60"},
+         [](RunningApp& app, const SampleDir& files) { app.importAMP(4, files.write("a.amp", ampOf(0x12345678))); }},
+        {"Deletion",
+         9,
+         0,
+         {"CAB 27"},
+         [](RunningApp& app, const SampleDir&) {
+             app.controller.ImportIRTableV().selectRow(0);
+             app.controller.deleteCAB();
+             app.services.alerts.back().answer(kAlertFirstButtonReturn);
+             app.services.alerts.clear();
+         }},
+    };
 }
 
 }  // namespace kelvo::test

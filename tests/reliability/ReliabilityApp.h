@@ -33,4 +33,15 @@ Holdings holdings();
 FileBytes waveOf(std::uint32_t point);
 FileBytes ampOf(std::uint32_t word);
 
+/// What the user can ask for, into one slot.
+struct Action {
+    const char* name;
+    std::uint32_t reports;
+    std::uint8_t acknowledgements;
+    std::vector<std::string> written;  ///< in this order
+    void (*act)(RunningApp& app, const SampleDir& files);
+};
+/// An IR import, an amp import and a deletion.
+std::vector<Action> singleActions();
+
 }  // namespace kelvo::test
