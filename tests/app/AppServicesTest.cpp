@@ -122,7 +122,7 @@ TEST_F(RealAlert, usesTheRoomOnEitherSideToTheLastPixel) {
     const int last = screen.right() + 1 - width - 8 - table_.width();
     EXPECT_EQ(boxAt(last).right(), screen.right());
     EXPECT_EQ(boxAt(last + 1).left(), last + 1 - 8 - width);
-    // A table that leaves no room on its right, with just enough on its left, and with a pixel less.
+    // A table without space on its right, with just enough on its left, and with a pixel less.
     table_.setFixedWidth(screen.width());
     EXPECT_EQ(boxAt(width + 8).left(), screen.left());
     EXPECT_EQ(boxAt(width + 7).right(), screen.right());

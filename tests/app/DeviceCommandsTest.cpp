@@ -104,7 +104,7 @@ TEST_F(DeviceCommands, ampAcknowledgements_sendTheNextPhaseAndTheFifthEndsTheIRs
     EXPECT_EQ(controller_.transferState().IRTick, 0);
     EXPECT_THAT(sentPackets(), ElementsAre(ElementsAre(0xE2, 0, 2), ElementsAre(0xE2, 0, 3), ElementsAre(0xE2, 0, 4),
                                            ElementsAre(0xE2, 0, 5), ElementsAre(0xE1, 0, 2)));
-    // The interrupted IR transfer goes on all the same: its next acknowledgement says where it stands.
+    // The interrupted IR transfer continues: its next acknowledgement says where it is.
     acknowledge(0xE1, 2);
     EXPECT_EQ(sentPackets().back(), (std::vector<int>{0xE1, 0, 3}));
 }
@@ -138,6 +138,7 @@ TEST(Progress, setsTheBarOfTheLoadingWindow) {
             EXPECT_EQ(app.controller.loadWindow().progressBar()->floatValue(), shown);
             EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());
         }
+        app.controller.loadWindow().progressBar()->setFloatValue(1.0);
     };
     app.start();
 }

@@ -30,7 +30,7 @@ TEST_F(FilledTable, homeAndEndGoToTheFirstAndTheLastSlot) {
 
 TEST_F(FilledTable, aClickBesideTheRowsLeavesTheSelection) {
     clickRow(cab_, 4);
-    // All rows are in sight, so there is room beside them only in a window that somebody forced to be larger.
+    // All rows are visible, so there is space beside them only in a window that was forced to be larger.
     cab_.setMinimumHeight(cab_.height() + 100);
     ASSERT_TRUE(serveUntil(
         [this] { return cab_.viewport()->height() > cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 50; }));

@@ -32,7 +32,7 @@ protected:
     KelvoAppDelegate& controller_ = app_.controller;
 };
 
-TEST_F(SlotTables, areToldApartByTheirTags) {
+TEST_F(SlotTables, areDistinguishedByTheirTags) {
     EXPECT_EQ(controller_.ImportIRTableV().tag(), 1);
     EXPECT_EQ(controller_.ImportCabTableV().tag(), 2);
     app_.start();
@@ -72,14 +72,14 @@ TEST_F(SlotTables, keepTheSelectionOverAReload) {
     EXPECT_EQ(controller_.ImportIRTableV().selectedRow(), 4);
 }
 
-TEST_F(SlotTables, tellOfAllTheirRowsAtAReload) {
+TEST_F(SlotTables, reportAllTheirRowsAtAReload) {
     app_.start();
     SlotTableModel model(controller_, 1);
-    const QSignalSpy told(&model, &QAbstractItemModel::dataChanged);
+    const QSignalSpy reported(&model, &QAbstractItemModel::dataChanged);
     model.reloadData();
-    ASSERT_EQ(told.size(), 1);
-    EXPECT_EQ(told[0][0].toModelIndex(), model.index(0, 0));
-    EXPECT_EQ(told[0][1].toModelIndex(), model.index(9, 0));
+    ASSERT_EQ(reported.size(), 1);
+    EXPECT_EQ(reported[0][0].toModelIndex(), model.index(0, 0));
+    EXPECT_EQ(reported[0][1].toModelIndex(), model.index(9, 0));
 }
 
 TEST_F(SlotTables, giveNoDataForAnInvalidIndex) {
@@ -126,7 +126,7 @@ TEST_F(Deletion, ofRowThree_sendsSlotThreeAndShows30EmptyAtOnce) {
         EXPECT_EQ(reports[i][0], 63);
         EXPECT_THAT(std::vector<int>(reports[i].begin() + 1, reports[i].end()), Each(0));
     }
-    // 15 zeros, the CRC 0xB5F5, and behind it the zeros of the report before.
+    // 15 zeros, the CRC 0xB5F5, and after it the zeros of the report before.
     EXPECT_EQ(reports[8][0], 17);
     EXPECT_THAT(std::vector<int>(reports[8].begin() + 1, reports[8].begin() + 16), Each(0));
     EXPECT_EQ(reports[8][16], 0xB5);

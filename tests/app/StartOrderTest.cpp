@@ -25,7 +25,7 @@ std::ptrdiff_t threads() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-TEST(StartOrder, theQueryGoesOutBeforeTheReceiveThreadExists) {
+TEST(StartOrder, theQuery_isSentBeforeTheReceiveThreadExists) {
     std::vector<std::ptrdiff_t> counts;
     const auto device = std::make_shared<WatchedDevice>([&] { counts.push_back(threads()); });
     ScriptedHidManager manager;
@@ -45,28 +45,28 @@ TEST(StartOrder, theQueryGoesOutBeforeTheReceiveThreadExists) {
     EXPECT_EQ(counts[2], counts[0] + 1);
 }
 
-TEST(StartOrder, bothTablesSayWhatIsAwaited) {
+TEST(StartOrder, bothTables_sayWhatIsAwaited) {
     RunningApp app;
-    const auto tell = [](SlotTableView& table, const QString& notice) {
+    const auto says = [](SlotTableView& table, const QString& notice) {
         const QImage shown = table.grab().toImage();
         table.setNotice(notice);
         return table.grab().toImage() == shown;
     };
-    const auto bothTell = [&](const QString& notice) {
-        return tell(app.controller.ImportIRTableV(), notice) && tell(app.controller.ImportCabTableV(), notice);
+    const auto bothSay = [&](const QString& notice) {
+        return says(app.controller.ImportIRTableV(), notice) && says(app.controller.ImportCabTableV(), notice);
     };
-    std::vector<bool> told;
+    std::vector<bool> said;
     app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
         if (seconds == 2) {
-            told = {bothTell("Looking for the KR310…"), bothTell({})};
+            said = {bothSay("Looking for the KR310…"), bothSay({})};
         }
         found(seconds);
     };
     // The loading window would cover a part of it.
-    app.whileLoading = [&] { told.push_back(bothTell({})); };
+    app.whileLoading = [&] { said.push_back(bothSay({})); };
     app.start();
-    told.push_back(bothTell({}));
-    EXPECT_THAT(told, ElementsAre(true, false, true, true));
+    said.push_back(bothSay({}));
+    EXPECT_THAT(said, ElementsAre(true, false, true, true));
 }
 
 TEST(StartOrder, theControllerIsTheApplicationFromBeforeItsWindowIsShownUntilItsEnd) {

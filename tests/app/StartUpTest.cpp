@@ -89,7 +89,7 @@ private:
     bool hasSeen_ = false;
 };
 
-// What a window manager asks a window then, and hears nothing of, it takes for a program that does not respond.
+// A window manager that gets no answer from a new window takes the program for one that does not respond.
 TEST(StartUp, theWindowIsThereAndActiveBeforeItSleeps) {
     RunningApp app;
     const SlowWindowManager manager(app.controller.window());

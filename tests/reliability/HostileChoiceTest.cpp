@@ -1,5 +1,5 @@
-// What a user can choose that is no sound file, through the whole program: nothing is sent, nothing is kept, and it is
-// over at once, however large the thing says it is.
+// Choices that are no sound files, through the complete program: nothing is sent or kept, and the answer comes at once,
+// whatever size they report.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ constexpr std::clock_t kAtOnce = CLOCKS_PER_SEC;
 #endif
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || KELVO_HAS_FEATURE(address_sanitizer) || \
     KELVO_HAS_FEATURE(thread_sanitizer)
-constexpr std::size_t kShadow = 10;  // a sanitizer keeps books of its own for every byte, and bytes that were freed
+constexpr std::size_t kShadow = 10;  // a sanitizer keeps records of every byte, and bytes that were freed
 #else
 constexpr std::size_t kShadow = 1;
 #endif
@@ -65,7 +65,7 @@ protected:
         EXPECT_FALSE(app_.controller.transferState().isInportIR);
         EXPECT_FALSE(app_.controller.transferState().isInportAMP);
     }
-    /// A hole of this size behind `head`.
+    /// A sparse file of this size that begins with `head`.
     QString sparse(const QString& name, const FileBytes& head, off_t size) {
         const QString path = files_.write(name, head);
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), size), 0);
@@ -76,7 +76,7 @@ protected:
     RunningApp app_;
 };
 
-TEST_F(HostileChoice, whatIsNoSoundFileOrTooLargeIsRefusedAtOnce) {
+TEST_F(HostileChoice, whatIsNoSoundFileOrTooLarge_isRefusedAtOnce) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(files_.path("fifo.wav")).constData(), 0600), 0);
     for (const QString& path :
          {files_.path("fifo.wav"), files_.path("."), files_.path("gone.wav"), QString("/dev/zero"),
@@ -88,7 +88,7 @@ TEST_F(HostileChoice, whatIsNoSoundFileOrTooLargeIsRefusedAtOnce) {
     }
 }
 
-TEST_F(HostileChoice, aFifoThatSomebodyFeedsIsRefusedAndNotDrained) {
+TEST_F(HostileChoice, fifoWithAWriter_isRefusedAndNotDrained) {
     const QString path = files_.path("fed.wav");
     ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
     const UniqueFd feeder(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
@@ -99,7 +99,7 @@ TEST_F(HostileChoice, aFifoThatSomebodyFeedsIsRefusedAndNotDrained) {
     EXPECT_EQ(::read(feeder.get(), left.data(), left.size()), static_cast<ssize_t>(wave.size()));
 }
 
-TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
+TEST_F(HostileChoice, largeFilesBesideAChosenOne_costNoMemory) {
     const QString first = files_.write("1.wav", waveOf(1));
     // Without chunks, so that it must be looked through to its end.
     sparse("2.wav", {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E'}, 80 << 20);
@@ -115,7 +115,7 @@ TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
     EXPECT_LT(peakMemory() - peak, kFewKiB);
 }
 
-TEST_F(HostileChoice, aLargeSoundFileCostsNoMoreThanItsSizeAndLeavesNothing) {
+TEST_F(HostileChoice, largeSoundFile_costsNoMoreThanItsSizeAndLeavesNothing) {
     constexpr off_t kSize = 64 * 1024 * 1024;
     const QString path = sparse("large.wav", waveOf(0x111111), kSize);
     const Holdings before = holdings();

@@ -1,5 +1,4 @@
-// Every output report of every thing that the user can ask for is refused once. Nothing else is written, and the next
-// import works.
+// Every output report of every action of the user is refused once. Nothing else is written, and the next import works.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -97,7 +97,7 @@ protected:
         } else if (event->type() == QEvent::Paint && object == controller_.progressBar()) {
             fill_ = controller_.progressBar()->innerClipLayer().frame().width();
         } else if (event->type() == QEvent::Hide && object == controller_.window()) {
-            events_.push_back(painted_ + " behind a fill of " + std::to_string(std::lround(fill_)));
+            events_.push_back(painted_ + " over a fill of " + std::to_string(std::lround(fill_)));
         }
         return false;
     }
@@ -117,7 +117,7 @@ TEST_F(LoadDataWindow, beforeItGoes_hasPainted100AndAFullBarAndThenCancelsItsTim
     std::thread([this] { bar().setFloatValue(1.0); }).join();
     // It comes before the main thread's turn to lay out the bar.
     tick();
-    EXPECT_THAT(watcher.events(), ElementsAre("100% behind a fill of 338", "cancelled"));
+    EXPECT_THAT(watcher.events(), ElementsAre("100% over a fill of 338", "cancelled"));
 }
 
 TEST_F(LoadDataWindow, itsCloseButtonEndsTheProcessWithStatusZeroEachTime) {

@@ -248,7 +248,7 @@ TEST_F(BarMotion, valueThroughTheAnimator_easesInAndOut) {
     EXPECT_EQ(bar.innerClipLayer().frame().width(), 198.0);
 }
 
-TEST_F(BarMotion, animatorTurnedElsewhere_goesOnFromWhereItIs) {
+TEST_F(BarMotion, animatorTurnedElsewhere_continuesFromWhereItIs) {
     bar.animator().setFloatValue(1.0);
     stage.step(0.125);
     bar.animator().setFloatValue(0.0);
@@ -299,7 +299,7 @@ TEST_F(BarMotion, animator_refusesWhatTheBarRefuses) {
     EXPECT_EQ(bar.floatValue(), 0.0);
 }
 
-TEST_F(BarMotion, barDestroyedDuringItsFades_isGoneQuietly) {
+TEST_F(BarMotion, barDestroyedDuringItsFades_leavesNoWork) {
     auto* const other = new SBProgressBar([this] { return stage.seconds; });
     other->setAnimates(false);
     other->setHidden(true);

@@ -98,19 +98,19 @@ TEST(ServeEvents, windowThatNeverBecomesActive_isGivenUpAfterAFifthOfASecond) {
     EXPECT_GE(waited.elapsed(), 190);  // a coarse timer may come so much early
 }
 
-TEST(ServeEvents, windowServedUntilActive_isNotTakenForActiveByAnotherEvent) {
+TEST(ServeEvents, windowServedUntilActive_isNotConsideredActiveAfterAnotherEvent) {
     QWidget window;
     QWidget above;
     showWithFocus(window);
     showWithFocus(above);
-    bool told = false;
+    bool served = false;
     QTimer::singleShot(0, &window, [&] {
         QEvent other(QEvent::WindowDeactivate);
         QCoreApplication::sendEvent(&window, &other);
-        QTimer::singleShot(10, &window, [&told] { told = true; });
+        QTimer::singleShot(10, &window, [&served] { served = true; });
     });
     serveUntilActive(window);
-    EXPECT_TRUE(told);
+    EXPECT_TRUE(served);
 }
 
 }  // namespace
