@@ -48,6 +48,21 @@ bool serveUntil(const std::function<bool()>& condition, std::chrono::millisecond
     return condition();
 }
 
+std::vector<std::string> changedSlots(const VirtualKr310& pedal) {
+    const Kr310Memory now = pedal.memory();
+    const Kr310Memory before = Kr310Memory::factory();
+    std::vector<std::string> changed;
+    for (std::size_t i = 0; i < kSlotCount; ++i) {
+        if (now.cab[i].words != before.cab[i].words || now.cab[i].name != before.cab[i].name) {
+            changed.push_back("CAB " + std::to_string(27 + i));
+        }
+        if (now.amp[i].words != before.amp[i].words || now.amp[i].name != before.amp[i].name) {
+            changed.push_back("AMP " + std::to_string(56 + i));
+        }
+    }
+    return changed;
+}
+
 RunningApp::RunningApp(const Faults& faults, const Kr310Startup& startup) {
     pedal.setFaults(faults);
     pedal.setStartup(startup);

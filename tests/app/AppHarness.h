@@ -44,6 +44,9 @@ public:
 [[nodiscard]] bool serveUntil(const std::function<bool()>& condition,
                               std::chrono::milliseconds patience = std::chrono::seconds(20));
 
+/// The slots that differ from what the pedal left the factory with, as "CAB 27" or "AMP 56".
+std::vector<std::string> changedSlots(const VirtualKr310& pedal);
+
 /// The whole utility on a virtual pedal that answers at once; only the desktop is scripted.
 class RunningApp {
 public:

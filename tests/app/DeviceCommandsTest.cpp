@@ -45,38 +45,28 @@ protected:
 };
 
 TEST_F(DeviceCommands, cabNames_endAtTheirFirstNulAndLoseBitSeven) {
-    std::string data = "cab1" + std::string(6, '\0') + std::string(10, '\0') +
-                       "\xC1"
-                       "bc" +
-                       std::string(7, '\0');
-    receive(0x85, data + "abcdefghij");
-    const QStringList labels = controller_.IRNameArr();
-    EXPECT_EQ(labels.size(), 10);
-    EXPECT_EQ(labels[0], "27.CAB1");
-    EXPECT_EQ(labels[1], "28.");
-    EXPECT_EQ(labels[2], "29.ABC");
-    EXPECT_EQ(labels[3], "30.ABCDEFGHIJ");
-    EXPECT_EQ(labels[9], "36.");
+    receive(0x85, std::string("cab1\0\0\0\0\0\0"
+                              "\0\0\0\0\0\0\0\0\0\0"
+                              "\xC1"
+                              "bc\0\0\0\0\0\0\0"
+                              "abcdefghij"
+                              "ab\x80"
+                              "cd",
+                              45));
+    EXPECT_EQ(controller_.IRNameArr(),
+              (QStringList{"27.CAB1", "28.", "29.ABC", "30.ABCDEFGHIJ", "31.AB", "32.", "33.", "34.", "35.", "36."}));
+    EXPECT_EQ(controller_.AMPNameArr(), QStringList(10, QString()));
+    // The table shows them from its next reload on.
+    EXPECT_EQ(controller_.tableView_objectValueForTableColumn_row(1, 0, 0), "27.CAB1");
 }
 
-TEST_F(DeviceCommands, cabNames_endAtAByteThatIsZeroWithoutItsBitSeven) {
-    receive(0x85,
-            "ab\x80"
-            "cd");
-    EXPECT_EQ(controller_.IRNameArr()[0], "27.AB");
-}
-
-TEST_F(DeviceCommands, ampNames_keepAllTenBytes) {
-    receive(0xE3, std::string(90, '\0') + "Clean     ");
-    EXPECT_EQ(controller_.AMPNameArr()[9], "65.CLEAN     ");
-    EXPECT_EQ(controller_.AMPNameArr().size(), 10);
-}
-
-TEST_F(DeviceCommands, ampNames_keepControlBytesAndHaveASpaceForZeroAndADotBeyondAscii) {
+TEST_F(DeviceCommands, ampNames_keepTenBytesWithASpaceForZeroAndADotBeyondAscii) {
     std::vector<std::string> lines;
     const LogListener listener([&](std::string_view line) { lines.emplace_back(line); });
-    receive(0xE3, std::string("a\0b\x80\xFF\x01\x1F\x7F~z", 10));
+    receive(0xE3, std::string("a\0b\x80\xFF\x01\x1F\x7F~z", 10) + std::string(80, '\0') + "Clean     ");
     EXPECT_EQ(controller_.AMPNameArr()[0], QString::fromUtf8("56.A B\u00B7\u00B7\x01\x1F\x7F~Z"));
+    EXPECT_EQ(controller_.AMPNameArr()[9], "65.CLEAN     ");
+    EXPECT_EQ(controller_.AMPNameArr().size(), 10);
     ASSERT_GE(lines.size(), 10U);
     EXPECT_EQ(lines[9], "a b\u00B7\u00B7\x01\x1F\x7F~z");
 }
@@ -91,19 +81,6 @@ TEST_F(DeviceCommands, ampNames_logThePartialNameOncePerByte) {
     EXPECT_EQ(lines[9], "Lead      ");
     EXPECT_EQ(lines[10], "C");
     EXPECT_EQ(lines[99], "          ");
-}
-
-TEST_F(DeviceCommands, names_leaveTheTablesUntilAReload) {
-    receive(0x85, "cab1");
-    EXPECT_EQ(controller_.tableView_objectValueForTableColumn_row(1, 0, 0), "27.CAB1");
-    EXPECT_EQ(controller_.AMPNameArr()[0], "");
-}
-
-TEST_F(DeviceCommands, presetPara_storesItsValueAlsoWithoutABar) {
-    receive(0xA5, "\x64");
-    EXPECT_EQ(controller_.PRESET_PARAValue(), 100);
-    receive(0xA5, "\xFF");
-    EXPECT_EQ(controller_.PRESET_PARAValue(), 255);
 }
 
 TEST_F(DeviceCommands, irAcknowledgements_sendTheNextPhaseAndEndWithTheFourth) {
@@ -127,26 +104,18 @@ TEST_F(DeviceCommands, ampAcknowledgements_sendTheNextPhaseAndTheFifthEndsTheIRs
     EXPECT_EQ(controller_.transferState().IRTick, 0);
     EXPECT_THAT(sentPackets(), ElementsAre(ElementsAre(0xE2, 0, 2), ElementsAre(0xE2, 0, 3), ElementsAre(0xE2, 0, 4),
                                            ElementsAre(0xE2, 0, 5), ElementsAre(0xE1, 0, 2)));
-    // The interrupted IR transfer goes on all the same: its next acknowledgement says where it stands.
+    // The interrupted IR transfer continues: its next acknowledgement says where it is.
     acknowledge(0xE1, 2);
     EXPECT_EQ(sentPackets().back(), (std::vector<int>{0xE1, 0, 3}));
 }
 
-TEST_F(DeviceCommands, acknowledgementsOfUnknownPhases_areIgnored) {
-    for (const int phase : {0, 5, 6, 128, 255}) {
-        acknowledge(0xE1, static_cast<char>(phase));
-    }
-    for (const int phase : {0, 6, 128, 255}) {
-        acknowledge(0xE2, static_cast<char>(phase));
-    }
-    EXPECT_EQ(controller_.transferState().IRTick, 0);
-    EXPECT_EQ(controller_.transferState().AMPTick, 0);
-    EXPECT_THAT(sentPackets(), IsEmpty());
-}
-
-TEST_F(DeviceCommands, otherCommands_doNothing) {
+TEST_F(DeviceCommands, otherCommandsAndPhases_doNothing) {
     for (const int command : {0x00, 0xE0, 0xE4, 0xFF, 0x84, 0x86, 0xA4}) {
         receive(static_cast<std::uint8_t>(command), "\x01");
+    }
+    for (const int phase : {0, 6, 128, 255}) {
+        acknowledge(0xE1, static_cast<char>(phase));
+        acknowledge(0xE2, static_cast<char>(phase));
     }
     EXPECT_THAT(sentPackets(), IsEmpty());
     EXPECT_EQ(controller_.IRNameArr(), QStringList(10, QString()));
@@ -154,32 +123,25 @@ TEST_F(DeviceCommands, otherCommands_doNothing) {
     EXPECT_EQ(controller_.PRESET_PARAValue(), 0);
 }
 
-struct ProgressCase {
-    std::uint8_t value;
-    double shown;
-};
-
-class Progress : public testing::TestWithParam<ProgressCase> {};
-
-TEST_P(Progress, setsTheBarOfTheLoadingWindow) {
+TEST(Progress, setsTheBarOfTheLoadingWindow) {
+    // The bar refuses what is over 199 and keeps the 50 that came before.
+    const std::pair<std::uint8_t, double> rows[] = {
+        {0, 0.0}, {100, 100.0 / 199.0}, {198, 198.0 / 199.0}, {200, 50.0 / 199.0}, {255, 50.0 / 199.0}, {199, 1.0}};
     RunningApp app({.silentFromPhase = 0});
     app.whileLoading = [&] {
-        std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0x02, 0x00, 0xA5, 50};
-        app.controller.CMD_CallBack(frame);
-        frame[5] = GetParam().value;
-        app.controller.CMD_CallBack(frame);
-        EXPECT_EQ(app.controller.loadWindow().progressBar()->floatValue(), GetParam().shown);
-        EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());
+        for (const auto& [value, shown] : rows) {
+            std::array<std::uint8_t, kFrameBufferSize> frame{0xAA, 0x55, 0x02, 0x00, 0xA5, 50};
+            app.controller.CMD_CallBack(frame);
+            frame[5] = value;
+            app.controller.CMD_CallBack(frame);
+            EXPECT_EQ(app.controller.PRESET_PARAValue(), value);
+            EXPECT_EQ(app.controller.loadWindow().progressBar()->floatValue(), shown);
+            EXPECT_TRUE(app.controller.loadWindow().window()->isVisible());
+        }
         app.controller.loadWindow().progressBar()->setFloatValue(1.0);
     };
     app.start();
 }
-
-// The bar refuses what is over 199 and keeps the 50 that came before.
-INSTANTIATE_TEST_SUITE_P(Values, Progress,
-                         testing::Values(ProgressCase{0, 0.0}, ProgressCase{100, 100.0 / 199.0},
-                                         ProgressCase{198, 198.0 / 199.0}, ProgressCase{199, 1.0},
-                                         ProgressCase{200, 50.0 / 199.0}, ProgressCase{255, 50.0 / 199.0}));
 
 }  // namespace
 }  // namespace kelvo::test

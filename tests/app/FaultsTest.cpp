@@ -30,29 +30,9 @@ std::vector<std::string> faultNames() {
     return names;
 }
 
-/// The slots that differ from what the pedal left the factory with.
-std::vector<std::string> changedSlots(const VirtualKr310& pedal) {
-    const Kr310Memory now = pedal.memory();
-    const Kr310Memory before = Kr310Memory::factory();
-    std::vector<std::string> changed;
-    for (std::size_t i = 0; i < 10; ++i) {
-        if (now.cab[i].words != before.cab[i].words || now.cab[i].name != before.cab[i].name) {
-            changed.push_back("CAB " + std::to_string(27 + i));
-        }
-        if (now.amp[i].words != before.amp[i].words || now.amp[i].name != before.amp[i].name) {
-            changed.push_back("AMP " + std::to_string(56 + i));
-        }
-    }
-    return changed;
-}
-
 class Fault : public testing::TestWithParam<std::string> {
 protected:
     QString wave(const QString& name) { return files_.write(name, WaveFile{.data = FileBytes(64, 0x40)}.bytes()); }
-    QString amp(const QString& name) {
-        const std::array<std::uint32_t, 2> words{5, 6};
-        return files_.write(name, ampFile(words));
-    }
     static bool isUnplug() { return GetParam().starts_with("unplug"); }
 
     /// Waits until neither side has said anything for a while: garbage leaves the ring at a byte per 10 ms.
@@ -85,7 +65,7 @@ TEST_P(Fault, duringTheImports_writesNoOtherSlotAndTheNextImportWorks) {
     app.pedal.setFaults(importFault());
     app.importIR(3, wave("first.wav"));
     settle(app);
-    app.importAMP(4, amp("first.amp"));
+    app.importAMP(4, files_.write("first.amp", ampFile(std::array<std::uint32_t, 2>{5, 6})));
     settle(app);
     EXPECT_THAT(changedSlots(app.pedal), IsSubsetOf({"CAB 30", "CAB 31", "AMP 60"}));
     if (isUnplug()) {

@@ -106,7 +106,9 @@ TEST_F(FileSet, ofTenModelsSendsEveryReportThatTenSingleImportsSend) {
 }
 
 TEST_F(FileSet, skipsRefusedFilesWhichTakeNoRow) {
-    QList<QUrl> files = waves({"1", "4"}) + urls({bad("2.wav"), amp("3.amp"), bad("5.wav"), files_.path("gone.wav")});
+    ASSERT_TRUE(QDir(files_.path("")).mkdir("0.wav"));
+    QList<QUrl> files = waves({"1", "4"}) + urls({bad("2.wav"), amp("3.amp"), bad("5.wav"), files_.path("gone.wav"),
+                                                  files_.path("0.wav"), files_.path("")});
     files.append(QUrl("http://localhost/0.wav"));
     EXPECT_TRUE(drop(cab_, 2, files));
     ASSERT_TRUE(changed(2));
@@ -119,13 +121,6 @@ TEST_F(FileSet, ofModelsPassesOverAWaveAmongThem) {
     ASSERT_TRUE(changed(2));
     EXPECT_THAT(changes(), ElementsAre(StartsWith("AMP 64 <- \"a\""), StartsWith("AMP 65 <- \"c\"")));
     EXPECT_EQ(app_.ampLabel(9), "65.C");
-}
-
-TEST_F(FileSet, skipsAFolder) {
-    ASSERT_TRUE(QDir(files_.path("")).mkdir("folder.wav"));
-    const QList<QUrl> folders = urls({files_.path("folder.wav"), files_.path("")});
-    EXPECT_TRUE(drop(cab_, 0, folders + waves({"z"})));
-    EXPECT_TRUE(holds(0, "Z"));
 }
 
 TEST_F(FileSet, ofRefusedFilesOnlyIsNotAcceptedOnceTheyHaveBeenJudged) {

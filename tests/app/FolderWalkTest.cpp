@@ -66,6 +66,11 @@ protected:
     SampleDir files_;
 };
 
+TEST_F(Folder, mayHaveNamesThatAUrlEscapes) {
+    fill({"100% #1?.wav", "100% #2?.wav"});
+    EXPECT_EQ(go("100% #1?.wav", {1}).file.toLocalFile(), files_.path("100% #2?.wav"));
+}
+
 TEST_F(Folder, isWalkedInNaturalOrderBothWays) {
     fill({"ir 10.wav", "ir 2.WAV", "IR 1.wav", "IR 11.wav"});
     EXPECT_THAT(names("ir 2.WAV", {1}), ElementsAre("ir 2.WAV", "ir 10.wav", "IR 11.wav"));
@@ -104,7 +109,7 @@ TEST_F(Folder, isJudgedOncePerFileUntilTheFileChanges) {
     EXPECT_EQ(asked, 4);
 }
 
-TEST_F(Folder, countsItsFiles) {
+TEST_F(Folder, countsItsFilesAndKnowsThePlaceOfOneThatIsGone) {
     fill({"1.wav", "2.wav", "4.wav"});
     const auto count = [this](const QString& start, const std::vector<int>& steps) {
         const FolderPlace place = go(start, steps);
@@ -115,10 +120,7 @@ TEST_F(Folder, countsItsFiles) {
     EXPECT_THAT(count("3.wav", {}), testing::Pair(0, 3));
     EXPECT_THAT(count("3.wav", {1}), testing::Pair(3, 3));
     EXPECT_THAT(count("3.wav", {-1}), testing::Pair(2, 3));
-}
-
-TEST_F(Folder, isWalkedFromWhereAFileStoodThatIsGone) {
-    fill({"1.wav", "2.wav", "4.wav"});
+    // It is walked from where a file stood that is gone.
     EXPECT_THAT(names("3.wav", {1}), ElementsAre("2.wav", "4.wav", ""));
     EXPECT_THAT(names("3.wav", {-1}), ElementsAre("1.wav", "2.wav", "4.wav"));
 }
@@ -138,12 +140,6 @@ TEST_F(Folder, thatIsNoLongerWantedIsLeft) {
     asked = 0;
     static_cast<void>(go("1.wav", {1}, stop.get_token()));
     EXPECT_EQ(asked, 0);
-}
-
-TEST_F(Folder, mayHaveNamesThatAUrlEscapes) {
-    fill({"100% #1?.wav", "100% #2?.wav"});
-    const FolderPlace place = go("100% #1?.wav", {1});
-    EXPECT_EQ(place.file.toLocalFile(), files_.path("100% #2?.wav"));
 }
 
 TEST_F(Folder, acceptsFilesUpToANumberAndEachOnce) {

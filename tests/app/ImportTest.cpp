@@ -156,15 +156,6 @@ TEST_F(Import, ofThePedalsOwnFormat_endsANameWithoutAnEndWhereTheLabelsRoomEnds)
     EXPECT_EQ(app_.cabLabel(5), "32.ABCDEFGHIJKLMNO    ");
 }
 
-TEST_F(Import, aSecondOneOverwritesTheFirst) {
-    app_.importIR(0, wave("one.wav"));
-    ASSERT_TRUE(app_.waitForChanges(1));
-    app_.importIR(0, wave("two.wav"));
-    ASSERT_TRUE(app_.waitForChanges(2));
-    EXPECT_EQ(name(0), "TWO");
-    EXPECT_EQ(app_.cabLabel(0), "27.TWO");
-}
-
 TEST_F(Import, ofAnInternalIR_showsItsWholeNameAndSendsTenBytesOfIt) {
     FileNameBuff[4] = "GREENBACK 4X12A";
     FileBytes bytes(2048);

@@ -4,16 +4,11 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QPushButton>
-#include <QTest>
-#include <array>
 
 #include "AMPFile.h"
-#include "AppHarness.h"
 #include "Driver.h"
 #include "FileDrag.h"
-#include "SampleFiles.h"
-#include "SlotTableView.h"
+#include "FileImports.h"
 
 namespace kelvo::test {
 namespace {
@@ -21,32 +16,9 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-FileBytes smallWave() {
-    return WaveFile{.data = {0, 1, 0, 2}}.bytes();
-}
-
-FileBytes smallAmp() {
-    return ampFile(std::array<std::uint32_t, 2>{1, 2});
-}
-
-class KeysAndDrops : public testing::Test {
+class KeysAndDrops : public FileImports {
 protected:
-    void SetUp() override {
-        app_.start();
-        window_.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
-        cab_.setFocus();
-    }
-
-    QList<QUrl> file(const QString& name, const FileBytes& bytes) const {
-        return {QUrl::fromLocalFile(files_.write(name, bytes))};
-    }
-
-    SampleDir files_;
-    RunningApp app_;
     QWidget& window_ = app_.controller.window();
-    SlotTableView& cab_ = app_.controller.ImportIRTableV();
-    SlotTableView& amp_ = app_.controller.ImportCabTableV();
 };
 
 TEST_F(KeysAndDrops, returnAndEnterOpenTheImportOfTheFocusedTable) {
@@ -58,28 +30,26 @@ TEST_F(KeysAndDrops, returnAndEnterOpenTheImportOfTheFocusedTable) {
     EXPECT_EQ(app_.services.openPanels, (std::vector<QString>{"wav", "wav", "amp"}));
 }
 
-TEST_F(KeysAndDrops, theChooserSaysWhichSlotItIsForAndTheQuestionWhatIsInIt) {
+TEST_F(KeysAndDrops, theChooser_saysWhichSlotItIsFor) {
     clickRow(cab_, 7);
     QTest::keyClick(&cab_, Qt::Key_Return);
     clickRow(amp_, 2);
     QTest::keyClick(&amp_, Qt::Key_Return);
     EXPECT_THAT(app_.services.openPanelTitles,
                 ElementsAre("Choose a .wav file for CAB 34", "Choose a .amp file for AMP 58"));
-    clickRow(cab_, 2);
-    QTest::keyClick(&cab_, Qt::Key_Delete);
-    EXPECT_EQ(app_.services.alerts[0].alert.messageText, "Do you confirm deletion?");
-    EXPECT_EQ(app_.services.alerts[0].alert.informativeText, "29. VINTAGE412");
-    EXPECT_EQ(app_.services.alerts[0].alert.subject, &cab_);
 }
 
 TEST_F(KeysAndDrops, deleteAsksToClearTheSelectedCabAndNothingElse) {
-    clickRow(cab_, 6);
+    clickRow(cab_, 2);
     QTest::keyClick(&cab_, Qt::Key_Delete);
     ASSERT_EQ(app_.services.alerts.size(), 1U);
-    EXPECT_EQ(app_.services.alerts[0].alert.messageText, "Do you confirm deletion?");
+    const Alert& alert = app_.services.alerts[0].alert;
+    EXPECT_EQ(alert.messageText, "Do you confirm deletion?");
+    EXPECT_EQ(alert.informativeText, "29. VINTAGE412");
+    EXPECT_EQ(alert.subject, &cab_);
     app_.services.alerts[0].answer(1000);
     ASSERT_TRUE(app_.waitForChanges(1));
-    EXPECT_EQ(app_.manager.activity().changes[0], "CAB 33 cleared");
+    EXPECT_EQ(app_.manager.activity().changes[0], "CAB 29 cleared");
     clickRow(amp_, 6);
     QTest::keyClick(&amp_, Qt::Key_Delete);
     EXPECT_EQ(app_.services.alerts.size(), 1U);
@@ -116,29 +86,28 @@ TEST_F(KeysAndDrops, aTableReachedByTheKeyboardKeepsItsRow) {
     EXPECT_EQ(amp_.selectedRow(), 1);
 }
 
-TEST_F(KeysAndDrops, aWaveDroppedOnACabRowIsImportedThere) {
-    EXPECT_TRUE(drop(cab_, 7, file("My Cab.WAV.wav", smallWave())));
+TEST_F(KeysAndDrops, aFileDroppedOnARow_isImportedThere) {
+    EXPECT_TRUE(drop(cab_, 7, urls({wave("My Cab.WAV.wav")})));
     ASSERT_TRUE(app_.waitForChanges(1));
     EXPECT_EQ(app_.cabLabel(7), "34.MY CAB.WAV");
     EXPECT_EQ(cab_.selectedRow(), 7);
     EXPECT_EQ(app_.pedal.memory().cab[7].words[0], 0x010000U);
     EXPECT_EQ(app_.pedal.memory().cab[7].name, "MY CAB.WAV");
-}
-
-TEST_F(KeysAndDrops, aModelDroppedOnAnAmpRowIsImportedThere) {
-    EXPECT_TRUE(drop(amp_, 9, file("Lead.amp", smallAmp())));
-    ASSERT_TRUE(app_.waitForChanges(1));
+    ASSERT_TRUE(serveUntil([this] { return isIdle(); }));
+    EXPECT_TRUE(drop(amp_, 9, urls({amp("Lead.amp", 2)})));
+    ASSERT_TRUE(app_.waitForChanges(2));
     EXPECT_EQ(app_.ampLabel(9), "65.LEAD");
-    EXPECT_EQ(app_.pedal.memory().amp[9].words[1], 2U);
+    EXPECT_EQ(app_.pedal.memory().amp[9].words[0], 2U);
 }
 
 TEST_F(KeysAndDrops, aDroppedFileThatItsReaderRefusesChangesNothing) {
-    EXPECT_TRUE(drop(cab_, 2, file("noise.wav", {1, 2, 3})));
-    EXPECT_TRUE(drop(cab_, 2, file("rate.wav", WaveFile{.sampleRate = 22050, .data = {0, 1, 0, 2}}.bytes())));
-    EXPECT_TRUE(drop(amp_, 2, file("noise.amp", FileBytes(100, 'x'))));
+    const QString rate = files_.write("rate.wav", WaveFile{.sampleRate = 22050, .data = {0, 1, 0, 2}}.bytes());
+    EXPECT_TRUE(drop(cab_, 2, urls({bad("noise.wav")})));
+    EXPECT_TRUE(drop(cab_, 2, urls({rate})));
+    EXPECT_TRUE(drop(amp_, 2, urls({bad("noise.amp")})));
     // As by its button: an escape in a model's path names no file.
-    EXPECT_TRUE(drop(amp_, 2, file("My Amp.amp", smallAmp())));
-    EXPECT_TRUE(drop(cab_, 3, file("good.wav", smallWave())));
+    EXPECT_TRUE(drop(amp_, 2, urls({amp("My Amp.amp")})));
+    EXPECT_TRUE(drop(cab_, 3, urls({wave("good.wav")})));
     ASSERT_TRUE(app_.waitForChanges(1));
     EXPECT_EQ(app_.manager.activity().changes.size(), 1U);
     EXPECT_EQ(app_.cabLabel(2), "29.VINTAGE412");
@@ -146,16 +115,16 @@ TEST_F(KeysAndDrops, aDroppedFileThatItsReaderRefusesChangesNothing) {
 }
 
 TEST_F(KeysAndDrops, aFileThatOnlyHangsOverATableChangesNoTransfer) {
-    app_.importIR(4, files_.write("a.wav", smallWave()));
+    app_.importIR(4, wave("a.wav"));
     ASSERT_TRUE(app_.waitForChanges(1));
-    app_.importAMP(5, files_.write("a.amp", smallAmp()));
+    app_.importAMP(5, amp("a.amp"));
     ASSERT_TRUE(app_.waitForChanges(2));
     const auto hang = [](SlotTableView& table, const QList<QUrl>& urls) { return FileDrag(table, urls).enter(0); };
-    EXPECT_TRUE(hang(cab_, file("b.wav", WaveFile{.data = {7, 7, 7, 7}}.bytes())));
-    EXPECT_TRUE(hang(amp_, file("b.amp", ampFile(std::array<std::uint32_t, 2>{8, 9}))));
+    EXPECT_TRUE(hang(cab_, urls({wave("b.wav", 7)})));
+    EXPECT_TRUE(hang(amp_, urls({amp("b.amp", 8)})));
     EXPECT_EQ(app_.controller.transferState().selectRow, 5);
     EXPECT_EQ(app_.controller.transferState().irdatabuff[0], 0x010000U);
-    EXPECT_EQ(AmpPiontBuff[1], 2U);
+    EXPECT_EQ(AmpPiontBuff[0], 1U);
 }
 
 TEST_F(KeysAndDrops, aDoubleClickOnARowImports) {
@@ -166,15 +135,14 @@ TEST_F(KeysAndDrops, aDoubleClickOnARowImports) {
 }
 
 TEST_F(KeysAndDrops, copyTakesTheRowsThatWereSentAndPasteImportsThem) {
-    const QString first = files_.write("One two.wav", smallWave());
-    const QString second = files_.write("b.wav", smallWave());
-    const auto hasEnded = [this] { return app_.controller.transferState().IRProgress.acknowledged == 4; };
+    const QString first = wave("One two.wav");
+    const QString second = wave("b.wav");
     app_.importIR(7, first);
-    ASSERT_TRUE(serveUntil(hasEnded));
+    ASSERT_TRUE(serveUntil([this] { return isIdle(); }));
     app_.importIR(2, second);
-    ASSERT_TRUE(serveUntil(hasEnded));
+    ASSERT_TRUE(serveUntil([this] { return isIdle(); }));
     QCoreApplication::processEvents();
-    app_.importIR(4, files_.write("refused.wav", FileBytes{1, 2, 3}));
+    app_.importIR(4, bad("refused.wav"));
     cab_.setFocus();
     QTest::keyClick(&cab_, Qt::Key_C, Qt::ControlModifier);
     const QMimeData* const copied = QGuiApplication::clipboard()->mimeData();
@@ -196,7 +164,7 @@ TEST_F(KeysAndDrops, copyWithoutASentRowLeavesTheClipboard) {
 }
 
 TEST_F(KeysAndDrops, aUrlWithThisHostAQueryOrAFragmentIsOpenedByItsPath) {
-    const QString path = file("My Cab.wav", smallWave()).first().path();
+    const QString path = urls({wave("My Cab.wav")}).first().path();
     std::size_t changes = 0;
     for (const char* const form : {"file://localhost%1", "file://%1?version=2", "file://%1#middle"}) {
         EXPECT_TRUE(drop(cab_, 7, {QUrl(QString(form).arg(path))})) << form;
@@ -207,31 +175,25 @@ TEST_F(KeysAndDrops, aUrlWithThisHostAQueryOrAFragmentIsOpenedByItsPath) {
     EXPECT_FALSE(drop(cab_, 7, {QUrl(QString("file://elsewhere%1").arg(path))}));
 }
 
-TEST_F(KeysAndDrops, onlyLocalFilesOfTheTablesTypeAreWelcome) {
-    const QList<QUrl> wave = file("a.wav", smallWave());
-    const QList<QUrl> amp = file("a.amp", smallAmp());
-    EXPECT_FALSE(drop(cab_, 1, amp));
-    EXPECT_FALSE(drop(amp_, 1, wave));
+TEST_F(KeysAndDrops, aDrop_isAcceptedOnlyOfLocalFilesOfTheTablesTypeAndWithoutAnAlert) {
+    EXPECT_FALSE(drop(cab_, 1, urls({amp("a.amp")})));
+    EXPECT_FALSE(drop(amp_, 1, urls({wave("a.wav")})));
     EXPECT_FALSE(drop(cab_, 1, {}));
     EXPECT_FALSE(drop(cab_, 1, {QUrl("http://localhost/a.wav")}));
-    EXPECT_FALSE(drop(cab_, 1, file("wav", smallWave())));
+    EXPECT_FALSE(drop(cab_, 1, urls({wave("wav")})));
     EXPECT_EQ(cab_.selectedRow(), 0);
-    EXPECT_TRUE(drop(cab_, 1, file("UPPER.WAV", smallWave())));
-}
-
-TEST_F(KeysAndDrops, nothingIsWelcomeWhileAnAlertIsOpen) {
-    const QList<QUrl> wave = file("a.wav", smallWave());
+    EXPECT_TRUE(drop(cab_, 1, urls({wave("UPPER.WAV")})));
     QWidget alert(&window_, Qt::Dialog);
     alert.setWindowModality(Qt::ApplicationModal);
     alert.show();
-    EXPECT_FALSE(drop(cab_, 1, wave));
+    EXPECT_FALSE(drop(cab_, 1, urls({wave("a.wav")})));
     alert.hide();
-    EXPECT_TRUE(drop(cab_, 1, wave));
+    EXPECT_TRUE(drop(cab_, 1, urls({wave("a.wav")})));
 }
 
 TEST_F(KeysAndDrops, aDragMarksTheRowBelowItUntilItLeaves) {
     const QImage before = cab_.viewport()->grab().toImage();
-    FileDrag drag(cab_, file("a.wav", smallWave()));
+    FileDrag drag(cab_, urls({wave("a.wav")}));
     drag.enter(4);
     drag.moveTo(4);
     EXPECT_NE(cab_.viewport()->grab().toImage(), before);

@@ -10,13 +10,12 @@
 #include <cmath>
 #include <vector>
 
+#include "ApprovedPicture.h"
 #include "SlotDelegate.h"
 #include "SlotTableModel.h"
 
 namespace kelvo {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr int kWidth = 200;
 constexpr int kHeight = 24;
@@ -24,9 +23,13 @@ constexpr int kHeight = 24;
 /// Draws labels as a table of that palette would.
 class SlotDrawing : public testing::Test {
 protected:
-    QImage draw(const QString& label, QStyle::State state = QStyle::State_Enabled | QStyle::State_Active,
-                const QPalette& palette = QPalette(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray,
-                                                   Qt::black, Qt::white)) {
+    SlotDrawing() {
+        for (QPalette* const palette : {&light_, &dark_}) {
+            palette->setColor(QPalette::Highlight, QColor(0, 0, 200));
+        }
+    }
+    QImage draw(const QString& label) { return draw(label, enabled_, light_); }
+    QImage draw(const QString& label, QStyle::State state, const QPalette& palette) {
         QStandardItemModel model(1, 1);
         model.setData(model.index(0, 0), label);
         model.setData(model.index(0, 0), QVariant::fromValue(state_), SlotTableModel::kStateRole);
@@ -56,6 +59,9 @@ protected:
         return least;
     }
 
+    const QStyle::State enabled_ = QStyle::State_Enabled | QStyle::State_Active;
+    QPalette light_{Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white};
+    QPalette dark_{Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::gray, Qt::white, QColor(30, 30, 30)};
     QTableView table_;
     SlotDelegate delegate_;
     SlotState state_ = SlotState::Idle;
@@ -88,7 +94,23 @@ TEST_F(SlotDrawing, aLabelIsAsWideAsItsPiecesAndTwoMarginsOfTenPixels) {
                                                                 metrics.horizontalAdvance("MMMM") + 10);
 }
 
-TEST_F(SlotDrawing, numberAndNameStandInTheMiddleOfTheRowsHeightInTheTablesFont) {
+TEST_F(SlotDrawing, numberAndNameStandApartInTheTablesFont) {
+    const auto nameOf = [this](const QImage& image) {
+        const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
+        const int gap = table_.fontMetrics().averageCharWidth();
+        EXPECT_EQ(darkest(image.copy(name - gap, 0, gap, kHeight)), 255);
+        EXPECT_LT(darkest(image.copy(name - 2 * gap, 0, gap, kHeight)), 160);  // the number, subdued
+        EXPECT_LT(darkest(image.copy(name, 0, gap, kHeight)), 40);
+        return image.copy(name, 0, kWidth - name, kHeight);
+    };
+    const QImage small = nameOf(draw("27.MMMM"));
+    QFont font = table_.font();
+    font.setPixelSize(QFontInfo(font).pixelSize() + 4);
+    table_.setFont(font);
+    EXPECT_NE(nameOf(draw("27.MMMM")), small);
+}
+
+TEST_F(SlotDrawing, aNameStandsInTheMiddleOfTheRowsHeight) {
     // One that leaves as much above as below: where half a pixel goes is the toolkit's affair.
     QFont font = table_.font();
     int pixels = QFontInfo(font).pixelSize();
@@ -96,32 +118,15 @@ TEST_F(SlotDrawing, numberAndNameStandInTheMiddleOfTheRowsHeightInTheTablesFont)
         font.setPixelSize(++pixels);
     } while ((kHeight - QFontMetrics(font).height()) % 2 != 0);
     table_.setFont(font);
-    const QFontMetrics metrics = table_.fontMetrics();
-    const int name = SlotDelegate::labelWidth(metrics, "27.") - 10;
+    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
     QImage expected(kWidth, kHeight, QImage::Format_RGB32);
     expected.fill(Qt::white);
     QPainter painter(&expected);
-    painter.setFont(table_.font());
-    painter.setPen(QColor(102, 102, 102));  // 0.6 of the ink on the ground
-    painter.drawText(QRect(10, 0, kWidth, kHeight), Qt::AlignLeft | Qt::AlignVCenter, "2");
-    painter.setPen(Qt::black);
+    painter.setFont(font);
     painter.drawText(QRect(name, 0, kWidth, kHeight), Qt::AlignLeft | Qt::AlignVCenter, "MMMM");
     painter.end();
-    const QImage image = draw("27.MMMM");
-    const QRect figure(0, 0, 10 + metrics.horizontalAdvance('2'), kHeight);
-    EXPECT_EQ(image.copy(figure), expected.copy(figure));
     const QRect names(name, 0, kWidth - name, kHeight);
-    EXPECT_EQ(image.copy(names), expected.copy(names));
-}
-
-TEST_F(SlotDrawing, numberAndNameStandApart) {
-    // The same pixels in both: where nothing is drawn a blank column of the ground.
-    const QImage image = draw("27.MMMM");
-    const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
-    const int gap = table_.fontMetrics().averageCharWidth();
-    EXPECT_EQ(darkest(image.copy(name - gap, 0, gap, kHeight)), 255);
-    EXPECT_LT(darkest(image.copy(name - 2 * gap, 0, gap, kHeight)), 160);
-    EXPECT_LT(darkest(image.copy(name, 0, gap, kHeight)), 40);
+    EXPECT_EQ(draw("27.MMMM").copy(names), expected.copy(names));
 }
 
 TEST_F(SlotDrawing, aClearedSlotsWordStandsWhereNamesDo) {
@@ -160,96 +165,73 @@ TEST_F(SlotDrawing, aNameThatDoesNotFitEndsInsideTheCell) {
     EXPECT_EQ(image, draw("27." + QString(80, 'W')));
 }
 
-TEST_F(SlotDrawing, theSelectionIsPalerWithoutTheFocus) {
-    const QStyle::State selected = QStyle::State_Enabled | QStyle::State_Active | QStyle::State_Selected;
-    QPalette palette(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0, 0, 200));
-    ASSERT_FALSE(table_.hasFocus());
-    const QColor unfocused = draw("27.A", selected, palette).pixelColor(kWidth - 3, kHeight / 2);
-    EXPECT_EQ(unfocused, QColor(179, 179, 239));
+TEST_F(SlotDrawing, aSelectedNameHasTheColourOfOtherNamesWithoutTheFocus) {
+    QPalette palette = light_;
     palette.setColor(QPalette::HighlightedText, Qt::white);
-    EXPECT_LT(darkest(draw("27.III", selected, palette)), 30);  // in the colour of other names
-
-    table_.show();
-    table_.activateWindow();
-    table_.setFocus();
-    QApplication::processEvents();
-    ASSERT_TRUE(table_.hasFocus());
-    EXPECT_EQ(draw("27.A", selected, palette).pixelColor(kWidth - 3, kHeight / 2), QColor(0, 0, 200));
+    ASSERT_FALSE(table_.hasFocus());
+    EXPECT_LT(darkest(draw("27.III", enabled_ | QStyle::State_Selected, palette)), 30);
 }
 
-class LineDrawing : public SlotDrawing {
-protected:
-    LineDrawing() { palette_.setColor(QPalette::Highlight, QColor(0, 0, 200)); }
-
-    /// The colours of the row's last five pixels at x, from above. Where the line is, the row's own
-    /// stand above and below it: a selected row's line must not run into the next row's ground.
-    std::vector<QColor> foot(int x, QStyle::State more = {}) {
-        const QImage image = draw("27.A", QStyle::State_Enabled | QStyle::State_Active | more, palette_);
-        return {image.pixelColor(x, kHeight - 5), image.pixelColor(x, kHeight - 4), image.pixelColor(x, kHeight - 3),
-                image.pixelColor(x, kHeight - 2), image.pixelColor(x, kHeight - 1)};
+TEST_F(SlotDrawing, aRunningTransfersLineIsTwoPixelsHighAndStrongAsFarAsTheTransferIs) {
+    const QColor strong(0, 0, 200);
+    const QColor trough(191, 191, 241);  // a quarter of the strong one on the ground
+    state_ = SlotState::Running;
+    for (const auto& [share, end] : {std::pair(0.25, 50), {0.8, 160}}) {
+        share_ = share;
+        const QImage image = draw("27.A");
+        for (const int y : {kHeight - 4, kHeight - 3}) {
+            EXPECT_EQ(image.pixelColor(0, y), strong);
+            EXPECT_EQ(image.pixelColor(end - 1, y), strong);
+            EXPECT_EQ(image.pixelColor(end, y), trough);
+            EXPECT_EQ(image.pixelColor(kWidth - 1, y), trough);
+        }
+        for (const int y : {kHeight - 5, kHeight - 2, kHeight - 1}) {
+            EXPECT_EQ(image.pixelColor(0, y), QColor(Qt::white));
+        }
     }
-    const QColor ground_ = Qt::white;
-    const QColor strong_{0, 0, 200};
-    const QColor trough_{191, 191, 241};  // a quarter of the strong one on the ground
-    QPalette palette_{Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white};
-};
-
-TEST_F(LineDrawing, isNotThereWithoutATransfer) {
-    EXPECT_THAT(foot(0), ElementsAre(ground_, ground_, ground_, ground_, ground_));
 }
 
-TEST_F(LineDrawing, isTwoPixelsHighAndStrongAsFarAsTheTransferIs) {
-    state_ = SlotState::Running;
-    share_ = 0.25;
-    EXPECT_THAT(foot(0), ElementsAre(ground_, strong_, strong_, ground_, ground_));
-    EXPECT_THAT(foot(49), ElementsAre(ground_, strong_, strong_, ground_, ground_));
-    EXPECT_THAT(foot(50), ElementsAre(ground_, trough_, trough_, ground_, ground_));
-    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_, ground_, ground_));
-    share_ = 0.8;
-    EXPECT_THAT(foot(159), ElementsAre(ground_, strong_, strong_, ground_, ground_));
-    EXPECT_THAT(foot(160), ElementsAre(ground_, trough_, trough_, ground_, ground_));
-}
-
-TEST_F(LineDrawing, showsATransferThatNothingAcknowledges) {
-    state_ = SlotState::NotAnswering;
-    EXPECT_THAT(foot(0), ElementsAre(ground_, trough_, trough_, ground_, ground_));
-}
-
-TEST_F(LineDrawing, isSeenOnASelectedRowWithAndWithoutTheFocus) {
-    state_ = SlotState::Running;
-    share_ = 0.5;
-    const QColor pale(179, 179, 239);
-    EXPECT_THAT(foot(99, QStyle::State_Selected), ElementsAre(pale, strong_, strong_, pale, pale));
+// Without text and marks, whose sizes depend on the font.
+TEST_F(SlotDrawing, groundsAndLinesOfAllStatesAreThoseOfTheReviewedPicture) {
+    constexpr int kShown = 150;
+    QImage sheet(3 * kShown, 2 * 8 * kHeight, QImage::Format_RGB32);
+    QPainter painter(&sheet);
+    const auto drawColumn = [&](int x, QStyle::State state) {
+        int y = 0;
+        for (const QPalette& palette : {light_, dark_}) {
+            const auto drawRow = [&] {
+                painter.drawImage(x, y, draw("", state, palette).copy(0, 0, kShown, kHeight));
+                y += kHeight;
+            };
+            for (const auto& [shown, share] : {std::pair(SlotState::Idle, 0.0),
+                                               {SlotState::Waiting, 0.0},
+                                               {SlotState::Running, 0.5},
+                                               {SlotState::NotAnswering, 0.0},
+                                               {SlotState::Sent, 0.0},
+                                               {SlotState::CutOff, 0.0}}) {
+                state_ = shown;
+                share_ = share;
+                drawRow();
+            }
+            state_ = SlotState::Idle;
+            for (const double opacity : {1.0, 0.25}) {
+                delegate_.setFinished(0, opacity);
+                drawRow();
+            }
+            delegate_.setFinished(0, 0.0);
+            delegate_.setFinished(1, 1.0);  // another row's
+        }
+    };
+    drawColumn(0, enabled_);
+    drawColumn(kShown, enabled_ | QStyle::State_Selected);
     table_.show();
     table_.activateWindow();
     table_.setFocus();
     QApplication::processEvents();
     ASSERT_TRUE(table_.hasFocus());
-    EXPECT_THAT(foot(99, QStyle::State_Selected),
-                ElementsAre(strong_, QColor(Qt::white), QColor(Qt::white), strong_, strong_));
-    EXPECT_THAT(foot(100, QStyle::State_Selected),
-                ElementsAre(strong_, QColor(64, 64, 214), QColor(64, 64, 214), strong_, strong_));
-}
-
-TEST_F(LineDrawing, ofAFinishedTransferIsFullAndAsOpaqueAsItIsTold) {
-    delegate_.setFinished(0, 1.0);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, strong_, strong_, ground_, ground_));
-    delegate_.setFinished(0, 0.25);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, trough_, trough_, ground_, ground_));
-    delegate_.setFinished(0, 0.0);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_, ground_, ground_));
-    delegate_.setFinished(1, 1.0);
-    EXPECT_THAT(foot(199), ElementsAre(ground_, ground_, ground_, ground_, ground_));
-}
-
-TEST_F(LineDrawing, isBrokenWhereATransferWasCutOff) {
-    state_ = SlotState::CutOff;
-    const QColor subdued(102, 102, 102);
-    EXPECT_THAT(foot(0), ElementsAre(ground_, subdued, subdued, ground_, ground_));
-    EXPECT_THAT(foot(11), ElementsAre(ground_, subdued, subdued, ground_, ground_));
-    EXPECT_THAT(foot(12), ElementsAre(ground_, ground_, ground_, ground_, ground_));
-    EXPECT_THAT(foot(24), ElementsAre(ground_, subdued, subdued, ground_, ground_));
+    drawColumn(2 * kShown, enabled_ | QStyle::State_Selected);
+    painter.end();
+    EXPECT_TRUE(test::isApproved(sheet, KELVO_GOLDEN "/rows.png"));
 }
 
 /// The contrast ratio of two colours, by the rule for text and graphics on the web: from 1 to 21.
@@ -265,11 +247,8 @@ double contrast(const QColor& one, const QColor& other) {
 }
 
 TEST_F(SlotDrawing, eachStateHasAMarkOfItsOwnWithAContrastOfThreeToOneOrMore) {
-    const QPalette light(Qt::black, Qt::lightGray, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::white);
-    const QPalette dark(Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::gray, Qt::white, QColor(30, 30, 30));
-    const QStyle::State enabled = QStyle::State_Enabled | QStyle::State_Active;
-    for (const QPalette& palette : {light, dark}) {
-        for (const QStyle::State state : {enabled, enabled | QStyle::State_Selected}) {
+    for (const QPalette& palette : {light_, dark_}) {
+        for (const QStyle::State state : {enabled_, enabled_ | QStyle::State_Selected}) {
             const auto mark = [&](SlotState shown) {
                 state_ = shown;
                 return draw("27.", state, palette).copy(kWidth / 2, 0, kWidth / 2, kHeight - 5);
@@ -294,15 +273,13 @@ TEST_F(SlotDrawing, eachStateHasAMarkOfItsOwnWithAContrastOfThreeToOneOrMore) {
 }
 
 TEST_F(SlotDrawing, isLegibleOnADarkGround) {
-    const QPalette dark(Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::gray, Qt::white, QColor(30, 30, 30));
     const auto brightest = [](QImage image) {
         image.invertPixels();
         return 255 - darkest(image);
     };
-    const QStyle::State state = QStyle::State_Enabled | QStyle::State_Active;
-    EXPECT_GT(brightest(draw("27.MMMM", state, dark)), 220);
-    EXPECT_GT(brightest(draw("30EMPTY", state, dark)), 120);
-    EXPECT_LT(brightest(draw("30EMPTY", state, dark)), 180);
+    EXPECT_GT(brightest(draw("27.MMMM", enabled_, dark_)), 220);
+    EXPECT_GT(brightest(draw("30EMPTY", enabled_, dark_)), 120);
+    EXPECT_LT(brightest(draw("30EMPTY", enabled_, dark_)), 180);
 }
 
 }  // namespace

@@ -1,33 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <QProxyStyle>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTest>
 #include <QVariantAnimation>
 
-#include "AppHarness.h"
 #include "Driver.h"
-#include "SampleFiles.h"
+#include "FileImports.h"
 #include "SlotDelegate.h"
-#include "SlotTableView.h"
 
 namespace kelvo::test {
 namespace {
 
-class FilledTable : public testing::Test {
+class FilledTable : public FileImports {
 protected:
-    void SetUp() override {
-        app_.start();
-        window_.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
-        cab_.setFocus();
-    }
-
-    RunningApp app_;
     QWidget& window_ = app_.controller.window();
-    SlotTableView& cab_ = app_.controller.ImportIRTableV();
-    SlotTableView& amp_ = app_.controller.ImportCabTableV();
 };
 
 TEST(SlotTableView, withoutRows_hasNoneSelected) {
@@ -44,7 +30,7 @@ TEST_F(FilledTable, homeAndEndGoToTheFirstAndTheLastSlot) {
 
 TEST_F(FilledTable, aClickBesideTheRowsLeavesTheSelection) {
     clickRow(cab_, 4);
-    // All rows are in sight, so there is room beside them only in a window that somebody forced to be larger.
+    // All rows are visible, so there is space beside them only in a window that was forced to be larger.
     cab_.setMinimumHeight(cab_.height() + 100);
     ASSERT_TRUE(serveUntil(
         [this] { return cab_.viewport()->height() > cab_.visualRect(cab_.model()->index(9, 0)).bottom() + 50; }));
@@ -114,11 +100,6 @@ TEST_F(FilledTable, hasNoScrollBarsHoweverSmallItIs) {
     EXPECT_FALSE(cab_.horizontalScrollBar()->isVisible());
 }
 
-TEST_F(FilledTable, isLeftByTheTabulator) {
-    QTest::keyClick(&cab_, Qt::Key_Tab);
-    EXPECT_FALSE(cab_.hasFocus());
-}
-
 TEST_F(FilledTable, theWindowHasTheOneSizeOfItsContent) {
     EXPECT_EQ(window_.minimumSize(), window_.size());
     EXPECT_EQ(window_.maximumSize(), window_.size());
@@ -157,10 +138,6 @@ public:
 
 class FinishedTransfer : public FilledTable {
 protected:
-    void SetUp() override {
-        FilledTable::SetUp();
-        before_ = foot(kRow);
-    }
     /// From here on the test lets the time go by.
     QVariantAnimation& finish(int row) {
         cab_.showFinished(row);
@@ -176,7 +153,7 @@ protected:
     }
 
     static constexpr int kRow = 6;
-    int before_ = 0;
+    const int before_ = foot(kRow);
 };
 
 TEST_F(FinishedTransfer, leavesAFullLineThatFadesWithinSixTenths) {

@@ -1,9 +1,8 @@
-// What happens before what while the utility starts, and where its windows stand.
+// What happens before what while the utility starts.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QScreen>
 #include <QTimer>
 #include <chrono>
 #include <filesystem>
@@ -26,7 +25,7 @@ std::ptrdiff_t threads() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-TEST(StartOrder, theQueryGoesOutBeforeTheReceiveThreadExists) {
+TEST(StartOrder, theQuery_isSentBeforeTheReceiveThreadExists) {
     std::vector<std::ptrdiff_t> counts;
     const auto device = std::make_shared<WatchedDevice>([&] { counts.push_back(threads()); });
     ScriptedHidManager manager;
@@ -46,40 +45,31 @@ TEST(StartOrder, theQueryGoesOutBeforeTheReceiveThreadExists) {
     EXPECT_EQ(counts[2], counts[0] + 1);
 }
 
-TEST(StartOrder, theControllerIsTheApplicationUntilItsEnd) {
-    {
-        RunningApp app;
-        app.start();
-        EXPECT_EQ(AppClassPoint, &app.controller);
-    }
-    EXPECT_EQ(AppClassPoint, nullptr);
-}
-
-TEST(StartOrder, bothTablesSayWhatIsAwaited) {
+TEST(StartOrder, bothTables_sayWhatIsAwaited) {
     RunningApp app;
-    const auto tell = [](SlotTableView& table, const QString& notice) {
+    const auto says = [](SlotTableView& table, const QString& notice) {
         const QImage shown = table.grab().toImage();
         table.setNotice(notice);
         return table.grab().toImage() == shown;
     };
-    const auto bothTell = [&](const QString& notice) {
-        return tell(app.controller.ImportIRTableV(), notice) && tell(app.controller.ImportCabTableV(), notice);
+    const auto bothSay = [&](const QString& notice) {
+        return says(app.controller.ImportIRTableV(), notice) && says(app.controller.ImportCabTableV(), notice);
     };
-    std::vector<bool> told;
+    std::vector<bool> said;
     app.services.onSleep = [&, found = app.services.onSleep](unsigned seconds) {
         if (seconds == 2) {
-            told = {bothTell("Looking for the KR310…"), bothTell({})};
+            said = {bothSay("Looking for the KR310…"), bothSay({})};
         }
         found(seconds);
     };
     // The loading window would cover a part of it.
-    app.whileLoading = [&] { told.push_back(bothTell({})); };
+    app.whileLoading = [&] { said.push_back(bothSay({})); };
     app.start();
-    told.push_back(bothTell({}));
-    EXPECT_THAT(told, ElementsAre(true, false, true, true));
+    said.push_back(bothSay({}));
+    EXPECT_THAT(said, ElementsAre(true, false, true, true));
 }
 
-TEST(StartOrder, theControllerIsTheApplicationBeforeItsWindowIsShown) {
+TEST(StartOrder, theControllerIsTheApplicationFromBeforeItsWindowIsShownUntilItsEnd) {
     class ShowFilter : public QObject {
     public:
         bool eventFilter(QObject*, QEvent* event) override {
@@ -90,11 +80,14 @@ TEST(StartOrder, theControllerIsTheApplicationBeforeItsWindowIsShown) {
         }
         std::vector<AppClass*> atShow;
     };
-    RunningApp app;
-    ShowFilter filter;
-    app.controller.window().installEventFilter(&filter);
-    app.start();
-    EXPECT_THAT(filter.atShow, ElementsAre(&app.controller));
+    {
+        RunningApp app;
+        ShowFilter filter;
+        app.controller.window().installEventFilter(&filter);
+        app.start();
+        EXPECT_THAT(filter.atShow, ElementsAre(&app.controller));
+    }
+    EXPECT_EQ(AppClassPoint, nullptr);
 }
 
 TEST(StartOrder, allCabLabelsAreLoggedInOneLineAfterTheLastSecond) {
@@ -118,36 +111,6 @@ TEST(StartOrder, allCabLabelsAreLoggedInOneLineAfterTheLastSecond) {
     EXPECT_THAT(events, ElementsAre("sleep 2", "sleep 1",
                                     "27.OPEN 1X12, 28.CLOSED2X12, 29.VINTAGE412, 30.MODERN 412, 31.TWEED 1X8, 32., "
                                     "33.BASS 4X10, 34., 35.ACOUSTIC, 36."));
-}
-
-void expectCentred(const QWidget& window) {
-    const QRect screen = window.screen()->availableGeometry();
-    const QRect place = window.geometry();
-    // The frame, of which nothing is known before the window is shown, may move it by its width.
-    EXPECT_LE(std::abs((place.left() - screen.left()) - (screen.right() - place.right())), 8);
-    EXPECT_LE(std::abs((place.top() - screen.top()) - (screen.bottom() - place.bottom())), 8);
-}
-
-TEST(StartOrder, bothWindowsStandInTheMiddleOfTheScreen) {
-    RunningApp app;
-    bool loaded = false;
-    app.whileLoading = [&] {
-        expectCentred(*app.controller.loadWindow().window());
-        loaded = true;
-    };
-    app.start();
-    EXPECT_TRUE(loaded);
-    expectCentred(app.controller.window());
-}
-
-TEST(StartOrder, anyAnswerToTheAlertOfAFailedStartEndsTheProcess) {
-    RunningApp app;
-    app.controller.applicationDidFinishLaunching();
-    ASSERT_EQ(app.services.alerts.size(), 1U);
-    app.services.alerts[0].answer(1001);
-    EXPECT_THAT(app.services.exits, ElementsAre(0));
-    app.services.alerts[0].answer(0);
-    EXPECT_THAT(app.services.exits, ElementsAre(0, 0));
 }
 
 TEST(DesktopServices, sleepForWholeSeconds) {

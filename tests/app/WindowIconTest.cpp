@@ -20,13 +20,5 @@ TEST(WindowIcon, isTheProgramsOwnWhereNothingIsInstalled) {
     EXPECT_EQ(icon.pixelColor(128, 128).name(), "#272e36");
 }
 
-TEST(Application, hasItsNamesAndOutlivesItsWindows) {
-    nameApplication();
-    EXPECT_EQ(QApplication::applicationName(), "kelvo");
-    EXPECT_EQ(QApplication::applicationDisplayName(), "Kelvo");
-    EXPECT_EQ(QApplication::desktopFileName(), "local.kelvo.kelvo");
-    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
-}
-
 }  // namespace
 }  // namespace kelvo

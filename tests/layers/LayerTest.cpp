@@ -24,19 +24,6 @@ protected:
     }
 };
 
-TEST_F(LayerTest, isNewlyEmptyOpaqueAndAnchoredInItsMiddle) {
-    const Layer fresh(scene);
-    EXPECT_EQ(fresh.frame(), QRectF(0, 0, 0, 0));
-    EXPECT_EQ(fresh.anchorPoint(), QPointF(0.5, 0.5));
-    EXPECT_EQ(fresh.opacity(), 1.0F);
-    EXPECT_EQ(fresh.cornerRadius(), 0.0);
-    EXPECT_FALSE(fresh.masksToBounds());
-    EXPECT_EQ(std::get<Layer::Gradient>(fresh.background()), Layer::Gradient{});
-    EXPECT_TRUE(fresh.contents().isEmpty());
-    EXPECT_EQ(fresh.superlayer(), nullptr);
-    EXPECT_TRUE(fresh.sublayers().empty());
-}
-
 TEST_F(LayerTest, frame_placesThePositionByTheAnchorPoint) {
     layer.setFrame({10, 20, 40, 8});
     EXPECT_EQ(layer.position(), QPointF(30, 24));
@@ -102,10 +89,12 @@ TEST_F(LayerTest, opacityTurnedBackDuringItsFade_startsFromWhatIsShown) {
     EXPECT_EQ(layer.shownOpacity(), 1.0F);
 }
 
-TEST_F(LayerTest, opacityWithoutATreeOrWithoutActions_changesAtOnce) {
+TEST_F(LayerTest, opacity_changesAtOnceWithoutATreeWithoutActionsOrWithoutAChange) {
     Layer alone(scene);
     alone.setOpacity(0.5F);
     EXPECT_EQ(alone.shownOpacity(), 0.5F);
+    layer.setOpacity(1.0F);
+    EXPECT_EQ(layer.animation("opacity"), nullptr);
     const ActionlessTransaction transaction(scene);
     layer.setOpacity(0.25F);
     EXPECT_EQ(layer.shownOpacity(), 0.25F);
@@ -114,13 +103,6 @@ TEST_F(LayerTest, opacityWithoutATreeOrWithoutActions_changesAtOnce) {
 TEST_F(LayerTest, opacityOfTheRoot_fadesToo) {
     root.setOpacity(0.0F);
     EXPECT_EQ(root.shownOpacity(), 1.0F);
-    step(0.25);
-    EXPECT_EQ(root.shownOpacity(), 0.0F);
-}
-
-TEST_F(LayerTest, sameOpacityAgain_startsNoFade) {
-    layer.setOpacity(1.0F);
-    EXPECT_EQ(layer.animation("opacity"), nullptr);
 }
 
 TEST_F(LayerTest, positionAnimation_movesWhatIsShownButNotTheProperty) {

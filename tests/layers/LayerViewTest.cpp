@@ -2,15 +2,17 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <QExposeEvent>
 #include <QImage>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTimer>
+#include <QTest>
 #include <QWindow>
 #include <limits>
+#include <ostream>
+#include <string>
+#include <vector>
 
 #include "Layer.h"
 #include "LayerView.h"
@@ -61,15 +63,16 @@ protected:
         view.advance();
         return hasTimer();
     }
-    // Serves events until `done`; a generous limit keeps a failure from hanging.
-    static void serveUntil(const std::function<bool()>& done) {
-        QEventLoop loop;
-        QTimer poll;
-        QObject::connect(&poll, &QTimer::timeout, &loop, [&] { done() ? loop.quit() : void(); });
-        poll.start(1);
-        QTimer::singleShot(20000, &loop, &QEventLoop::quit);
-        loop.exec();
+    /// Whether a few more frames come by themselves.
+    bool movesOn() {
+        const int before = view.frames;
+        return QTest::qWaitFor([&] { return view.frames >= before + 3; }, kPatience);
     }
+    bool asksForFramesSoon() {
+        return QTest::qWaitFor([this] { return hasTimer(); }, kPatience) && asksForFrames();
+    }
+
+    static constexpr int kPatience = 20000;
 };
 
 TEST_F(LayerViewTest, movingOnScreen_asksForAtMostSixtyFramesASecond) {
@@ -79,24 +82,22 @@ TEST_F(LayerViewTest, movingOnScreen_asksForAtMostSixtyFramesASecond) {
     EXPECT_EQ(QAbstractEventDispatcher::instance()->registeredTimers(&view).at(0).interval, 17);
 }
 
-TEST_F(LayerViewTest, standingStill_asksForNone) {
-    show();
-    EXPECT_FALSE(asksForFrames());
-}
-
-TEST_F(LayerViewTest, neverShown_asksForNone) {
+TEST_F(LayerViewTest, standingStillOrNeverShown_asksForNone) {
     moveForEver();
+    EXPECT_FALSE(asksForFrames());
+    layer.removeAnimation("x");
+    show();
     EXPECT_FALSE(asksForFrames());
 }
 
 TEST_F(LayerViewTest, hiddenAlone_orWithItsWindow_asksForNone) {
     moveForEver();
     show();
+    EXPECT_TRUE(movesOn());
     view.hide();
     EXPECT_FALSE(asksForFrames());
     view.show();
-    serveUntil([this] { return hasTimer(); });
-    EXPECT_TRUE(asksForFrames());
+    EXPECT_TRUE(movesOn());
     window.hide();
     EXPECT_FALSE(asksForFrames());
 }
@@ -107,10 +108,8 @@ TEST_F(LayerViewTest, minimised_asksForNoneUntilRestored) {
     window.setWindowState(Qt::WindowMinimized);
     QCoreApplication::processEvents();
     EXPECT_FALSE(asksForFrames());
-    const int before = view.frames;
     window.setWindowState(Qt::WindowNoState);
-    serveUntil([&] { return view.frames >= before + 3; });
-    EXPECT_TRUE(asksForFrames());
+    EXPECT_TRUE(movesOn());
 }
 
 TEST_F(LayerViewTest, scrolledAway_asksForNone) {
@@ -128,28 +127,8 @@ TEST_F(LayerViewTest, scrolledAway_asksForNone) {
     area.verticalScrollBar()->setValue(2000);
     EXPECT_FALSE(asksForFrames());
     area.verticalScrollBar()->setValue(0);
-    serveUntil([this] { return hasTimer(); });
-    EXPECT_TRUE(asksForFrames());
+    EXPECT_TRUE(asksForFramesSoon());
     view.setParent(nullptr);
-}
-
-TEST_F(LayerViewTest, movingOnScreen_paintsFrameAfterFrameByItself) {
-    moveForEver();
-    show();
-    const int before = view.frames;
-    serveUntil([&] { return view.frames >= before + 3; });
-    EXPECT_GE(view.frames, before + 3);
-}
-
-TEST_F(LayerViewTest, shownAgain_movesOnByItself) {
-    moveForEver();
-    show();
-    view.hide();
-    QCoreApplication::processEvents();
-    const int before = view.frames;
-    view.show();
-    serveUntil([&] { return view.frames >= before + 3; });
-    EXPECT_GE(view.frames, before + 3);
 }
 
 // The toolkit itself shows again what it has kept of the window, and paints nothing.
@@ -170,8 +149,7 @@ TEST_F(LayerViewTest, hidden_stillEndsWhatEnds) {
     layer.addAnimation({.keyPath = "opacity", .duration = 0.02}, "a");
     view.scene().commit();
     seconds = 0.02;
-    serveUntil([&ended] { return ended; });
-    EXPECT_TRUE(ended);
+    EXPECT_TRUE(QTest::qWaitFor([&ended] { return ended; }, kPatience));
     EXPECT_EQ(view.frames, 0);
 }
 
@@ -179,8 +157,7 @@ TEST_F(LayerViewTest, change_isPaintedWithoutAnAnimation) {
     show();
     const int before = view.frames;
     layer.setFrame({3, 0, 1, 1});
-    serveUntil([&] { return view.frames > before; });
-    EXPECT_GT(view.frames, before);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.frames > before; }, kPatience));
 }
 
 TEST_F(LayerViewTest, alphaValue_isTheLayersOpacity) {
@@ -202,68 +179,70 @@ TEST(LayerView, withoutALayer_showsNothingAndIsOpaque) {
     EXPECT_EQ(image.pixel(2, 2), 0x00000000U);
 }
 
-class PaintedLayerView : public LayerViewTest {
-protected:
-    static constexpr QRgb kRed = 0xffff0000U;
-    static constexpr QRgb kNothing = 0x00000000U;
-
-    /// The view with a red layer at `frame`, on a picture of `ratio` pixels per point, by a painter that `place` moved.
-    QImage painted(const QRectF& frame, double ratio, const std::function<void(QPainter& painter)>& place) {
-        layer.setFrame(frame);
-        layer.setBackground(Layer::Gradient{Qt::red});
-        QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(ratio);
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        place(painter);
-        const QTransform before = painter.worldTransform();
-        view.paintFrame(painter);
-        EXPECT_EQ(painter.worldTransform(), before);
-        return image;
-    }
+struct Painting {
+    const char* name;
+    QRectF frame;
+    double ratio;
+    void (*place)(QPainter& painter);
+    std::vector<QPoint> red;
+    std::vector<QPoint> blank;
 };
 
-TEST_F(PaintedLayerView, atAnyRatio_showsTheLayersAtFullResolution) {
-    const QImage image = painted({0.5, 0, 1, 10}, 2.0, [](QPainter&) {});
-    EXPECT_EQ(image.pixel(0, 0), kNothing);
-    EXPECT_EQ(image.pixel(1, 19), kRed);
-    EXPECT_EQ(image.pixel(2, 0), kRed);
-    EXPECT_EQ(image.pixel(3, 0), kNothing);
+void PrintTo(const Painting& painting, std::ostream* out) {
+    *out << painting.name;
 }
 
-TEST_F(PaintedLayerView, smaller_hasThePixelsOfThatSize) {
-    const QImage image = painted({0, 0, 8, 8}, 1.0, [](QPainter& painter) { painter.scale(0.5, 0.5); });
-    EXPECT_EQ(image.pixel(3, 3), kRed);
-    EXPECT_EQ(image.pixel(4, 3), kNothing);
-}
-
-TEST_F(PaintedLayerView, throughARotation_isThereAllTheSame) {
-    const QImage image = painted({0, 0, 4, 4}, 1.0, [](QPainter& painter) {
-        painter.translate(10, 0);
-        painter.rotate(90);
-    });
-    EXPECT_EQ(image.pixel(8, 2), kRed);
-    EXPECT_EQ(image.pixel(4, 2), kNothing);
-}
-
-TEST_F(PaintedLayerView, thatBeginsWithinAPixel_isPaintedFromAWholeOne) {
-    const QImage image = painted({0, 0, 4, 4}, 1.0, [](QPainter& painter) { painter.translate(2.75, 1.25); });
-    EXPECT_EQ(image.pixel(2, 1), kNothing);
-    EXPECT_EQ(image.pixel(3, 1), kRed);
-    EXPECT_EQ(image.pixel(6, 4), kRed);
-    EXPECT_EQ(image.pixel(7, 4), kNothing);
-}
-
-TEST_F(PaintedLayerView, thatBeginsWithinAPixelOfAScaledDisplay_isPaintedFromAWholeOne) {
+const Painting kPaintings[] = {
+    {"atFullResolution", {0.5, 0, 1, 10}, 2.0, [](QPainter&) {}, {{1, 19}, {2, 0}}, {{0, 0}, {3, 0}}},
+    {"smaller", {0, 0, 8, 8}, 1.0, [](QPainter& painter) { painter.scale(0.5, 0.5); }, {{3, 3}}, {{4, 3}}},
+    {"throughARotation",
+     {0, 0, 4, 4},
+     1.0,
+     [](QPainter& painter) {
+         painter.translate(10, 0);
+         painter.rotate(90);
+     },
+     {{8, 2}},
+     {{4, 2}}},
+    // What begins within a pixel is painted from a whole one.
+    {"fromAWholePixel",
+     {0, 0, 4, 4},
+     1.0,
+     [](QPainter& painter) { painter.translate(2.75, 1.25); },
+     {{3, 1}, {6, 4}},
+     {{2, 1}, {7, 4}}},
     // A point is 2.5 pixels.
-    const QImage image = painted({0, 0, 2, 2}, 2.5, [](QPainter& painter) { painter.translate(1, 1); });
-    EXPECT_EQ(image.pixel(2, 3), kNothing);
-    EXPECT_EQ(image.pixel(3, 2), kNothing);
-    EXPECT_EQ(image.pixel(3, 3), kRed);
-    EXPECT_EQ(image.pixel(7, 7), kRed);
-    EXPECT_EQ(image.pixel(8, 7), kNothing);
-    EXPECT_EQ(image.pixel(7, 8), kNothing);
+    {"fromAWholePixelOfAScaledDisplay",
+     {0, 0, 2, 2},
+     2.5,
+     [](QPainter& painter) { painter.translate(1, 1); },
+     {{3, 3}, {7, 7}},
+     {{2, 3}, {3, 2}, {8, 7}, {7, 8}}},
+};
+
+class PaintedLayerView : public LayerViewTest, public testing::WithParamInterface<Painting> {};
+
+TEST_P(PaintedLayerView, isThere) {
+    layer.setFrame(GetParam().frame);
+    layer.setBackground(Layer::Gradient{Qt::red});
+    QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(GetParam().ratio);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    GetParam().place(painter);
+    const QTransform before = painter.worldTransform();
+    view.paintFrame(painter);
+    EXPECT_EQ(painter.worldTransform(), before);
+    for (const QPoint& at : GetParam().red) {
+        EXPECT_EQ(image.pixel(at), 0xffff0000U) << at.x() << ',' << at.y();
+    }
+    for (const QPoint& at : GetParam().blank) {
+        EXPECT_EQ(image.pixel(at), 0U) << at.x() << ',' << at.y();
+    }
 }
+
+INSTANTIATE_TEST_SUITE_P(Painted, PaintedLayerView, testing::ValuesIn(kPaintings),
+                         [](const auto& painting) { return std::string(painting.param.name); });
 
 }  // namespace
 }  // namespace kelvo

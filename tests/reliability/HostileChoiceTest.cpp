@@ -1,5 +1,5 @@
-// What a user can choose that is no sound file, through the whole program: nothing is sent, nothing is kept, and it is
-// over at once, however large the thing says it is.
+// Choices that are no sound files, through the complete program: nothing is sent or kept, and the answer comes at once,
+// whatever size they report.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QPushButton>
+#include <ctime>
 #include <fstream>
 
 #include "Driver.h"
@@ -18,7 +19,8 @@
 namespace kelvo::test {
 namespace {
 
-constexpr std::chrono::milliseconds kAtOnce{1000};
+/// Of processor time; what is waited for would end the test by its limit.
+constexpr std::clock_t kAtOnce = CLOCKS_PER_SEC;
 #if defined(__has_feature)
 #define KELVO_HAS_FEATURE(feature) __has_feature(feature)
 #else
@@ -26,7 +28,7 @@ constexpr std::chrono::milliseconds kAtOnce{1000};
 #endif
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || KELVO_HAS_FEATURE(address_sanitizer) || \
     KELVO_HAS_FEATURE(thread_sanitizer)
-constexpr std::size_t kShadow = 10;  // a sanitizer keeps books of its own for every byte, and bytes that were freed
+constexpr std::size_t kShadow = 10;  // a sanitizer keeps records of every byte, and bytes that were freed
 #else
 constexpr std::size_t kShadow = 1;
 #endif
@@ -53,17 +55,17 @@ protected:
         const std::uint32_t reports = triedReports(app_);
         const Holdings before = holdings();
         const std::size_t peak = peakMemory();
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         app_.importIR(3, path);
         app_.importAMP(4, path);
-        EXPECT_LT(std::chrono::steady_clock::now() - start, kAtOnce) << path.toStdString();
+        EXPECT_LT(std::clock() - start, kAtOnce) << path.toStdString();
         EXPECT_LT(peakMemory() - peak, kFewKiB) << path.toStdString();
         EXPECT_EQ(holdings().descriptors, before.descriptors);
         EXPECT_EQ(triedReports(app_), reports);
         EXPECT_FALSE(app_.controller.transferState().isInportIR);
         EXPECT_FALSE(app_.controller.transferState().isInportAMP);
     }
-    /// A hole of this size behind `head`.
+    /// A sparse file of this size that begins with `head`.
     QString sparse(const QString& name, const FileBytes& head, off_t size) {
         const QString path = files_.write(name, head);
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), size), 0);
@@ -74,17 +76,19 @@ protected:
     RunningApp app_;
 };
 
-TEST_F(HostileChoice, directoriesDevicesAndFifosAreRefusedAtOnce) {
+TEST_F(HostileChoice, whatIsNoSoundFileOrTooLarge_isRefusedAtOnce) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(files_.path("fifo.wav")).constData(), 0600), 0);
-    expectRefused(files_.path("fifo.wav"));
-    expectRefused(files_.path("."));
-    for (const char* const device :
-         {"/dev/zero", "/dev/null", "/dev/full", "/dev/random", "/dev/tty", "/proc/self/mem"}) {
-        expectRefused(device);
+    for (const QString& path :
+         {files_.path("fifo.wav"), files_.path("."), files_.path("gone.wav"), QString("/dev/zero"),
+          QString("/dev/null"), QString("/dev/full"), QString("/dev/random"), QString("/dev/tty"),
+          QString("/proc/self/mem"), QString("/proc/self/maps"), QString("/proc/version"),
+          sparse("4g.wav", waveOf(1), 0x100000000), sparse("5t.wav", waveOf(1), 0x50000000000),
+          sparse("4g.amp", ampOf(1), 0x100000000)}) {
+        expectRefused(path);
     }
 }
 
-TEST_F(HostileChoice, aFifoThatSomebodyFeedsIsRefusedAndNotDrained) {
+TEST_F(HostileChoice, fifoWithAWriter_isRefusedAndNotDrained) {
     const QString path = files_.path("fed.wav");
     ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
     const UniqueFd feeder(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
@@ -95,13 +99,7 @@ TEST_F(HostileChoice, aFifoThatSomebodyFeedsIsRefusedAndNotDrained) {
     EXPECT_EQ(::read(feeder.get(), left.data(), left.size()), static_cast<ssize_t>(wave.size()));
 }
 
-TEST_F(HostileChoice, filesOf4GiBAndMoreAreRefusedUnread) {
-    expectRefused(sparse("4g.wav", waveOf(1), 0x100000000));
-    expectRefused(sparse("5t.wav", waveOf(1), 0x50000000000));
-    expectRefused(sparse("4g.amp", ampOf(1), 0x100000000));
-}
-
-TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
+TEST_F(HostileChoice, largeFilesBesideAChosenOne_costNoMemory) {
     const QString first = files_.write("1.wav", waveOf(1));
     // Without chunks, so that it must be looked through to its end.
     sparse("2.wav", {'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E'}, 80 << 20);
@@ -117,18 +115,7 @@ TEST_F(HostileChoice, largeFilesBesideAChosenOneCostNoMemory) {
     EXPECT_LT(peakMemory() - peak, kFewKiB);
 }
 
-TEST_F(HostileChoice, aFileThatVanishesBeforeItIsReadIsRefused) {
-    const QString path = files_.write("gone.wav", waveOf(1));
-    ASSERT_TRUE(QFile::remove(path));
-    expectRefused(path);
-}
-
-TEST_F(HostileChoice, filesOfTheKernelThatSayTheyAreEmptyAreRefused) {
-    expectRefused("/proc/self/maps");
-    expectRefused("/proc/version");
-}
-
-TEST_F(HostileChoice, aLargeSoundFileCostsNoMoreThanItsSizeAndLeavesNothing) {
+TEST_F(HostileChoice, largeSoundFile_costsNoMoreThanItsSizeAndLeavesNothing) {
     constexpr off_t kSize = 64 * 1024 * 1024;
     const QString path = sparse("large.wav", waveOf(0x111111), kSize);
     const Holdings before = holdings();

@@ -1,23 +1,16 @@
-// Every output report of every thing that the user can ask for is refused once. Nothing else is written, and the next
-// import works.
+// Every output report of every action of the user is refused once. Nothing else is written, and the next import works.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "ReliabilityApp.h"
-#include "SlotTableView.h"
 
 namespace kelvo::test {
 namespace {
 
 using testing::IsSubsetOf;
 
-/// The reports of one IR import, one amp import and one deletion, when each is acknowledged.
-constexpr std::uint32_t kIRReports = 28;
-constexpr std::uint32_t kAmpReports = 37;
-constexpr std::uint32_t kDeleteReports = 9;
-
-class RefusedReport : public testing::Test {
+class RefusedReport : public testing::TestWithParam<Action> {
 protected:
     RefusedReport() { startQuickly(app_); }
 
@@ -49,37 +42,16 @@ protected:
     std::size_t refused_ = 0;
 };
 
-TEST_F(RefusedReport, anyOfAnIRImport_leavesItUnfinishedAndTheNextImportWorks) {
-    const QString path = files_.write("first.wav", waveOf(0x123456));
-    for (std::uint32_t k = 1; k <= kIRReports; ++k) {
-        refuse(k, [&] { app_.importIR(3, path); });
+TEST_P(RefusedReport, leavesTheActionUnfinishedAndTheNextImportWorks) {
+    for (std::uint32_t k = 1; k <= GetParam().reports; ++k) {
+        refuse(k, [this] { GetParam().act(app_, files_); });
         EXPECT_THAT(changedSlots(app_.pedal), IsSubsetOf({"CAB 32"})) << k;
         importNext(k);
     }
 }
 
-TEST_F(RefusedReport, anyOfAnAmpImport_leavesItUnfinishedAndTheNextImportWorks) {
-    const QString path = files_.write("first.amp", ampOf(0x12345678));
-    for (std::uint32_t k = 1; k <= kAmpReports; ++k) {
-        refuse(k, [&] { app_.importAMP(4, path); });
-        EXPECT_THAT(changedSlots(app_.pedal), IsSubsetOf({"CAB 32"})) << k;
-        importNext(k);
-    }
-}
-
-TEST_F(RefusedReport, anyOfADeletion_clearsNothingAndTheNextImportWorks) {
-    for (std::uint32_t k = 1; k <= kDeleteReports; ++k) {
-        refuse(k, [&] {
-            app_.controller.ImportIRTableV().selectRow(0);
-            app_.controller.deleteCAB();
-            app_.services.alerts.back().answer(kAlertFirstButtonReturn);
-        });
-        EXPECT_THAT(changedSlots(app_.pedal), IsSubsetOf({"CAB 32"})) << k;
-        importNext(k);
-    }
-    app_.controller.deleteCAB();
-    app_.services.alerts.back().answer(kAlertFirstButtonReturn);
-}
+INSTANTIATE_TEST_SUITE_P(Of, RefusedReport, testing::ValuesIn(singleActions()),
+                         [](const auto& action) { return std::string(action.param.name); });
 
 TEST(RefusedStart, leavesAProcessThatTheNextImportWorksIn) {
     const SampleDir files;

@@ -9,6 +9,7 @@
 #include "CRC.h"
 #include "Descriptors.h"
 #include "LogListener.h"
+#include "SlotTableView.h"
 
 namespace kelvo::test {
 
@@ -46,21 +47,6 @@ bool settle(const RunningApp& app) {
     return false;
 }
 
-std::vector<std::string> changedSlots(const VirtualKr310& pedal) {
-    const Kr310Memory now = pedal.memory();
-    const Kr310Memory before = Kr310Memory::factory();
-    std::vector<std::string> changed;
-    for (std::size_t i = 0; i < kSlotCount; ++i) {
-        if (now.cab[i].words != before.cab[i].words || now.cab[i].name != before.cab[i].name) {
-            changed.push_back("CAB " + std::to_string(27 + i));
-        }
-        if (now.amp[i].words != before.amp[i].words || now.amp[i].name != before.amp[i].name) {
-            changed.push_back("AMP " + std::to_string(56 + i));
-        }
-    }
-    return changed;
-}
-
 Holdings holdings() {
     const std::filesystem::directory_iterator tasks("/proc/self/task");
     std::ifstream statm("/proc/self/statm");
@@ -82,6 +68,31 @@ FileBytes ampOf(std::uint32_t word) {
     std::array<std::uint32_t, 512> words{};
     words.fill(word);
     return ampFile(words);
+}
+
+std::vector<Action> singleActions() {
+    return {
+        {"IRImport",
+         28,
+         4,
+         {"CAB 30"},
+         [](RunningApp& app, const SampleDir& files) { app.importIR(3, files.write("a.wav", waveOf(0x123456))); }},
+        {"AmpImport",
+         37,
+         5,
+         {"AMP 60"},
+         [](RunningApp& app, const SampleDir& files) { app.importAMP(4, files.write("a.amp", ampOf(0x12345678))); }},
+        {"Deletion",
+         9,
+         0,
+         {"CAB 27"},
+         [](RunningApp& app, const SampleDir&) {
+             app.controller.ImportIRTableV().selectRow(0);
+             app.controller.deleteCAB();
+             app.services.alerts.back().answer(kAlertFirstButtonReturn);
+             app.services.alerts.clear();
+         }},
+    };
 }
 
 }  // namespace kelvo::test

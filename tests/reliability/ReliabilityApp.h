@@ -20,9 +20,6 @@ std::uint32_t triedReports(const RunningApp& app);
 /// has been handled and answered. The pedal must be sound by now. False when that does not end.
 [[nodiscard]] bool settle(const RunningApp& app);
 
-/// The slots that differ from what the pedal left the factory with, as "CAB 27" or "AMP 56".
-std::vector<std::string> changedSlots(const VirtualKr310& pedal);
-
 /// What a process must not keep.
 struct Holdings {
     std::map<int, std::string> descriptors;
@@ -35,5 +32,16 @@ Holdings holdings();
 /// A sound wave of 512 equal 24-bit points, and a sound model of 512 equal words.
 FileBytes waveOf(std::uint32_t point);
 FileBytes ampOf(std::uint32_t word);
+
+/// What the user can ask for, into one slot.
+struct Action {
+    const char* name;
+    std::uint32_t reports;
+    std::uint8_t acknowledgements;
+    std::vector<std::string> written;  ///< in this order
+    void (*act)(RunningApp& app, const SampleDir& files);
+};
+/// An IR import, an amp import and a deletion.
+std::vector<Action> singleActions();
 
 }  // namespace kelvo::test

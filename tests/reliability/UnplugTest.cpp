@@ -30,46 +30,17 @@ void expectTheEnd(RunningApp& app) {
     EXPECT_THAT(app.services.exits, testing::ElementsAre(0));
 }
 
-struct Action {
-    const char* name;
-    std::uint32_t reports;  // for one slot
-    std::uint8_t acknowledgements;
-    std::vector<std::string> written;  // one after the other
-    void (*act)(RunningApp& app, const SampleDir& files);
-};
-
-const Action kActions[] = {
-    {"IRImport",
-     28,
-     4,
-     {"CAB 30"},
-     [](RunningApp& app, const SampleDir& files) { app.importIR(3, files.write("a.wav", waveOf(0x123456))); }},
-    {"AmpImport",
-     37,
-     5,
-     {"AMP 60"},
-     [](RunningApp& app, const SampleDir& files) { app.importAMP(4, files.write("a.amp", ampOf(0x12345678))); }},
-    {"Deletion",
-     9,
-     0,
-     {"CAB 27"},
-     [](RunningApp& app, const SampleDir&) {
-         app.controller.ImportIRTableV().selectRow(0);
-         app.controller.deleteCAB();
-         app.services.alerts.back().answer(kAlertFirstButtonReturn);
-         app.services.alerts.clear();
-     }},
-    {"SetOfWaves",
-     28,
-     4,
-     {"CAB 34", "CAB 35", "CAB 36"},
-     [](RunningApp& app, const SampleDir& files) {
-         drop(app.controller.ImportIRTableV(), 7,
-              {QUrl::fromLocalFile(files.write("a.wav", waveOf(0x123456))),
-               QUrl::fromLocalFile(files.write("b.wav", waveOf(0x234567))),
-               QUrl::fromLocalFile(files.write("c.wav", waveOf(0x345678)))});
-     }},
-};
+std::vector<Action> actions() {
+    std::vector<Action> actions = singleActions();
+    actions.push_back(
+        {"SetOfWaves", 28, 4, {"CAB 34", "CAB 35", "CAB 36"}, [](RunningApp& app, const SampleDir& files) {
+             drop(app.controller.ImportIRTableV(), 7,
+                  {QUrl::fromLocalFile(files.write("a.wav", waveOf(0x123456))),
+                   QUrl::fromLocalFile(files.write("b.wav", waveOf(0x234567))),
+                   QUrl::fromLocalFile(files.write("c.wav", waveOf(0x345678)))});
+         }});
+    return actions;
+}
 
 class Unplugged : public testing::TestWithParam<Action> {};
 
@@ -109,7 +80,7 @@ TEST_P(Unplugged, beforeEachAcknowledgement_bringsTheAlertAndWritesTheAskedSlotA
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(During, Unplugged, testing::ValuesIn(kActions),
+INSTANTIATE_TEST_SUITE_P(During, Unplugged, testing::ValuesIn(actions()),
                          [](const auto& action) { return std::string(action.param.name); });
 
 TEST(UnpluggedWhileAFileWaits, atEachOutputReport_bringsTheAlertAndSendsNothingMore) {

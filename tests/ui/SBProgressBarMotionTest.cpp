@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
+#include <vector>
 
 #include "SBProgressBarStage.h"
 
@@ -49,19 +51,49 @@ TEST_F(BarMotion, fadeAnimation_matchesTheStripesOpacity) {
               (BasicAnimation{.keyPath = "opacity", .fromValue = shown, .toValue = 0.0, .duration = 0.255}));
 }
 
-TEST_F(BarMotion, animatesOff_fadesTheStripesAndThenStopsThem) {
-    bar.setAnimates(false);
-    EXPECT_FALSE(bar.animates());
-    EXPECT_EQ(bar.stripesLayer().opacity(), 0.0F);
-    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
-    stage.step(0.24);
-    EXPECT_TRUE(runs());
-    EXPECT_GT(bar.stripesLayer().shownOpacity(), 0.0F);
-    stage.step(0.01);
-    EXPECT_FALSE(runs());
-    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.0F);
-    EXPECT_FALSE(bar.scene().isAnimating());
+/// A switch turned off and on again after times, and the bar after a last one.
+struct Toggles {
+    std::vector<double> times;
+    bool isOn;
+};
+
+const Toggles kToggles[] = {
+    {{0.24}, true},     {{0.25}, false},         {{0.1, 1.0}, true},        {{0.0, 0.5}, true},
+    {{0.1, 0.0}, true}, {{0.1, 0.1, 0.2}, true}, {{0.1, 0.1, 0.25}, false},
+};
+
+class BarToggles : public BarMotion, public testing::WithParamInterface<Toggles> {
+protected:
+    void toggle(const std::function<void(bool isOn)>& change) {
+        bool isOn = true;
+        for (const double time : GetParam().times) {
+            isOn = !isOn;
+            change(isOn);
+            stage.step(time);
+        }
+    }
+};
+
+TEST_P(BarToggles, ofTheAnimation_stopTheStripesAtTheEndOfTheirFade) {
+    toggle([this](bool isOn) { bar.setAnimates(isOn); });
+    EXPECT_EQ(runs(), GetParam().isOn);
+    EXPECT_EQ(bar.stripesLayer().shownOpacity() > 0.0F, GetParam().isOn);
+    EXPECT_EQ(bar.scene().isAnimating(), GetParam().isOn);
+    EXPECT_EQ(bar.animates(), GetParam().times.size() % 2 == 0);
+    EXPECT_EQ(bar.stripesLayer().opacity(), bar.animates() ? 0.04F : 0.0F);
 }
+
+TEST_P(BarToggles, ofTheBar_hideItAtTheEndOfItsFade) {
+    toggle([this](bool isOn) { bar.setHidden(!isOn); });
+    EXPECT_EQ(!bar.isHidden(), GetParam().isOn);
+    EXPECT_EQ(runs(), GetParam().isOn);
+    EXPECT_EQ(bar.rootLayer().shownOpacity() > 0.0F, GetParam().isOn);
+    EXPECT_EQ(bar.scene().isAnimating(), GetParam().isOn);
+    EXPECT_EQ(bar.alphaValue(), bar.sb_isHidden() ? 0.0 : 1.0);
+    EXPECT_TRUE(bar.animates());
+}
+
+INSTANTIATE_TEST_SUITE_P(At, BarToggles, testing::ValuesIn(kToggles));
 
 TEST_F(BarMotion, animatesOffAndOnBeforeTheFadeEnds_keepsTheRunningAnimation) {
     stage.step(0.1);
@@ -74,29 +106,6 @@ TEST_F(BarMotion, animatesOffAndOnBeforeTheFadeEnds_keepsTheRunningAnimation) {
     EXPECT_EQ(bar.stripesLayer().opacity(), 0.04F);
     EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
     EXPECT_NEAR(stripesX(), -30.0, 1e-6);  // 1.2 s from the very start: four whole periods
-}
-
-TEST_F(BarMotion, animatesOffAndOnInOneTurn_keepsTheRunningAnimation) {
-    bar.setAnimates(false);
-    bar.setAnimates(true);
-    stage.step(0.0);
-    EXPECT_TRUE(runs());
-    stage.step(0.5);
-    EXPECT_TRUE(runs());
-    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
-}
-
-TEST_F(BarMotion, animatesOffOnOff_endsStopped) {
-    bar.setAnimates(false);
-    stage.step(0.1);
-    bar.setAnimates(true);
-    stage.step(0.1);
-    bar.setAnimates(false);
-    stage.step(0.2);
-    EXPECT_TRUE(runs());
-    stage.step(0.05);
-    EXPECT_FALSE(runs());
-    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.0F);
 }
 
 TEST_F(BarMotion, animatesOnAfterTheFade_startsAnew) {
@@ -147,6 +156,14 @@ TEST_F(BarMotion, newDuration_takesEffectAtOnce) {
     EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
 }
 
+TEST_F(BarMotion, durationOfZeroOrLess_scrollsInTheLayersDefaultTime) {
+    for (const double duration : {0.0, -1.0}) {
+        bar.setAnimationDuration(duration);
+        EXPECT_EQ(bar.animationDuration(), duration);
+        EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 0.25);
+    }
+}
+
 TEST_F(BarMotion, newDurationOfAStillBar_isOnlyStored) {
     bar.setAnimates(false);
     stage.step(0.25);
@@ -156,27 +173,16 @@ TEST_F(BarMotion, newDurationOfAStillBar_isOnlyStored) {
     EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 2.0);
 }
 
-TEST_F(BarMotion, durationOfZeroOrLess_scrollsInTheLayersDefaultTime) {
-    bar.setAnimationDuration(0.0);
-    EXPECT_EQ(bar.animationDuration(), 0.0);
-    EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 0.25);
-    bar.setAnimationDuration(-1.0);
-    EXPECT_EQ(bar.stripesLayer().animation("x")->duration, 0.25);
-}
-
-TEST_F(BarMotion, hide_fadesAndThenHidesAndStops) {
+TEST_F(BarMotion, hideTwice_fadesOnceFromWhatIsShown) {
     bar.setHidden(true);
     EXPECT_TRUE(bar.sb_isHidden());
-    EXPECT_FALSE(bar.isHidden());
-    EXPECT_EQ(bar.alphaValue(), 0.0);
     EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
-    stage.step(0.24);
+    stage.step(0.2);
+    bar.setHidden(true);
     EXPECT_FALSE(bar.isHidden());
-    EXPECT_TRUE(runs());
-    stage.step(0.01);
+    stage.step(0.05);
     EXPECT_TRUE(bar.isHidden());
-    EXPECT_FALSE(runs());
-    EXPECT_TRUE(bar.animates());
+    bar.setHidden(true);
     EXPECT_FALSE(bar.scene().isAnimating());
 }
 
@@ -200,49 +206,6 @@ TEST_F(BarMotion, show_showsAtOnceFadesInAndStarts) {
     stage.step(0.25);
     EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
     EXPECT_EQ(bar.alphaValue(), 1.0);
-}
-
-TEST_F(BarMotion, showBeforeTheHideHasFinished_wins) {
-    bar.setHidden(true);
-    stage.step(0.1);
-    bar.setHidden(false);
-    stage.step(1.0);
-    EXPECT_FALSE(bar.isHidden());
-    EXPECT_EQ(bar.alphaValue(), 1.0);
-    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
-    EXPECT_TRUE(runs());
-}
-
-TEST_F(BarMotion, hideAndShowInOneTurn_leavesTheBarShownAndRunning) {
-    bar.setHidden(true);
-    bar.setHidden(false);
-    stage.step(0.0);
-    stage.step(1.0);
-    EXPECT_FALSE(bar.isHidden());
-    EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
-    EXPECT_TRUE(runs());
-}
-
-TEST_F(BarMotion, hideShowHide_endsHidden) {
-    bar.setHidden(true);
-    stage.step(0.1);
-    bar.setHidden(false);
-    stage.step(0.1);
-    bar.setHidden(true);
-    stage.step(0.25);
-    EXPECT_TRUE(bar.isHidden());
-    EXPECT_FALSE(runs());
-}
-
-TEST_F(BarMotion, hideTwice_fadesOnce) {
-    bar.setHidden(true);
-    stage.step(0.2);
-    bar.setHidden(true);
-    EXPECT_FALSE(bar.isHidden());
-    stage.step(0.05);
-    EXPECT_TRUE(bar.isHidden());
-    bar.setHidden(true);
-    EXPECT_FALSE(bar.scene().isAnimating());
 }
 
 TEST_F(BarMotion, showOfAShownBar_onlyStoresTheRequest) {
@@ -272,11 +235,6 @@ TEST_F(BarMotion, showWithoutAnimates_doesNotStartTheStripes) {
     EXPECT_EQ(bar.rootLayer().shownOpacity(), 1.0F);
 }
 
-TEST_F(BarMotion, directValue_isShownAtOnce) {
-    bar.setFloatValue(0.5);
-    EXPECT_EQ(bar.innerClipLayer().frame().width(), 99.0);
-}
-
 TEST_F(BarMotion, valueThroughTheAnimator_easesInAndOut) {
     bar.animator().setFloatValue(1.0);
     EXPECT_EQ(bar.floatValue(), 0.0);
@@ -290,7 +248,7 @@ TEST_F(BarMotion, valueThroughTheAnimator_easesInAndOut) {
     EXPECT_EQ(bar.innerClipLayer().frame().width(), 198.0);
 }
 
-TEST_F(BarMotion, animatorTurnedElsewhere_goesOnFromWhereItIs) {
+TEST_F(BarMotion, animatorTurnedElsewhere_continuesFromWhereItIs) {
     bar.animator().setFloatValue(1.0);
     stage.step(0.125);
     bar.animator().setFloatValue(0.0);
@@ -341,7 +299,7 @@ TEST_F(BarMotion, animator_refusesWhatTheBarRefuses) {
     EXPECT_EQ(bar.floatValue(), 0.0);
 }
 
-TEST_F(BarMotion, barDestroyedDuringItsFades_isGoneQuietly) {
+TEST_F(BarMotion, barDestroyedDuringItsFades_leavesNoWork) {
     auto* const other = new SBProgressBar([this] { return stage.seconds; });
     other->setAnimates(false);
     other->setHidden(true);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -34,8 +35,8 @@ TEST(SBProgressBar, newBar_hasTheDefaults) {
     EXPECT_EQ(bar.shadowWidth(), 1.0);
     EXPECT_EQ(bar.stripesImage().size(), QSizeF(30, 20));
     EXPECT_EQ(bar.backgroundColors(), (std::vector<QColor>{white(0.55F), white(0.4F)}));
-    EXPECT_FALSE(bar.sb_isHidden());
-    EXPECT_EQ(bar.alphaValue(), 1.0);
+    EXPECT_EQ(bar.stripesLayer().anchorPoint(), QPointF(0.0, 0.5));
+    EXPECT_EQ(bar.stripesLayer().opacity(), 0.04F);
     EXPECT_EQ(bar.focusPolicy(), Qt::NoFocus);
 }
 
@@ -48,32 +49,6 @@ TEST(SBProgressBar, newBar_hasItsLayersInTheirTree) {
     EXPECT_EQ(bar.innerClipLayer().sublayers(), (std::vector<Layer*>{&bar.fillLayer(), &bar.stripesLayer(),
                                                                      &bar.innerShadowLayer(), &bar.colorTintLayer()}));
     EXPECT_EQ(bar.rootLayer().superlayer(), nullptr);
-}
-
-TEST(SBProgressBar, newBar_hasItsLayersSetUp) {
-    SBProgressBar bar;
-    EXPECT_EQ(bar.clipLayer().frame(), QRectF(bar.rect()));
-    EXPECT_TRUE(bar.clipLayer().masksToBounds());
-    EXPECT_TRUE(bar.innerClipLayer().masksToBounds());
-    for (Layer* const layer : {&bar.rootLayer(), &bar.backgroundLayer(), &bar.borderLayer(), &bar.fillLayer(),
-                               &bar.stripesLayer(), &bar.innerShadowLayer(), &bar.colorTintLayer()}) {
-        EXPECT_FALSE(layer->masksToBounds());
-    }
-    EXPECT_EQ(colorsOf(bar.backgroundLayer()), (std::vector<QColor>{white(0.55F), white(0.4F)}));
-    EXPECT_EQ(colorsOf(bar.fillLayer()), (std::vector<QColor>{white(0.75F), white(1.0F)}));
-    EXPECT_EQ(bar.stripesLayer().anchorPoint(), QPointF(0.0, 0.5));
-    EXPECT_EQ(bar.stripesLayer().opacity(), 0.04F);
-    EXPECT_EQ(bar.stripesLayer().shownOpacity(), 0.04F);
-    EXPECT_EQ(bar.colorTintLayer().opacity(), 0.2F);
-    EXPECT_TRUE(colorsOf(bar.colorTintLayer()).empty());
-}
-
-TEST(SBProgressBar, layerAccessors_alwaysAnswerTheSameLayer) {
-    SBProgressBar bar;
-    const Layer* const stripes = &bar.stripesLayer();
-    bar.resizeLayers();
-    bar.setAnimates(false);
-    EXPECT_EQ(&bar.stripesLayer(), stripes);
 }
 
 TEST(SBProgressBar, valuesFromZeroToOne_areAccepted) {
@@ -112,42 +87,38 @@ public:
 };
 
 TEST(SBProgressBar, newRingOrStripes_askTheViewToRefreshItsLayer) {
+    const struct {
+        std::function<void(SBProgressBar& bar)> change;
+        int refreshes;
+    } rows[] = {
+        {[](SBProgressBar& bar) { bar.setBorderWidth(1.0); }, 1},  // as it is, and as wide as the shadow
+        {[](SBProgressBar& bar) { bar.setBorderColor(Qt::red); }, 1},
+        {[](SBProgressBar& bar) { bar.setBorderWidth(2.0); }, 1},
+        {[](SBProgressBar& bar) { bar.setShadowWidth(1.5); }, 1},
+        {[](SBProgressBar& bar) {
+             bar.setStripesImage(SBProgressBar::stripesImageWithSize({10, 10}));
+         },
+         1},
+        {[](SBProgressBar& bar) { bar.setBorderWidth(1.0); }, 2},  // the shadow's width with it
+        {[](SBProgressBar& bar) { bar.setShadowWidth(9.0); }, 0},
+    };
     RefreshCount bar;
-    bar.setBorderWidth(1.0);  // as it is, and as wide as the shadow
-    EXPECT_EQ(bar.refreshes, 1);
-    bar.refreshes = 0;
-    bar.setBorderColor(Qt::red);
-    EXPECT_EQ(bar.refreshes, 1);
-    bar.setBorderWidth(2.0);
-    EXPECT_EQ(bar.refreshes, 2);
-    bar.setShadowWidth(1.5);
-    EXPECT_EQ(bar.refreshes, 3);
-    bar.setStripesImage(SBProgressBar::stripesImageWithSize({10, 10}));
-    EXPECT_EQ(bar.refreshes, 4);
-    bar.setBorderWidth(1.0);  // the shadow's width with it
-    EXPECT_EQ(bar.refreshes, 6);
-    bar.setShadowWidth(9.0);
-    EXPECT_EQ(bar.refreshes, 6);
+    for (const auto& row : rows) {
+        bar.refreshes = 0;
+        row.change(bar);
+        EXPECT_EQ(bar.refreshes, row.refreshes) << &row - rows;
+    }
 }
 
-TEST(SBProgressBar, shadowWiderThanTheBorder_isLoggedAndRefused) {
+TEST(SBProgressBar, shadow_isNeverWiderThanTheBorder) {
     std::vector<std::string> log;
     const test::LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
     SBProgressBar bar;
     bar.setShadowWidth(2.0);
     EXPECT_EQ(bar.shadowWidth(), 1.0);
     EXPECT_EQ(log, std::vector<std::string>{"Warning: Line width must be at least as large as shadow width"});
-
+    log.clear();
     bar.setShadowWidth(1.0);
-    bar.setShadowWidth(0.25);
-    EXPECT_EQ(bar.shadowWidth(), 0.25);
-    EXPECT_EQ(log.size(), 1U);
-}
-
-TEST(SBProgressBar, borderThinnerThanTheShadow_pullsTheShadowDown) {
-    std::vector<std::string> log;
-    const test::LogListener listener([&log](std::string_view message) { log.emplace_back(message); });
-    SBProgressBar bar;
     bar.setBorderWidth(0.5);
     EXPECT_EQ(bar.borderWidth(), 0.5);
     EXPECT_EQ(bar.shadowWidth(), 0.5);
@@ -156,6 +127,8 @@ TEST(SBProgressBar, borderThinnerThanTheShadow_pullsTheShadowDown) {
     EXPECT_EQ(bar.shadowWidth(), 0.5);
     bar.setShadowWidth(2.0);
     EXPECT_EQ(bar.shadowWidth(), 2.0);
+    bar.setShadowWidth(0.25);
+    EXPECT_EQ(bar.shadowWidth(), 0.25);
     EXPECT_TRUE(log.empty());
 }
 
@@ -184,45 +157,19 @@ TEST(SBProgressBar, widthsAndDurationThatAreNotFinite_areIgnored) {
     EXPECT_EQ(bar.animationDuration(), 0.3);
 }
 
-TEST(SBProgressBar, tint_goesToItsLayer) {
+TEST(SBProgressBar, tint_changesItsColourAtOnceAndFadesToItsOpacity) {
     BarStage stage(200, 20);
     SBProgressBar& bar = stage.bar;
     bar.setColorTint(QColor(Qt::blue));
     EXPECT_EQ(bar.colorTint(), QColor(Qt::blue));
     EXPECT_EQ(colorsOf(bar.colorTintLayer()), std::vector<QColor>{Qt::blue});
-    EXPECT_EQ(bar.colorTintLayer().opacity(), 0.2F);
-
     bar.setColorTintOpacity(0.7);
     EXPECT_EQ(bar.colorTintOpacity(), 0.7);
-    EXPECT_EQ(bar.colorTintLayer().opacity(), 0.7F);
-
+    EXPECT_EQ(bar.colorTintLayer().shownOpacity(), 0.2F);
+    stage.step(0.25);
+    EXPECT_EQ(bar.colorTintLayer().shownOpacity(), 0.7F);
     bar.setColorTint(std::nullopt);
     EXPECT_TRUE(colorsOf(bar.colorTintLayer()).empty());
-}
-
-TEST(SBProgressBar, tintOpacity_fadesWhileItsColourJumps) {
-    BarStage stage(200, 20);
-    stage.bar.setColorTintOpacity(0.7);
-    EXPECT_EQ(stage.bar.colorTintLayer().shownOpacity(), 0.2F);
-    stage.step(0.25);
-    EXPECT_EQ(stage.bar.colorTintLayer().shownOpacity(), 0.7F);
-}
-
-TEST(SBProgressBar, backgroundColors_goToTheirLayerAtOnce) {
-    SBProgressBar bar;
-    const std::vector<QColor> colors{QColor(Qt::red), QColor(Qt::green)};
-    bar.setBackgroundColors(colors);
-    EXPECT_EQ(bar.backgroundColors(), colors);
-    EXPECT_EQ(colorsOf(bar.backgroundLayer()), colors);
-}
-
-TEST(SBProgressBar, sbIsHidden_isAPlainStore) {
-    SBProgressBar bar;
-    bar.setSb_isHidden(true);
-    EXPECT_TRUE(bar.sb_isHidden());
-    EXPECT_EQ(bar.alphaValue(), 1.0);
-    bar.setSb_isHidden(false);
-    EXPECT_FALSE(bar.sb_isHidden());
 }
 
 class CountingBar : public SBProgressBar {
@@ -238,42 +185,30 @@ public:
 TEST(SBProgressBar, everyMoveToAWindow_registersOnceMoreForFrameChanges) {
     QWidget first;
     QWidget second;
+    auto* const box = new QWidget(&first);
     CountingBar bar(&first);
-    first.setAttribute(Qt::WA_DontShowOnScreen);
-    second.setAttribute(Qt::WA_DontShowOnScreen);
-    first.show();
-    second.show();
+    const auto resizedBy = [&bar](int width) {
+        bar.resized = 0;
+        bar.resize(width, 20);
+        EXPECT_EQ(bar.clipLayer().frame(), QRectF(0, 0, width, 20));
+        return bar.resized;
+    };
+    for (QWidget* const window : {&first, &second}) {
+        window->setAttribute(Qt::WA_DontShowOnScreen);
+        window->show();
+    }
     bar.show();
-
-    bar.resized = 0;
-    bar.resize(150, 20);
-    EXPECT_EQ(bar.resized, 1);
-    EXPECT_EQ(bar.clipLayer().frame(), QRectF(0, 0, 150, 20));
-
+    EXPECT_EQ(resizedBy(150), 1);
+    bar.setParent(box);  // in the same window
+    bar.show();
+    EXPECT_EQ(resizedBy(155), 1);
     bar.setParent(&second);
     bar.show();
-    bar.resized = 0;
-    bar.resize(160, 20);
-    EXPECT_EQ(bar.resized, 2);
-    EXPECT_EQ(bar.clipLayer().frame(), QRectF(0, 0, 160, 20));
-
+    EXPECT_EQ(resizedBy(160), 2);
     bar.viewDidMoveToWindow();
     bar.resized = 0;
     bar.move(5, 5);
     EXPECT_EQ(bar.resized, 3);
-}
-
-TEST(SBProgressBar, moveWithinTheSameWindow_doesNotRegisterAgain) {
-    QWidget window;
-    auto* const box = new QWidget(&window);
-    CountingBar bar(&window);
-    window.setAttribute(Qt::WA_DontShowOnScreen);
-    window.show();
-    bar.setParent(box);
-    bar.show();
-    bar.resized = 0;
-    bar.resize(150, 20);
-    EXPECT_EQ(bar.resized, 1);
     bar.setParent(nullptr);
 }
 

@@ -42,19 +42,14 @@ TEST(ServeEvents, stopOfAModalRunWithinAnother_endsTheInnerOneOnly) {
     EXPECT_EQ(ended, (QStringList{"inner", "outer"}));
 }
 
-TEST(ServeEvents, windowShownUntilPainted_hasBeenPainted) {
-    PaintedWindow window;
-    showUntilPainted(window);
-    EXPECT_GT(window.paints, 0);
-}
-
-TEST(ServeEvents, windowShownUntilPainted_isWaitedForNoLonger) {
+TEST(ServeEvents, windowShownUntilPainted_hasBeenPaintedAndIsWaitedForNoLonger) {
     PaintedWindow window;
     int turns = 0;
     QTimer turn;
     QObject::connect(&turn, &QTimer::timeout, [&turns] { ++turns; });
     turn.start(0);
     showUntilPainted(window);
+    EXPECT_GT(window.paints, 0);
     EXPECT_LT(turns, 100);
 }
 
@@ -64,17 +59,7 @@ void showWithFocus(QWidget& window) {
     window.activateWindow();
 }
 
-TEST(ServeEvents, windowServedUntilActive_isActive) {
-    QWidget window;
-    QWidget above;
-    showWithFocus(window);
-    showWithFocus(above);
-    QTimer::singleShot(0, &window, [&] { window.activateWindow(); });
-    serveUntilActive(window);
-    EXPECT_TRUE(window.isActiveWindow());
-}
-
-TEST(ServeEvents, windowServedUntilActive_hasBeenPaintedWhereTheOneAboveWas) {
+TEST(ServeEvents, windowServedUntilActive_isActiveAndHasBeenPaintedWhereTheOneAboveWas) {
     PaintedWindow window;
     QWidget above;
     showWithFocus(window);
@@ -88,6 +73,7 @@ TEST(ServeEvents, windowServedUntilActive_hasBeenPaintedWhereTheOneAboveWas) {
         });
     });
     serveUntilActive(window);
+    EXPECT_TRUE(window.isActiveWindow());
     EXPECT_EQ(window.paints, 1);
 }
 
@@ -112,19 +98,19 @@ TEST(ServeEvents, windowThatNeverBecomesActive_isGivenUpAfterAFifthOfASecond) {
     EXPECT_GE(waited.elapsed(), 190);  // a coarse timer may come so much early
 }
 
-TEST(ServeEvents, windowServedUntilActive_isNotTakenForActiveByAnotherEvent) {
+TEST(ServeEvents, windowServedUntilActive_isNotConsideredActiveAfterAnotherEvent) {
     QWidget window;
     QWidget above;
     showWithFocus(window);
     showWithFocus(above);
-    bool told = false;
+    bool served = false;
     QTimer::singleShot(0, &window, [&] {
         QEvent other(QEvent::WindowDeactivate);
         QCoreApplication::sendEvent(&window, &other);
-        QTimer::singleShot(10, &window, [&told] { told = true; });
+        QTimer::singleShot(10, &window, [&served] { served = true; });
     });
     serveUntilActive(window);
-    EXPECT_TRUE(told);
+    EXPECT_TRUE(served);
 }
 
 }  // namespace
