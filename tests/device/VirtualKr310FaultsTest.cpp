@@ -34,7 +34,7 @@ TEST(VirtualKr310Faults, canBeSwitchedOff) {
 struct FaultCase {
     const char* faults;
     std::uint8_t command;
-    std::initializer_list<std::uint8_t> phases;
+    Bytes phases;
     const char* answers;
 };
 
