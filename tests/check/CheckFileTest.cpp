@@ -28,60 +28,14 @@ protected:
     const SampleDir dir;
 };
 
-TEST_F(CheckFile, ofAWave_givesWhatItsHeaderSaysAndWhatIsUsed) {
-    const FileReport report = check(
-        "cab.wav", WaveFile{.sampleRate = 96000, .bitsPerSample = 24, .channels = 2, .data = FileBytes(12000)}.bytes());
-    EXPECT_EQ(report.path, dir.path("cab.wav").toUtf8());
-    EXPECT_EQ(report.refusal, "");
-    EXPECT_EQ(report.name, "CAB");
-    EXPECT_FALSE(report.amp);
-    ASSERT_TRUE(report.wave && report.wave->format);
-    EXPECT_EQ(report.wave->format->sampleRate, 96000U);
-    EXPECT_EQ(report.wave->format->bitsPerSample, 24U);
-    EXPECT_EQ(report.wave->format->channels, 2U);
-    EXPECT_EQ(report.wave->framesInFile, 2000U);
-    EXPECT_EQ(report.wave->framesUsed, 1120U);
-    EXPECT_EQ(report.wave->peak, 0.0F);
-}
-
-TEST_F(CheckFile, ofAWaveThatIsCutOff_countsTheFramesThatAreThereWhole) {
-    FileBytes bytes = WaveFile{.sampleRate = 48000, .bitsPerSample = 24, .data = FileBytes(3 * 700)}.bytes();
-    bytes.resize(44 + 3 * 100 + 2);
-    const FileReport report = check("cab.wav", bytes);
-    ASSERT_TRUE(report.wave);
-    EXPECT_EQ(report.wave->framesInFile, 100U);
-}
-
 TEST_F(CheckFile, ofAWave_givesTheLevelsThatThePedalGets) {
     const FileReport report = check("cab.wav", goodWave());
+    EXPECT_EQ(report.path, dir.path("cab.wav").toUtf8());
     ASSERT_TRUE(report.wave);
-    EXPECT_EQ(report.wave->framesInFile, 2U);
-    EXPECT_EQ(report.wave->framesUsed, 2U);
     EXPECT_EQ(report.wave->levels[0], 0.5F);
     EXPECT_EQ(report.wave->levels[1], -0.5F);
     EXPECT_EQ(report.wave->levels[2], 0.0F);
     EXPECT_EQ(report.wave->levels[511], 0.0F);
-    EXPECT_EQ(report.wave->peak, 0.5F);
-}
-
-TEST_F(CheckFile, findsThePeakOnEitherSideOfZero) {
-    EXPECT_EQ(check("a.wav", WaveFile{.data = {0x00, 0x20, 0x00, 0x80}}.bytes()).wave->peak, 1.0F);
-    EXPECT_EQ(check("a.wav", WaveFile{.data = {0x00, 0x60, 0x00, 0xE0}}.bytes()).wave->peak, 0.75F);
-}
-
-TEST_F(CheckFile, ofThePedalsOwnFormat_hasNoHeaderAndNoName) {
-    FileBytes bytes;
-    append(bytes, "TavikIR");
-    bytes.resize(512);
-    append(bytes, 0xC00000, 3);
-    const FileReport report = check("own.wav", bytes);
-    ASSERT_TRUE(report.wave);
-    EXPECT_FALSE(report.wave->format);
-    EXPECT_EQ(report.name, "");
-    EXPECT_EQ(report.wave->framesInFile, 1U);
-    EXPECT_EQ(report.wave->framesUsed, 1U);
-    EXPECT_EQ(report.wave->levels[0], -0.5F);
-    EXPECT_EQ(report.wave->peak, 0.5F);
 }
 
 TEST_F(CheckFile, ofThePedalsOwnFormat_cutsALongNameOfTheTable) {
@@ -90,45 +44,6 @@ TEST_F(CheckFile, ofThePedalsOwnFormat_cutsALongNameOfTheTable) {
     FileNameBuff = {};
     EXPECT_EQ(report.name, "ABCDEFGHIJ");
     EXPECT_EQ(report.notes.value(0), "its name is cut; the whole one is \"ABCDEFGHIJKLMNO\"");
-}
-
-TEST_F(CheckFile, ofAnAmp_givesItsWordsAndItsChecksum) {
-    const FileReport report = check("Lead.amp", ampFile(std::array<std::uint32_t, 2>{0x11111111, 2}));
-    EXPECT_EQ(report.refusal, "");
-    EXPECT_EQ(report.name, "Lead");
-    EXPECT_FALSE(report.wave);
-    ASSERT_TRUE(report.amp);
-    EXPECT_EQ(report.amp->words, 512U);
-    EXPECT_EQ(report.amp->checksum, 0x11111113U);
-    EXPECT_TRUE(report.notes.isEmpty());
-}
-
-TEST_F(CheckFile, ofAnAmpThatEndsBeforeItsChecksum_givesNone) {
-    const FileReport report = check("a.amp", {0, 0, 0, 0, 0, 0, 0, 0, '2', '.', '0'});
-    ASSERT_TRUE(report.amp);
-    EXPECT_EQ(report.amp->words, 2U);
-    EXPECT_FALSE(report.amp->checksum);
-}
-
-TEST_F(CheckFile, givesTheNameInTheBytesThatThePedalGets) {
-    EXPECT_EQ(check("abcdefghijklmn.wav", goodWave()).name, "ABCDEFGHIJ");
-    EXPECT_EQ(check("x.WAV", goodWave()).name, "X.WAV");
-    EXPECT_EQ(check(".wav", goodWave()).name, "");
-    EXPECT_EQ(check(QString::fromUtf8("\xC3\xBC"
-                                      "ber.wav"),
-                    goodWave())
-                  .name,
-              "\xC3\x9C"
-              "BE");
-}
-
-TEST_F(CheckFile, takesTheKindFromTheExtensionAlone) {
-    EXPECT_TRUE(check("a.wAv", goodWave()).wave);
-    EXPECT_TRUE(check("a.AMP", ampFile({})).amp);
-    EXPECT_EQ(check("a.amp", goodWave()).refusal.toStdString(),
-              "it is 48 bytes long and ends before its checksum, which takes the bytes 2048 to 2051");
-    EXPECT_EQ(check("b.wav", ampFile({})).refusal.toStdString(),
-              "it is no wave file: byte 0 says \"\\x00\\x00\\x00\\x00\" instead of \"RIFF\"");
 }
 
 TEST_F(CheckFile, ofAnotherExtension_namesTheTwoThatThereAre) {
@@ -145,19 +60,7 @@ TEST_F(CheckFile, ofWhatCannotBeRead_givesTheReadersReason) {
     EXPECT_EQ(refusal(dir.path("fifo.wav")), "it is a pipe, not a regular file");
     EXPECT_EQ(refusal(dir.path("zero.wav")), "it is a device, not a regular file");
     EXPECT_EQ(refusal(dir.path("missing.wav")), "it cannot be opened: No such file or directory");
-    EXPECT_EQ(check("empty.amp", {}).refusal, "it is empty");
     EXPECT_EQ(refusal(dir.path("a.wav") + QChar::Null + ".wav"), "its name holds a NUL");
-}
-
-TEST_F(CheckFile, ofAWave_refusesRateAndDepthToo) {
-    EXPECT_EQ(check("a.wav", WaveFile{.sampleRate = 192000, .data = FileBytes(4)}.bytes()).refusal,
-              "its sample rate in Hz, at byte 24, is 192000; allowed are 44100, 48000, 88200 and 96000");
-    const FileReport report = check("a.wav", WaveFile{.bitsPerSample = 20, .data = FileBytes(4)}.bytes());
-    EXPECT_EQ(report.refusal,
-              "its number of bits per sample, at byte 34, is 20; allowed are 8, 16 and 24 (integers) and 32 (floats)");
-    EXPECT_FALSE(report.wave);
-    EXPECT_EQ(report.name, "");
-    EXPECT_TRUE(report.notes.isEmpty());
 }
 
 TEST_F(CheckFile, ofAWave_takesAnyPath) {
@@ -223,14 +126,6 @@ TEST_F(CheckFile, offersFilesForACabSlotByTheirNames) {
     EXPECT_FALSE(isForCabSlot("a.amp"));
     EXPECT_FALSE(isForCabSlot("wav"));
     EXPECT_FALSE(isForCabSlot(""));
-}
-
-TEST_F(CheckFile, ofARefusedRateOrDepth_hasALineForSox) {
-    const QString path = dir.path("a.wav");
-    EXPECT_EQ(check("a.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes()).soxLine,
-              "sox --no-clobber '" + path + "' '" + dir.path("a-converted.wav") + "' rate 44100");
-    EXPECT_EQ(check("a.wav", goodWave()).soxLine, "");
-    EXPECT_EQ(check("a.wav", {}).soxLine, "");
 }
 
 TEST_F(CheckFile, putsTheFilesOfAFolderInItsPlace) {

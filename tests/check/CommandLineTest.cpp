@@ -10,95 +10,75 @@ CommandLine parse(QByteArrayList arguments) {
     return parseCommandLine(arguments);
 }
 
-TEST(CommandLine, namesTheFilesInTheirOrder) {
-    const CommandLine command = parse({"b.wav", "a.amp"});
-    EXPECT_EQ(command.request.kind, Request::Kind::Run);
-    EXPECT_EQ(command.files, (QByteArrayList{"b.wav", "a.amp"}));
-    EXPECT_EQ(command.plotFile, "");
-    EXPECT_EQ(command.request.mistake, "");
-}
-
-TEST(CommandLine, keepsEveryByteOfANameAndShowsAMistakeInUtf8) {
+TEST(CommandLine, namesTheFilesInTheirOrderAndKeepsEveryByte) {
+    EXPECT_EQ(parse({"b.wav", "a.amp"}).request.kind, Request::Kind::Run);
+    EXPECT_EQ(parse({"b.wav", "a.amp"}).files, (QByteArrayList{"b.wav", "a.amp"}));
     EXPECT_EQ(parse({"\xC3\xBC\xFF.wav"}).files, QByteArrayList{"\xC3\xBC\xFF.wav"});
-    EXPECT_EQ(parse({"--plot", "\xFF.png", "a.wav"}).plotFile, "\xFF.png");
-    EXPECT_EQ(parse({"--\xC3\xBC"}).request.mistake, "Unknown option '\xC3\xBC'.");
+    EXPECT_EQ(parse({"--", "--help", "--plot", "-x.wav"}).request.kind, Request::Kind::Run);
+    EXPECT_EQ(parse({"--", "--help", "--plot", "-x.wav"}).files, (QByteArrayList{"--help", "--plot", "-x.wav"}));
 }
 
 TEST(CommandLine, takesThePicturesNameInBothForms) {
     for (const QByteArrayList& arguments :
-         {QByteArrayList{"--plot", "x.png", "a.wav"}, QByteArrayList{"--plot=x.png", "a.wav"},
-          QByteArrayList{"a.wav", "--plot", "x.png"}}) {
+         {QByteArrayList{"--plot", "\xFF.png", "a.wav"}, QByteArrayList{"--plot=\xFF.png", "a.wav"},
+          QByteArrayList{"a.wav", "--plot", "\xFF.png"}}) {
         const CommandLine command = parse(arguments);
-        EXPECT_EQ(command.request.mistake, "");
-        EXPECT_EQ(command.plotFile, "x.png");
+        EXPECT_EQ(command.plotFile, "\xFF.png");
         EXPECT_EQ(command.files, QByteArrayList{"a.wav"});
     }
-    EXPECT_EQ(parse({"--plot", "X.PNG", "A.WAV"}).request.mistake, "");
 }
 
-TEST(CommandLine, givesJsonOnlyWhenAsked) {
-    EXPECT_TRUE(parse({"--json", "a.wav"}).isJson);
-    EXPECT_FALSE(parse({"a.wav"}).isJson);
-}
-
-TEST(CommandLine, takesEverythingBehindTwoDashesForAFile) {
-    const CommandLine command = parse({"--", "--help", "--plot", "-x.wav"});
-    EXPECT_EQ(command.request.kind, Request::Kind::Run);
-    EXPECT_EQ(command.files, (QByteArrayList{"--help", "--plot", "-x.wav"}));
-    EXPECT_EQ(command.request.mistake, "");
+TEST(CommandLine, hasTheOtherOptionsOnlyWhenTheyAreGiven) {
+    const CommandLine plain = parse({"a.wav"});
+    EXPECT_FALSE(plain.isJson || plain.hasSet);
+    EXPECT_EQ(plain.plotFile + plain.folder, "");
+    const CommandLine json = parse({"--json", "a.wav"});
+    EXPECT_TRUE(json.isJson);
+    EXPECT_FALSE(json.hasSet);
+    EXPECT_TRUE(parse({"--json", "--set", "a.wav"}).hasSet);
+    EXPECT_EQ(parse({"--prepare", "x/y", "a.wav"}).folder, "x/y");
 }
 
 TEST(CommandLine, showsHelpAndVersionWithoutAFile) {
-    EXPECT_EQ(parse({"--help"}).request.kind, Request::Kind::ShowHelp);
-    EXPECT_EQ(parse({"--version"}).request.kind, Request::Kind::ShowVersion);
-    EXPECT_EQ(parse({"-h"}).request.kind, Request::Kind::ShowHelp);
-    EXPECT_EQ(parse({"-v"}).request.kind, Request::Kind::ShowVersion);
-    EXPECT_EQ(parse({"--version", "--help"}).request.kind, Request::Kind::ShowHelp);
-    EXPECT_EQ(parse({"--help"}).request.mistake, "");
-}
-
-TEST(CommandLine, withoutAFileIsAMistake) {
-    EXPECT_EQ(parse({}).request.mistake, "No file is named.");
-    EXPECT_EQ(parse({"--"}).request.mistake, "No file is named.");
-    EXPECT_EQ(parse({"--plot", "x.png"}).request.mistake, "No file is named.");
-}
-
-TEST(CommandLine, withAnOptionThatThereIsNotIsAMistake) {
-    EXPECT_EQ(parse({"--polt", "a.wav"}).request.mistake, "Unknown option 'polt'.");
-    EXPECT_EQ(parse({"-p"}).request.mistake, "Unknown option 'p'.");
-    EXPECT_EQ(parse({"--help=me"}).request.mistake, "Unexpected value after '--help'.");
-    EXPECT_EQ(parse({"--\x1B[31m", "a.wav"}).request.mistake, "Unknown option '\x1B[31m'.");
-}
-
-TEST(CommandLine, withAPictureThatIsNoneIsAMistake) {
-    EXPECT_EQ(parse({"a.wav", "--plot"}).request.mistake, "Missing value after '--plot'.");
-    EXPECT_EQ(parse({"--plot", "a.wav", "b.wav"}).request.mistake, "The picture's name must end in .png.");
-    EXPECT_EQ(parse({"--plot=", "b.wav"}).request.mistake, "The picture's name must end in .png.");
-}
-
-TEST(CommandLine, givesTheSetOnlyInJson) {
-    EXPECT_TRUE(parse({"--json", "--set", "a.wav"}).hasSet);
-    EXPECT_FALSE(parse({"--json", "a.wav"}).hasSet);
-    EXPECT_EQ(parse({"--set", "a.wav"}).request.mistake, "--set needs --json.");
-}
-
-TEST(CommandLine, preparesInAFolderAndDoesNothingElse) {
-    EXPECT_EQ(parse({"--prepare", "x/y", "a.wav"}).folder, "x/y");
-    EXPECT_EQ(parse({"--prepare", "x/y", "a.wav"}).request.mistake, "");
-    EXPECT_EQ(parse({"a.wav"}).folder, "");
-    EXPECT_EQ(parse({"--prepare", "", "a.wav"}).request.mistake, "No folder is named for --prepare.");
-    EXPECT_EQ(parse({"--prepare", "\xFF", "a.wav"}).request.mistake, "The folder's name must be valid UTF-8.");
-    for (const char* const other : {"--json", "--plot=x.png"}) {
-        EXPECT_EQ(parse({"--prepare", "x", other, "a.wav"}).request.mistake,
-                  "--prepare goes with neither --json nor --plot.");
+    using Kind = Request::Kind;
+    for (const auto& [arguments, kind] : {std::pair{QByteArrayList{"--help"}, Kind::ShowHelp},
+                                          {QByteArrayList{"-h"}, Kind::ShowHelp},
+                                          {QByteArrayList{"--version", "--help"}, Kind::ShowHelp},
+                                          {QByteArrayList{"--version"}, Kind::ShowVersion},
+                                          {QByteArrayList{"-v"}, Kind::ShowVersion}}) {
+        EXPECT_EQ(parse(arguments).request.kind, kind);
+        EXPECT_EQ(parse(arguments).request.mistake, "");
     }
 }
 
-TEST(CommandLine, plotsJustOneWave) {
-    for (const QByteArrayList& files :
-         {QByteArrayList{"a.wav", "b.wav"}, QByteArrayList{"a.amp"}, QByteArrayList{"a"}}) {
-        EXPECT_EQ(parse(QByteArrayList{"--plot", "x.png"} + files).request.mistake,
-                  "With --plot exactly one .wav file is needed.");
+TEST(CommandLine, saysWhatIsWrong) {
+    const std::pair<QByteArrayList, const char*> rows[] = {
+        {{"b.wav", "a.amp"}, ""},
+        {{"--", "--help", "--plot", "-x.wav"}, ""},
+        {{"--plot", "X.PNG", "A.WAV"}, ""},
+        {{"--prepare", "x/y", "a.wav"}, ""},
+        {{}, "No file is named."},
+        {{"--"}, "No file is named."},
+        {{"--plot", "x.png"}, "No file is named."},
+        {{"--polt", "a.wav"}, "Unknown option 'polt'."},
+        {{"-p"}, "Unknown option 'p'."},
+        {{"--\xC3\xBC"}, "Unknown option '\xC3\xBC'."},
+        {{"--\x1B[31m", "a.wav"}, "Unknown option '\x1B[31m'."},
+        {{"--help=me"}, "Unexpected value after '--help'."},
+        {{"a.wav", "--plot"}, "Missing value after '--plot'."},
+        {{"--plot", "a.wav", "b.wav"}, "The picture's name must end in .png."},
+        {{"--plot=", "b.wav"}, "The picture's name must end in .png."},
+        {{"--plot", "x.png", "a.wav", "b.wav"}, "With --plot exactly one .wav file is needed."},
+        {{"--plot", "x.png", "a.amp"}, "With --plot exactly one .wav file is needed."},
+        {{"--plot", "x.png", "a"}, "With --plot exactly one .wav file is needed."},
+        {{"--set", "a.wav"}, "--set needs --json."},
+        {{"--prepare", "", "a.wav"}, "No folder is named for --prepare."},
+        {{"--prepare", "\xFF", "a.wav"}, "The folder's name must be valid UTF-8."},
+        {{"--prepare", "x", "--json", "a.wav"}, "--prepare goes with neither --json nor --plot."},
+        {{"--prepare", "x", "--plot=x.png", "a.wav"}, "--prepare goes with neither --json nor --plot."},
+    };
+    for (const auto& [arguments, mistake] : rows) {
+        EXPECT_EQ(parse(arguments).request.mistake, mistake) << arguments.join(' ').toStdString();
     }
 }
 

@@ -17,25 +17,21 @@ std::string lineFor(const WaveFile& wave, const QByteArray& path = "a.wav") {
     return soxLine(path, bytes, findWave(bytes)).toStdString();
 }
 
-TEST(SoxLine, namesOnlyWhatIsWrong) {
-    EXPECT_EQ(lineFor({.sampleRate = 22050}), "sox --no-clobber './a.wav' './a-converted.wav' rate 44100");
-    EXPECT_EQ(lineFor({.sampleRate = 22050, .bitsPerSample = 24, .channels = 2}),
-              "sox --no-clobber './a.wav' './a-converted.wav' rate 44100");
-    EXPECT_EQ(lineFor({.sampleRate = 192000, .bitsPerSample = 32}),
-              "sox --no-clobber './a.wav' './a-converted.wav' rate 44100");
-    EXPECT_EQ(lineFor({.bitsPerSample = 64}), "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav'");
-    EXPECT_EQ(lineFor({.bitsPerSample = 4}), "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav'");
+TEST(SoxLine, changesOnlyWhatIsWrongOrWouldNotKeepTheSound) {
+    constexpr const char* kIntegers = " -b 24 -e signed-integer";
+    const auto line = [](const std::string& depth, const std::string& effects) {
+        return "sox --no-clobber './a.wav'" + depth + " './a-converted.wav'" + effects;
+    };
+    EXPECT_EQ(lineFor({.sampleRate = 22050}), line("", " rate 44100"));
+    EXPECT_EQ(lineFor({.sampleRate = 22050, .bitsPerSample = 24, .channels = 2}), line("", " rate 44100"));
+    EXPECT_EQ(lineFor({.sampleRate = 192000, .bitsPerSample = 32}), line("", " rate 44100"));
+    EXPECT_EQ(lineFor({.bitsPerSample = 64}), line(kIntegers, ""));
+    EXPECT_EQ(lineFor({.bitsPerSample = 4}), line(kIntegers, ""));
     EXPECT_EQ(lineFor({.sampleRate = 8000, .bitsPerSample = 20, .channels = 6}),
-              "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav' remix 1 rate 44100");
-}
-
-TEST(SoxLine, changesDepthsThatWouldNotKeepTheSound) {
-    EXPECT_EQ(lineFor({.sampleRate = 22050, .bitsPerSample = 8}),
-              "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav' rate 44100");
-    FileBytes integers = WaveFile{.sampleRate = 22050, .bitsPerSample = 32}.bytes();
-    integers[20] = 1;
-    EXPECT_EQ(soxLine("a.wav", integers, findWave(integers)),
-              "sox --no-clobber './a.wav' -b 24 -e signed-integer './a-converted.wav' rate 44100");
+              line(kIntegers, " remix 1 rate 44100"));
+    EXPECT_EQ(lineFor({.sampleRate = 22050, .bitsPerSample = 8}), line(kIntegers, " rate 44100"));
+    const FileBytes integers = withTextAt(20, "\1", WaveFile{.sampleRate = 22050, .bitsPerSample = 32}.bytes());
+    EXPECT_EQ(soxLine("a.wav", integers, findWave(integers)).toStdString(), line(kIntegers, " rate 44100"));
 }
 
 TEST(SoxLine, isNoneForWhatSoxCannotMend) {

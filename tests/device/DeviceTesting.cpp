@@ -134,8 +134,8 @@ VirtualKr310::Reaction send(VirtualKr310& pedal, const std::vector<Bytes>& frame
     return all;
 }
 
-VirtualKr310::Reaction sendPhases(VirtualKr310& pedal, std::uint8_t command, std::uint8_t slot,
-                                  std::initializer_list<std::uint8_t> phases, unsigned shift) {
+VirtualKr310::Reaction sendPhases(VirtualKr310& pedal, std::uint8_t command, std::uint8_t slot, const Bytes& phases,
+                                  unsigned shift) {
     std::vector<Bytes> frames;
     std::ranges::transform(phases, std::back_inserter(frames),
                            [&](std::uint8_t phase) { return packet(command, slot, phase, shift); });

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -39,8 +38,8 @@ constexpr std::uint8_t kAmp = 0xE2;
 /// Gives the pedal these frames, each in reports of its own, and gathers what it does.
 VirtualKr310::Reaction send(VirtualKr310& pedal, const std::vector<Bytes>& frames);
 /// Sends the packets of these phases for one slot.
-VirtualKr310::Reaction sendPhases(VirtualKr310& pedal, std::uint8_t command, std::uint8_t slot,
-                                  std::initializer_list<std::uint8_t> phases, unsigned shift = 0);
+VirtualKr310::Reaction sendPhases(VirtualKr310& pedal, std::uint8_t command, std::uint8_t slot, const Bytes& phases,
+                                  unsigned shift = 0);
 
 /// The counted bytes of every report, joined. A count over 63 stands for 63.
 [[nodiscard]] std::string answered(const VirtualKr310::Reaction& reaction);

@@ -18,18 +18,6 @@ Faults parsed(std::string_view text) {
     return faults;
 }
 
-TEST(Faults, areAllOffAtFirst) {
-    const Faults faults;
-    EXPECT_FALSE(faults.silentFromPhase || faults.acknowledgementOutOfRange || faults.namesAfterDone);
-    EXPECT_EQ(faults.answerDelay, milliseconds(0));
-    EXPECT_FALSE(faults.duplicateAcknowledgement || faults.wrongAcknowledgement || faults.garbageBefore ||
-                 faults.garbageBetween || faults.mergedReports || faults.countOver63 || faults.reportsOf63 ||
-                 faults.reportsOf65 || faults.progressOver199 || faults.longFrames || faults.ampNamesFirst);
-    EXPECT_EQ(faults.corruptCrcEvery + faults.garbageInsideEvery + faults.splitReports + faults.refuseReport +
-                  faults.protocolErrorAtReport + faults.noAnswerAtReport + faults.unplugAtReport,
-              0U);
-}
-
 TEST(FaultTable, hasNumbersForThoseThatTakeOneOnly) {
     for (const FaultEntry& fault : faultTable()) {
         if (fault.argument.empty()) {

@@ -31,34 +31,18 @@ TEST(Kr310Memory, holdsAClickInTheFactoryCabinetsAndSilenceInEmptySlots) {
     EXPECT_EQ(memory.cab[5].words[0], 0U);
 }
 
-TEST(Kr310Memory, isEmptyWhenItIsNotTheFactorys) {
-    const Kr310Memory memory;
-    EXPECT_EQ(memory.cab[9].name, "");
-    EXPECT_EQ(memory.amp[9].words[511], 0U);
-}
-
-TEST(CabCrc32, runsOverThreeBytesPerPoint) {
-    EXPECT_EQ(kCabBank.crc32({}), 0x6C1CE17EU);
-}
-
-TEST(AmpCrc32, runsOverFourBytesPerWord) {
-    EXPECT_EQ(kAmpBank.crc32({}), 0xF1E8BA9EU);
-}
-
-TEST(CabCrc32, takesThePointsLowByteFirstUpToTheLast) {
+TEST(Crc32, ofACabRunsOverTheLowThreeBytesOfEachPoint) {
     Kr310Slot slot;
+    EXPECT_EQ(kCabBank.crc32(slot), 0x6C1CE17EU);
     slot.words[511] = 0x800001;
     EXPECT_EQ(kCabBank.crc32(slot), 0x80660869U);
-}
-
-TEST(CabCrc32, leavesOutWhatLiesAboveBit23) {
-    Kr310Slot slot;
     slot.words[511] = 0xFF800001;
     EXPECT_EQ(kCabBank.crc32(slot), 0x80660869U);
 }
 
-TEST(AmpCrc32, takesTheWordsLowByteFirst) {
+TEST(Crc32, ofAnAmpRunsOverAllFourBytesOfEachWord) {
     Kr310Slot slot;
+    EXPECT_EQ(kAmpBank.crc32(slot), 0xF1E8BA9EU);
     slot.words[0] = 0x01020304;
     EXPECT_EQ(kAmpBank.crc32(slot), 0x31550A98U);
 }

@@ -10,7 +10,7 @@ namespace {
 
 using Plane = std::vector<std::uint8_t>;
 
-/// Takes a plane of one value; a plane never finishes a transfer.
+/// Gives a plane of one value; a plane never finishes a transfer.
 void takePlane(Kr310Transfer& transfer, std::uint8_t slot, std::uint8_t phase, std::uint8_t value) {
     EXPECT_FALSE(transfer.take(slot, phase, Plane(512, value)));
 }
@@ -18,6 +18,15 @@ void takePlane(Kr310Transfer& transfer, std::uint8_t slot, std::uint8_t phase, s
 std::optional<Kr310Slot> takeName(Kr310Transfer& transfer, std::uint8_t slot, std::string name = "A") {
     name.resize(10);
     return transfer.take(slot, transfer.lastPhase(), Plane(name.begin(), name.end()));
+}
+
+/// A CAB transfer to slot 0 that only lacks its name.
+Kr310Transfer withPlanes() {
+    Kr310Transfer cab(3);
+    for (const std::uint8_t phase : {1, 2, 3}) {
+        takePlane(cab, 0, phase, 0);
+    }
+    return cab;
 }
 
 TEST(Kr310Transfer, fitsPlanesOf512BytesAndANameOfTen) {
@@ -40,115 +49,67 @@ TEST(Kr310Transfer, fitsPlanesOf512BytesAndANameOfTen) {
     EXPECT_TRUE(amp.fits(5, 10));
 }
 
-TEST(Kr310Transfer, putsTheFirstPlaneHighest) {
-    Kr310Transfer cab(3);
-    takePlane(cab, 0, 1, 0x80);
-    takePlane(cab, 0, 2, 0x02);
-    takePlane(cab, 0, 3, 0x03);
-    const std::optional<Kr310Slot> content = takeName(cab, 0, "MYCAB");
-    ASSERT_TRUE(content);
-    EXPECT_EQ(content->name, "MYCAB");
-    EXPECT_EQ(content->words[0], 0x800203U);
-    EXPECT_EQ(content->words[511], 0x800203U);
-}
-
 TEST(Kr310Transfer, fillsAllThirtyTwoBitsFromFourPlanes) {
     Kr310Transfer amp(4);
     takePlane(amp, 9, 1, 0xFF);
     takePlane(amp, 9, 2, 0x02);
     takePlane(amp, 9, 3, 0x03);
     takePlane(amp, 9, 4, 0x04);
-    EXPECT_EQ(takeName(amp, 9).value().words[7], 0xFF020304U);
+    const std::optional<Kr310Slot> content = takeName(amp, 9);
+    ASSERT_TRUE(content);
+    EXPECT_EQ(content->words[0], 0xFF020304U);
+    EXPECT_EQ(content->words[511], 0xFF020304U);
 }
 
-TEST(Kr310Transfer, takesAllTenBytesOfALongName) {
-    Kr310Transfer cab(3);
-    for (const std::uint8_t phase : {1, 2, 3}) {
-        takePlane(cab, 0, phase, 0);
-    }
+TEST(Kr310Transfer, takesANameOfTenBytesOrUpToItsFirstZero) {
+    Kr310Transfer cab = withPlanes();
     EXPECT_EQ(takeName(cab, 0, "0123456789").value().name, "0123456789");
-}
-
-TEST(Kr310Transfer, endsTheNameAtItsFirstZeroByte) {
-    Kr310Transfer cab(3);
-    for (const std::uint8_t phase : {1, 2, 3}) {
-        takePlane(cab, 0, phase, 0);
-    }
+    cab = withPlanes();
     EXPECT_EQ(takeName(cab, 0, std::string("AB\0CD", 5)).value().name, "AB");
 }
 
-TEST(Kr310Transfer, toleratesTheLastPacketAgain) {
-    Kr310Transfer cab(3);
-    for (const std::uint8_t phase : {1, 1, 2, 2, 3, 3, 3}) {
-        takePlane(cab, 0, phase, phase);
-    }
-    EXPECT_EQ(takeName(cab, 0).value().words[0], 0x010203U);
-}
-
-TEST(Kr310Transfer, finishesOnlyOnceThoughTheNameIsRepeated) {
-    Kr310Transfer cab(3);
-    for (const std::uint8_t phase : {1, 2, 3}) {
-        takePlane(cab, 0, phase, 0);
-    }
-    EXPECT_TRUE(takeName(cab, 0));
-    EXPECT_FALSE(takeName(cab, 0));
-}
-
-struct Broken {
-    const char* what;
-    std::vector<std::uint8_t> phases;
+/// A plane for slot s in phase p has the value 16 * s + p.
+struct Order {
+    const char* name;
+    std::vector<std::pair<int, int>> planes;  ///< slot and phase
+    std::uint8_t nameSlot = 0;
+    std::optional<std::uint32_t> word = {};  ///< what the name's packet stores; nothing for none
 };
 
-class Kr310TransferBroken : public testing::TestWithParam<Broken> {};
+class Kr310TransferOrder : public testing::TestWithParam<Order> {};
 
-TEST_P(Kr310TransferBroken, givesNoContent) {
+TEST_P(Kr310TransferOrder, storesThisWordOrNothing) {
     Kr310Transfer cab(3);
-    for (const std::uint8_t phase : GetParam().phases) {
-        takePlane(cab, 0, phase, 0);
+    for (const auto& [slot, phase] : GetParam().planes) {
+        takePlane(cab, static_cast<std::uint8_t>(slot), static_cast<std::uint8_t>(phase),
+                  static_cast<std::uint8_t>(16 * slot + phase));
     }
-    EXPECT_FALSE(takeName(cab, 0)) << GetParam().what;
+    const auto content = takeName(cab, GetParam().nameSlot);
+    EXPECT_EQ(content ? std::optional(content->words[0]) : std::nullopt, GetParam().word);
+    EXPECT_FALSE(takeName(cab, 0)) << "a transfer ends once";
 }
 
-INSTANTIATE_TEST_SUITE_P(Orders, Kr310TransferBroken,
-                         testing::Values(Broken{"the name alone", {}}, Broken{"one plane", {1}},
-                                         Broken{"two planes", {1, 2}}, Broken{"no first plane", {2, 3}},
-                                         Broken{"a gap", {1, 3}}, Broken{"wrong order", {1, 3, 2, 3}},
-                                         Broken{"backwards by two", {1, 2, 3, 1, 3}},
-                                         Broken{"a stray plane at the end", {1, 2, 3, 2}}));
+const Order kOrders[] = {
+    {"inOrder", {{0, 1}, {0, 2}, {0, 3}}, 0, 0x010203},
+    {"packetsRepeated", {{0, 1}, {0, 1}, {0, 2}, {0, 2}, {0, 3}, {0, 3}, {0, 3}}, 0, 0x010203},
+    {"startedAfresh", {{0, 1}, {0, 2}, {7, 1}, {7, 2}, {7, 3}}, 7, 0x717273},
+    {"theNameAlone", {}},
+    {"onePlane", {{0, 1}}},
+    {"twoPlanes", {{0, 1}, {0, 2}}},
+    {"noFirstPlane", {{0, 2}, {0, 3}}},
+    {"aGap", {{0, 1}, {0, 3}}},
+    {"wrongOrder", {{0, 1}, {0, 3}, {0, 2}, {0, 3}}},
+    {"backwardsByTwo", {{0, 1}, {0, 2}, {0, 3}, {0, 1}, {0, 3}}},
+    {"strayPlaneAtTheEnd", {{0, 1}, {0, 2}, {0, 3}, {0, 2}}},
+    {"planeForAnotherSlot", {{0, 1}, {1, 2}, {0, 2}, {0, 3}}},
+    {"nameForAnotherSlot", {{0, 1}, {0, 2}, {0, 3}}, 1},
+};
 
-TEST(Kr310Transfer, endsWhenAPlaneNamesAnotherSlot) {
-    Kr310Transfer cab(3);
-    takePlane(cab, 0, 1, 0);
-    takePlane(cab, 1, 2, 0);
-    takePlane(cab, 0, 2, 0);
-    takePlane(cab, 0, 3, 0);
-    EXPECT_FALSE(takeName(cab, 0));
-}
-
-TEST(Kr310Transfer, endsWhenTheNameNamesAnotherSlot) {
-    Kr310Transfer cab(3);
-    for (const std::uint8_t phase : {1, 2, 3}) {
-        takePlane(cab, 0, phase, 0);
-    }
-    EXPECT_FALSE(takeName(cab, 1));
-    EXPECT_FALSE(takeName(cab, 0));
-}
-
-TEST(Kr310Transfer, startsAfreshWithPhaseOneEvenForAnotherSlot) {
-    Kr310Transfer cab(3);
-    takePlane(cab, 0, 1, 0x11);
-    takePlane(cab, 0, 2, 0x22);
-    takePlane(cab, 7, 1, 0x44);
-    takePlane(cab, 7, 2, 0x55);
-    takePlane(cab, 7, 3, 0x66);
-    EXPECT_EQ(takeName(cab, 7).value().words[0], 0x445566U);
-}
+INSTANTIATE_TEST_SUITE_P(, Kr310TransferOrder, testing::ValuesIn(kOrders),
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Kr310Transfer, forgetsEverythingOnReset) {
-    Kr310Transfer cab(3);
-    for (const std::uint8_t phase : {1, 2, 3}) {
-        takePlane(cab, 0, phase, 0);
-    }
+    Kr310Transfer cab = withPlanes();
     cab.reset();
     EXPECT_FALSE(takeName(cab, 0));
 }

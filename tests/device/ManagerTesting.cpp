@@ -88,4 +88,24 @@ std::string Bench::numbered(const char* what, const std::shared_ptr<HidDevice>& 
     return what + std::to_string(at - devices_.begin() + 1);
 }
 
+ConnectedBench::ConnectedBench(const VirtualHidManager::Options& options) : Bench(options) {
+    manager.plug();
+    start();
+    awaitArrivals(1);
+}
+
+void ConnectedBench::fault(std::initializer_list<const char*> texts) {
+    Faults faults;
+    for (const char* text : texts) {
+        EXPECT_EQ(switchOn(text, faults), std::nullopt);
+    }
+    pedal.setFaults(faults);
+}
+
+std::vector<std::string> ConnectedBench::answers() {
+    std::vector<std::string> events = log();
+    events.erase(events.begin());
+    return events;
+}
+
 }  // namespace kelvo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -12,7 +13,7 @@
 
 namespace kelvo {
 
-/// A pedal on a virtual cable, and a host that notes what it is told. A callback on another
+/// A pedal on a virtual cable, and a host that notes every callback. A callback on another
 /// thread than the one inside `run` fails the test.
 class Bench {
 public:
@@ -33,6 +34,8 @@ public:
 
     /// The device that was announced last, or null.
     [[nodiscard]] std::shared_ptr<HidDevice> device();
+    /// Writes a report of the connect request to that device.
+    [[nodiscard]] bool sendConnect() { return sendFrame(connectFrame()); }
     /// Writes a frame to that device as a host does. False at the first report that is refused.
     [[nodiscard]] bool sendFrame(const Bytes& frame);
 
@@ -51,6 +54,17 @@ private:
     /// Written on the thread itself, so that its callbacks may read it.
     std::thread::id runsOn_;
     std::thread loop_;
+};
+
+/// A bench whose host knows the pedal.
+class ConnectedBench : public Bench {
+public:
+    explicit ConnectedBench(const VirtualHidManager::Options& options = {.record = true});
+
+    /// Switches faults on by name.
+    void fault(std::initializer_list<const char*> texts);
+    /// What came after the arrival.
+    [[nodiscard]] std::vector<std::string> answers();
 };
 
 }  // namespace kelvo

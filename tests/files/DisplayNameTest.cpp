@@ -20,71 +20,76 @@ struct NameCase {
     std::string name;
 };
 
-/// The name and the terminator that must stand behind it.
+/// The name; a terminator must follow it.
 std::string upToNul(const NameBuffer& name) {
     const auto end = std::find(name.begin(), name.end(), '\0');
     EXPECT_NE(end, name.end());
     return {name.begin(), end};
 }
 
-class IRName : public testing::TestWithParam<NameCase> {};
-
-TEST_P(IRName, comesFromTheFileName) {
-    const SampleDir dir;
-    WaveFile wave;
-    wave.data = FileBytes(2);
-    RVIRFile file;
-    ASSERT_TRUE(file.OpenFilePath(dir.write(QString::fromUtf8(GetParam().fileName), wave.bytes())));
-    EXPECT_EQ(upToNul(file.CharFileNane), GetParam().name);
+/// The bytes up to the NUL that are stored of a name.
+std::string stored(const QString& whole) {
+    NameBuffer name;
+    name.fill(' ');
+    storeName(whole, name);
+    return upToNul(name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, IRName,
-                         testing::Values(NameCase{"cab.wav", "CAB"}, NameCase{"Cab 1", "CAB 1"},
-                                         NameCase{"x.WAV", "X.WAV"}, NameCase{"my.wav.ir.wav", "MY.WAV.IR."},
-                                         NameCase{"Vintage 4x12.wav", "VINTAGE 4X"}));
+const NameCase kIRNames[] = {
+    {"cab.wav", "CAB"},
+    {"Cab 1", "CAB 1"},
+    {"x.WAV", "X.WAV"},
+    {"my.wav.ir.wav", "MY.WAV.IR."},
+    {"Vintage 4x12.wav", "VINTAGE 4X"},
+    {".wav", ""},
+    {".wav.wav", ".WAV.WAV"},
+    {"a.wav.b", "A"},
+    {"a.wav.wav.b", "A.WAV.WAV"},
+    {"abcdefghij.wav", "ABCDEFGHIJ"},
+    {"abcdefghijk.wav", "ABCDEFGHIJ"},
+    {"a.Wav.wav", "A.WAV"},
+    {"no extension at all", "NO EXTENSI"},
+    {"My%20IR.wav", "MY%20IR"},
+    {"a\tb\n.wav", "A\tB\n"},
+    // Code units are counted and bytes are copied, so these names end early, some inside a letter.
+    {"Stra\u00DFe.wav", "STRASSE"},  // sharp s: two letters in upper case
+    {"\uFB01n.wav", "FIN"},          // ligature fi
+    {"\u00E9.wav", "\xC3"},          // one unit, the first of two bytes
+    {"e\u0301.wav", "E\xCC"},        // a combining accent is a unit of its own
+    {"\U0001D11E.wav", "\xF0\x9D"},  // two units of a four-byte letter
+    {"\U00010428.wav", "\xF0\x90"},  // outside the BMP, and has an upper case
+    {"\U0001D11E\U0001D11E.wav", "\xF0\x9D\x84\x9E"},
+    {"\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4.wav", "\u00C4\u00C4\u00C4\xC3"},
+    {"\u65E5\u672C\u8A9E\u65E5\u672C\u8A9E\u65E5\u672C\u8A9E\u65E5\u672C.wav", "\u65E5\u672C\u8A9E\xE6"},
+};
 
-INSTANTIATE_TEST_SUITE_P(Borders, IRName,
-                         testing::Values(NameCase{".wav", ""}, NameCase{".wav.wav", ".WAV.WAV"},
-                                         NameCase{"a.wav.b", "A"}, NameCase{"a.wav.wav.b", "A.WAV.WAV"},
-                                         NameCase{"abcdefghij.wav", "ABCDEFGHIJ"},
-                                         NameCase{"abcdefghijk.wav", "ABCDEFGHIJ"}, NameCase{"a.Wav.wav", "A.WAV"},
-                                         NameCase{"no extension at all", "NO EXTENSI"},
-                                         NameCase{"My%20IR.wav", "MY%20IR"}, NameCase{"a\tb\n.wav", "A\tB\n"}));
-
-// Code units are counted and bytes are copied, so these names end early, some inside a letter.
-INSTANTIATE_TEST_SUITE_P(
-    BeyondAscii, IRName,
-    testing::Values(NameCase{"Stra\u00DFe.wav", "STRASSE"},  // sharp s: two letters in upper case
-                    NameCase{"\uFB01n.wav", "FIN"},          // ligature fi
-                    NameCase{"\u00E9.wav", "\xC3"},          // one unit, the first of two bytes
-                    NameCase{"e\u0301.wav", "E\xCC"},        // a combining accent is a unit of its own
-                    NameCase{"\U0001D11E.wav", "\xF0\x9D"},  // two units of a four-byte letter
-                    NameCase{"\U00010428.wav", "\xF0\x90"},  // outside the BMP, and has an upper case
-                    NameCase{"\U0001D11E\U0001D11E.wav", "\xF0\x9D\x84\x9E"},
-                    NameCase{"\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4\u00E4.wav", "\u00C4\u00C4\u00C4\xC3"},
-                    NameCase{"\u65E5\u672C\u8A9E\u65E5\u672C\u8A9E\u65E5\u672C\u8A9E\u65E5\u672C.wav",
-                             "\u65E5\u672C\u8A9E\xE6"}));
-
-class AMPName : public testing::TestWithParam<NameCase> {};
-
-TEST_P(AMPName, comesFromTheFileName) {
-    const SampleDir dir;
-    AMPFile file;
-    ASSERT_TRUE(file.OpenFile(dir.write(QString::fromUtf8(GetParam().fileName), ampFile({}))));
-    EXPECT_EQ(upToNul(file.CharFileName), GetParam().name);
+TEST(IRName, comesFromTheFileName) {
+    for (const auto& [fileName, name] : kIRNames) {
+        EXPECT_EQ(stored(irName(QString::fromUtf8(fileName))), name);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, AMPName,
-                         testing::Values(NameCase{"Lead.amp", "Lead"}, NameCase{"Crunch.apm", "Crunch.apm"},
-                                         NameCase{"x.amp.amp", "x.apm.apm"},
-                                         NameCase{"Overdriven Lead.amp", "Overdriven"}));
+const NameCase kAmpNames[] = {
+    {"Lead.amp", "Lead"},
+    {"Crunch.apm", "Crunch.apm"},
+    {"x.amp.amp", "x.apm.apm"},
+    {"Overdriven Lead.amp", "Overdriven"},
+    {".amp", ""},
+    {"a.amp.b", "a"},
+    {"a.AMP", "a.AMP"},
+    {"a.amp.b.amp.c", "a.apm.b.ap"},
+    {"a.apm.amp", "a.apm"},
+    {"abcdefghij.amp", "abcdefghij"},
+    {"Stra\u00DFe.amp", "Stra\u00DF"},
+    {"e\u0301.amp", "e\xCC"},
+    {"\U0001F3B8.amp", "\xF0\x9F"},
+};
 
-INSTANTIATE_TEST_SUITE_P(Borders, AMPName,
-                         testing::Values(NameCase{".amp", ""}, NameCase{"a.amp.b", "a"}, NameCase{"a.AMP", "a.AMP"},
-                                         NameCase{"a.amp.b.amp.c", "a.apm.b.ap"}, NameCase{"a.apm.amp", "a.apm"},
-                                         NameCase{"abcdefghij.amp", "abcdefghij"},
-                                         NameCase{"Stra\u00DFe.amp", "Stra\u00DF"}, NameCase{"e\u0301.amp", "e\xCC"},
-                                         NameCase{"\U0001F3B8.amp", "\xF0\x9F"}));
+TEST(AMPName, comesFromTheFileName) {
+    for (const auto& [fileName, name] : kAmpNames) {
+        EXPECT_EQ(stored(ampName(QString::fromUtf8(fileName))), name);
+    }
+}
 
 TEST(DisplayName, isTakenFromTheLastComponentOnly) {
     EXPECT_EQ(irName("//home/a.wav/b.wav.d/My IR.wav"), QString("MY IR"));
@@ -93,7 +98,7 @@ TEST(DisplayName, isTakenFromTheLastComponentOnly) {
     EXPECT_EQ(irName(""), QString(""));
 }
 
-TEST(DisplayName, writesOneNulAndLeavesWhatLiesBehindIt) {
+TEST(DisplayName, writesOneNulAndLeavesWhatFollows) {
     NameBuffer name;
     name.fill(' ');
     storeName("ABCDEFGHIJKL", name);
@@ -105,10 +110,7 @@ TEST(DisplayName, writesOneNulAndLeavesWhatLiesBehindIt) {
 }
 
 TEST(DisplayName, ofHalfASurrogatePairIsAQuestionMark) {
-    NameBuffer name;
-    name.fill(' ');
-    storeName(QString(QChar(0xD800)), name);
-    EXPECT_EQ(upToNul(name), "?");
+    EXPECT_EQ(stored(QString(QChar(0xD800))), "?");
 }
 
 // The toolkit's strings cannot hold such a name, so its path as a string leads nowhere.

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cstring>
 #include <limits>
+#include <string>
 
 #include "FileView.h"
 #include "IRConversion.h"
+#include "SampleFiles.h"
 
 namespace kelvo {
 namespace {
@@ -71,32 +72,19 @@ TEST(TruncateToInt32, givesTheLeastIntegerForAllThatDoesNotFit) {
     }
 }
 
-TEST(ICovertoF, countsTheFrameCapOfTheRate) {
+TEST(ICovertoF, convertsTheFramesOfTheRateAndNoMore) {
     const IRPointBuffer in{};
-    FloatBuffer out{};
-    EXPECT_EQ(ICovertoF(in, 48000, out), 560U);
-    EXPECT_EQ(ICovertoF(in, 88200, out), 1025U);
-    EXPECT_EQ(ICovertoF(in, 96000, out), 1120U);
-}
-
-TEST(ICovertoF, doesNothingForAnyOtherRate) {
-    IRPointBuffer in;
-    in.fill(0x400000);
     FloatBuffer out;
     out.fill(9.0F);
     for (const std::int32_t rate : {44100, 22050, 192000, 0, -1, -48000}) {
         EXPECT_EQ(ICovertoF(in, rate, out), 0U) << rate;
     }
     EXPECT_EQ(out[0], 9.0F);
-}
-
-TEST(ICovertoF, leavesEntriesBehindTheCap) {
-    const IRPointBuffer in{};
-    FloatBuffer out;
-    out.fill(9.0F);
-    ICovertoF(in, 48000, out);
+    EXPECT_EQ(ICovertoF(in, 48000, out), 560U);
     EXPECT_EQ(out[559], 0.0F);
     EXPECT_EQ(out[560], 9.0F);
+    EXPECT_EQ(ICovertoF(in, 88200, out), 1025U);
+    EXPECT_EQ(ICovertoF(in, 96000, out), 1120U);
 }
 
 TEST(ICovertoF, extendsTheSignOf24BitsAndIgnoresTheTopByte) {
@@ -213,40 +201,108 @@ TEST(FCovertoI, writesThePulledInValuesBack) {
     EXPECT_EQ(in[2], 1.5F);
 }
 
-TEST(DecodeFirstChannel, ofAFloatGivesTheseWords) {
-    for (const FloatWord& row : {FloatWord{0.0F, 0x000000},
-                                 {0.5F, 0x400000},
-                                 {-0.5F, 0xC00000},
-                                 {1.0F, 0x7FFFF7},
-                                 {-1.0F, 0x800009},
-                                 {-0x1p-23F, 0xFFFFFF},
-                                 {-0x1p-24F, 0x000000},
-                                 {1.5F, 0x00C00000},
-                                 {2.0F, 0x01000000},
-                                 {255.5F, 0x7FC00000},
-                                 {-1.5F, 0xC00000},
-                                 {-2.0F, 0x800000},
-                                 {256.0F, 0x800000},
-                                 {kInfinity, 0x800000},
-                                 {-kInfinity, 0x800000},
-                                 {kNaN, 0x800000}}) {
-        std::array<std::uint8_t, 4> data;
-        const auto bits = std::bit_cast<std::uint32_t>(row.value);
-        for (std::size_t i = 0; i < data.size(); ++i) {
-            data[i] = static_cast<std::uint8_t>(bits >> (8 * i));
-        }
-        IRPointBuffer out{};
-        EXPECT_TRUE(decodeFirstChannel(data, 1, 32, 512, out));
-        EXPECT_EQ(out[0], row.word) << row.value;
+struct Conversion {
+    const char* name;
+    WAVE_FORMAT format;
+    FileBytes samples;
+    std::vector<std::uint32_t> points;  ///< silence follows
+    std::size_t frames = 1000;          ///< that the file declares
+};
+
+FileBytes floatBytes(std::initializer_list<float> values) {
+    FileBytes bytes;
+    for (const float value : values) {
+        append(bytes, std::bit_cast<std::uint32_t>(value), 4);
     }
+    return bytes;
+}
+
+class WaveConversion : public testing::TestWithParam<Conversion> {};
+
+TEST_P(WaveConversion, givesThesePoints) {
+    const auto& [name, format, samples, expected, frames] = GetParam();
+    Words points;
+    points.fill(0xA5A5A5A5);
+    EXPECT_TRUE(convertWave(samples, format, frames, points));
+    std::vector<std::uint32_t> all = expected;
+    all.resize(kPointCount);
+    EXPECT_EQ(std::vector(points.begin(), points.end()), all);
+}
+
+constexpr WAVE_FORMAT formatOf(std::uint16_t bits, std::uint16_t channels = 1, std::uint32_t rate = 44100) {
+    return {.channels = channels, .sampleRate = rate, .bitsPerSample = bits};
+}
+
+const Conversion kConversions[] = {
+    {"depth8_isNotRebiased",
+     formatOf(8),
+     {0x80, 0x00, 0x7F, 0xFF, 0x01},
+     {0x800000, 0x000000, 0x7F0000, 0xFF0000, 0x010000}},
+    {"depth16",
+     formatOf(16),
+     {0x00, 0x80, 0xFF, 0x7F, 0xFF, 0xFF, 0x01, 0x00},
+     {0x800000, 0x7FFF00, 0xFFFF00, 0x000100}},
+    {"depth24", formatOf(24), {0xFF, 0xFF, 0xFF, 0x56, 0x34, 0x12, 0x00, 0x00, 0x80}, {0xFFFFFF, 0x123456, 0x800000}},
+    {"floats",
+     formatOf(32),
+     floatBytes({0.0F, -0.0F, 0.5F, -0.5F, 1.0F, -1.0F, -0x1p-23F, -0x1p-24F, 1.5F, 2.0F, 255.5F}),
+     {0x000000, 0x000000, 0x400000, 0xC00000, 0x7FFFF7, 0x800009, 0xFFFFFF, 0x000000, 0x00C00000, 0x01000000,
+      0x7FC00000}},
+    {"floatsThatDoNotFit",
+     formatOf(32),
+     floatBytes({-1.5F, -2.0F, 256.0F, kInfinity, -kInfinity, kNaN, std::numeric_limits<float>::max()}),
+     {0xC00000, 0x800000, 0x800000, 0x800000, 0x800000, 0x800000, 0x800000}},
+    // What resampling makes of points 0, 2 and 4.
+    {"floatsThatDoNotFit_at88200",
+     formatOf(32, 1, 88200),
+     floatBytes({kNaN, kInfinity, -kInfinity, std::numeric_limits<float>::max(), 2.0F, 1.5F}),
+     {0x800009, 0x800009, 0x000000}},
+    {"stereo8_takesTheLeftChannel", formatOf(8, 2), {1, 2, 3, 4}, {0x010000, 0x030000}},
+    {"stereo16", formatOf(16, 2), {1, 2, 3, 4, 5, 6, 7, 8}, {0x020100, 0x060500}},
+    {"stereo24", formatOf(24, 2), {1, 2, 3, 4, 5, 6}, {0x030201}},
+    {"stereoFloats", formatOf(32, 2), {0, 0, 0, 0x3F, 9, 9, 9, 9}, {0x400000}},
+    {"rate88200_takesEverySecondSample",
+     formatOf(16, 1, 88200),
+     {0, 1, 0, 2, 0, 3, 0, 4, 0, 5},
+     {0x010000, 0x030000, 0x050000}},
+    {"threeChannels_giveSilence", formatOf(16, 3), FileBytes(64, 1), {}},
+    {"fourChannelsAt48000_giveSilence", formatOf(16, 4, 48000), FileBytes(64, 1), {}},
+    {"channels65535At88200_giveSilence", formatOf(16, 0xFFFF, 88200), FileBytes(64, 1), {}},
+    {"sixChannelsAt96000_giveSilence", formatOf(16, 6, 96000), FileBytes(64, 1), {}},
+    {"aHundredFrames", formatOf(8), FileBytes(100, 0x11), std::vector<std::uint32_t>(100, 0x110000)},
+    {"sixHundredFrames_are512", formatOf(8), FileBytes(600, 0x11), std::vector<std::uint32_t>(512, 0x110000)},
+    {"incompleteFrame_isNotUsed", formatOf(16, 2), {1, 2, 3, 4, 5, 6, 7}, {0x020100}},
+    {"framesBeyondTheDeclaredOnes_areNotUsed", formatOf(16), {1, 2, 3, 4}, {0x020100}, 1},
+};
+
+INSTANTIATE_TEST_SUITE_P(Samples, WaveConversion, testing::ValuesIn(kConversions),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(ConvertWave, refusesOtherRatesAndDepthsAndLeavesThePoints) {
+    Words points;
+    points.fill(0xA5A5A5A5);
+    const FileBytes samples(64);
+    for (const std::uint32_t rate : {0U, 22050U, 192000U, 176400U, 44101U, 0x8000AC44U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(convertWave(samples, formatOf(16, 1, rate), 8, points), std::nullopt) << rate;
+    }
+    for (const std::uint16_t bits : {0, 7, 9, 12, 20, 31, 33, 40, 64, 0xFFFF}) {
+        for (const std::uint16_t channels : {1, 2, 4}) {
+            EXPECT_EQ(convertWave(samples, formatOf(bits, channels), 8, points), std::nullopt) << bits;
+        }
+    }
+    EXPECT_EQ(std::ranges::count(points, 0xA5A5A5A5), 512);
+}
+
+TEST(ConvertWave, countsTheFramesThatItUses) {
+    Words points{};
+    EXPECT_EQ(convertWave(FileBytes(605), formatOf(24, 2, 48000), 1000, points), 100U);
+    EXPECT_EQ(convertWave(FileBytes(605), formatOf(24, 2, 48000), 10, points), 10U);
+    EXPECT_EQ(convertWave(FileBytes(6000), formatOf(24, 2, 48000), 1000, points), 560U);
+    EXPECT_EQ(convertWave(FileBytes(605), formatOf(24, 4, 48000), 9, points), 0U);
 }
 
 TEST(DecodeFirstChannel, stopsAtTheLimitOfFramesAndAtTheBuffersEnd) {
-    const std::array<std::uint8_t, 2000> data = [] {
-        std::array<std::uint8_t, 2000> bytes;
-        bytes.fill(1);
-        return bytes;
-    }();
+    const FileBytes data(2000, 1);
     IRPointBuffer out{};
     EXPECT_TRUE(decodeFirstChannel(data, 1, 8, 3, out));
     EXPECT_EQ(out[2], 0x10000U);

@@ -1,4 +1,4 @@
-// What is found in a wave file, and which rule a file breaks.
+// What is found in an impulse-response file, and which rule a file breaks.
 
 #include <gtest/gtest.h>
 
@@ -11,24 +11,117 @@
 namespace kelvo {
 namespace {
 
-std::string text(const FourChars& chars) {
-    return {chars.begin(), chars.end()};
+/// A good 16-bit mono file of two frames, with `text` written over it at `offset`.
+FileBytes edited(std::size_t offset, std::string_view text) {
+    return withTextAt(offset, text, WaveFile{.data = {1, 2, 3, 4}}.bytes());
 }
 
-WaveRule brokenBy(const FileBytes& bytes) {
-    return findWave(bytes).broken;
+FileBytes declaring(std::int64_t size) {
+    return WaveFile{.data = {1, 2, 3, 4}, .declaredDataSize = size}.bytes();
 }
+
+FileBytes withDepth(std::uint32_t bits, std::uint32_t channels = 1) {
+    return WaveFile{.bitsPerSample = bits, .channels = channels, .data = FileBytes(4)}.bytes();
+}
+
+/// The format chunk, and a data chunk of four bytes, of a good 16-bit mono file.
+const FileBytes kFmt = [] {
+    const FileBytes good = edited(0, "");
+    return FileBytes(good.begin() + 12, good.begin() + 36);
+}();
+const FileBytes kData = textBytes(std::string_view("data\4\0\0\0\1\2\3\4", 12));
+
+struct WaveCase {
+    const char* name;
+    FileBytes bytes;
+    WaveRule broken = WaveRule::None;
+    std::uint32_t frames = 0;
+};
+
+class WaveRules : public testing::TestWithParam<WaveCase> {};
+
+TEST_P(WaveRules, decideInTheirOrder) {
+    const WaveLayout wave = findWave(GetParam().bytes);
+    EXPECT_EQ(wave.broken, GetParam().broken);
+    EXPECT_EQ(wave.frames, GetParam().frames);
+}
+
+using enum WaveRule;
+
+const WaveCase kWaveCases[] = {
+    {"good", edited(0, ""), None, 2},
+    {"oneSecondOf48kHz24BitStereo",
+     WaveFile{.sampleRate = 48000, .bitsPerSample = 24, .channels = 2, .data = FileBytes(288000)}.bytes(), None, 48000},
+    {"incompleteFrame", WaveFile{.data = FileBytes(1001)}.bytes(), None, 500},
+    {"depth12_countsWholeBytesOnly", WaveFile{.bitsPerSample = 12, .channels = 3, .data = FileBytes(10)}.bytes(), None,
+     3},
+    {"largestFrameSize",
+     WaveFile{.bitsPerSample = 0xFFFF, .channels = 0xFFFF, .data = {}, .declaredDataSize = 0xFFFFFFFF}.bytes(), None,
+     8},
+    {"declares0", declaring(0), None, 0},
+    {"declares1", declaring(1), None, 0},
+    {"declares3", declaring(3), None, 1},
+    {"declares7FFFFFFF", declaring(0x7FFFFFFF), None, 0x3FFFFFFF},
+    {"declaresFFFFFFFF", declaring(0xFFFFFFFF), None, 0x7FFFFFFF},
+    {"declaresFFFFFFF8", declaring(0xFFFFFFF8), None, 0x7FFFFFFC},
+    {"otherRate", WaveFile{.sampleRate = 22050, .data = FileBytes(4)}.bytes(), None, 2},
+    {"depth20", withDepth(20), None, 2},
+    {"fourChannels", withDepth(16, 4), None, 0},
+    {"unusedRiffSize", edited(4, "\xEE\xEE\xEE\xEE"), None, 2},
+    {"unusedFmtSizeAndTag", edited(16, "\xEE\xEE\xEE\xEE\xEE"), None, 2},
+    {"unusedByteRateAndBlockAlign", edited(28, "\xEE\xEE\xEE\xEE\xEE\xEE"), None, 2},
+    // 4 bytes in frames of 6, not in the later chunk's frames of 2.
+    {"firstFmtInsideAnotherChunk",
+     joinedFiles({textBytes("RIFF????WAVELIST????INFOfmt ....?"),
+                  textBytes(std::string_view("\0\2\0????rate"
+                                             "al\x18\0",
+                                             15)),
+                  kFmt, kData}),
+     None, 0},
+    {"firstDataInTheRiffSize", edited(4, "data"), None, 0x22AB20AB},  // half of "WAVE"
+    {"dataBeforeFmtOnAnOddByte",
+     joinedFiles({textBytes("RIFF????WAVE?"), textBytes(std::string_view("data\6\0\0\0abcdefghi", 17)), kFmt}), None,
+     3},
+    {"rifx", edited(0, "RIFX"), RiffMark},
+    {"rf64", edited(0, "RF64"), RiffMark},
+    {"smallRiff", edited(0, "riff"), RiffMark},
+    {"form", edited(0, "FORM"), RiffMark},
+    {"rif", edited(0, "RIF "), RiffMark},
+    {"avi", edited(8, "AVI "), WaveMark},
+    {"smallWave", edited(8, "wave"), WaveMark},
+    {"wav", edited(8, "WAV "), WaveMark},
+    {"rf64OfAvi", edited(0, "RF64????AVI "), RiffMark},
+    {"empty", {}, RiffMark},
+    {"oneByte", textBytes("R"), RiffMark},
+    {"fmtAlone", textBytes("fmt data"), RiffMark},
+    {"riffAlone", textBytes("RIFF"), WaveMark},
+    {"upperCaseFmt", edited(12, "FMT "), FmtChunk},
+    {"fmtWithoutSpace", edited(12, "fmt_"), FmtChunk},
+    {"upperCaseData", edited(36, "Data"), DataChunk},
+    {"neitherChunk", joinedFiles({textBytes("RIFF????WAVE"), kData}), FmtChunk},
+    {"dataAtTheVeryEnd", joinedFiles({textBytes("RIFF????WAVE"), kFmt, textBytes("data")}), DataChunk},
+    {"noChannel", withDepth(16, 0), Channels},
+    {"noChannelOf7Bits", withDepth(7, 0), Channels},
+    {"depth0", withDepth(0), Depth},
+    {"depth1", withDepth(1), Depth},
+    {"depth4", withDepth(4), Depth},
+    {"depth7", withDepth(7), Depth},
+    {"depth8", withDepth(8), None, 4},
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, WaveRules, testing::ValuesIn(kWaveCases),
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST(WaveLayout, hasEveryFieldOfTheRecords) {
     const FileBytes bytes =
         WaveFile{.sampleRate = 48000, .bitsPerSample = 24, .channels = 2, .data = FileBytes(605)}.bytes();
     const WaveLayout wave = findWave(bytes);
-    EXPECT_EQ(wave.broken, WaveRule::None);
-    EXPECT_EQ(text(wave.riffheader.id), "RIFF");
+    const auto id = [](const FourChars& chars) { return std::string(chars.begin(), chars.end()); };
+    EXPECT_EQ(id(wave.riffheader.id), "RIFF");
     EXPECT_EQ(wave.riffheader.size, 641U);
-    EXPECT_EQ(text(wave.riffheader.formType), "WAVE");
+    EXPECT_EQ(id(wave.riffheader.formType), "WAVE");
     EXPECT_EQ(wave.fmtOffset, 12U);
-    EXPECT_EQ(text(wave.fmt_block.id), "fmt ");
+    EXPECT_EQ(id(wave.fmt_block.id), "fmt ");
     EXPECT_EQ(wave.fmt_block.size, 16U);
     EXPECT_EQ(wave.fmt_block.format.formatTag, 1U);
     EXPECT_EQ(wave.fmt_block.format.channels, 2U);
@@ -37,113 +130,79 @@ TEST(WaveLayout, hasEveryFieldOfTheRecords) {
     EXPECT_EQ(wave.fmt_block.format.blockAlign, 6U);
     EXPECT_EQ(wave.fmt_block.format.bitsPerSample, 24U);
     EXPECT_EQ(wave.dataOffset, 36U);
-    EXPECT_EQ(text(wave.data_block.id), "data");
+    EXPECT_EQ(id(wave.data_block.id), "data");
     EXPECT_EQ(wave.data_block.size, 605U);
     EXPECT_EQ(wave.samplesOffset, 44U);
     EXPECT_EQ(wave.samplesSize, 605U);
     EXPECT_EQ(wave.frames, 100U);
 }
 
-TEST(WaveLayout, ofNothingIsAllZero) {
-    const WaveLayout wave = findWave({});
-    EXPECT_EQ(wave.broken, WaveRule::RiffMark);
-    EXPECT_EQ(wave.riffheader.size, 0U);
-    EXPECT_EQ(wave.fmtOffset, 0U);
-    EXPECT_EQ(wave.fmt_block.size, 0U);
-    EXPECT_EQ(wave.fmt_block.format.formatTag, 0U);
-    EXPECT_EQ(wave.fmt_block.format.channels, 0U);
-    EXPECT_EQ(wave.fmt_block.format.sampleRate, 0U);
-    EXPECT_EQ(wave.fmt_block.format.byteRate, 0U);
-    EXPECT_EQ(wave.fmt_block.format.blockAlign, 0U);
-    EXPECT_EQ(wave.fmt_block.format.bitsPerSample, 0U);
-    EXPECT_EQ(wave.dataOffset, 0U);
-    EXPECT_EQ(wave.data_block.size, 0U);
-    EXPECT_EQ(wave.frames, 0U);
+TEST(WaveLayout, cutOffAtAnyByte_breaksTheRuleOfThatChunk) {
+    const FileBytes good = edited(0, "");
+    for (std::size_t size = 0; size < good.size(); ++size) {
+        const WaveLayout wave = findWave(std::span(good).first(size));
+        EXPECT_EQ(wave.broken, size < 4    ? RiffMark
+                               : size < 12 ? WaveMark
+                               : size < 36 ? FmtChunk
+                               : size < 44 ? DataChunk
+                                           : None)
+            << size;
+    }
+    EXPECT_EQ(findWave(std::span(good).first(35)).fmtOffset, 12U);
+    EXPECT_EQ(findWave(std::span(good).first(43)).dataOffset, 36U);
 }
 
-TEST(WaveLayout, tellsWhatIsDeclaredFromWhatIsThere) {
-    WaveLayout wave = findWave(WaveFile{.data = FileBytes(80), .declaredDataSize = 2000}.bytes());
-    EXPECT_EQ(wave.data_block.size, 2000U);
-    EXPECT_EQ(wave.samplesSize, 80U);
-    EXPECT_EQ(wave.frames, 1000U);
-    wave = findWave(WaveFile{.data = FileBytes(80), .declaredDataSize = 20}.bytes());
-    EXPECT_EQ(wave.samplesSize, 80U);
-    EXPECT_EQ(wave.frames, 10U);
+TEST(WaveLayout, missingChunk_standsAtTheEndOfTheFile) {
+    EXPECT_EQ(findWave(edited(12, "FMT ")).fmtOffset, 48U);
+    EXPECT_EQ(findWave(edited(36, "Data")).dataOffset, 48U);
 }
 
-TEST(WaveRule, ofTheMarksComesFirst) {
-    FileBytes bytes = WaveFile{.data = FileBytes(4)}.bytes();
-    std::ranges::copy(std::string_view("AVI "), bytes.begin() + 8);
-    EXPECT_EQ(brokenBy(bytes), WaveRule::WaveMark);
-    std::ranges::copy(std::string_view("RF64"), bytes.begin());
-    EXPECT_EQ(brokenBy(bytes), WaveRule::RiffMark);
-    EXPECT_EQ(brokenBy({}), WaveRule::RiffMark);
-    EXPECT_EQ(brokenBy({'R'}), WaveRule::RiffMark);
-    EXPECT_EQ(brokenBy({'R', 'I', 'F', 'F'}), WaveRule::WaveMark);
+TEST(WaveLayout, findsItsChunksWhereverTheyStandInALongFile) {
+    for (std::size_t padding = 0; padding < 1100; ++padding) {
+        const FileBytes bytes = joinedFiles(
+            {textBytes("RIFF????WAVE"), FileBytes(padding, 'f'), kFmt, FileBytes(1100 - padding, 'd'), kData});
+        ASSERT_EQ(findWave(bytes).frames, 2U) << padding;
+    }
 }
 
-TEST(WaveRule, ofTheChunksIsBrokenByAMissingOne) {
-    FileBytes bytes = WaveFile{.data = FileBytes(4)}.bytes();
-    bytes[36] = 'D';
-    EXPECT_EQ(brokenBy(bytes), WaveRule::DataChunk);
-    EXPECT_EQ(findWave(bytes).dataOffset, 48U);
-    bytes[12] = 'F';
-    EXPECT_EQ(brokenBy(bytes), WaveRule::FmtChunk);
-    EXPECT_EQ(findWave(bytes).fmtOffset, 48U);
+TEST(WaveLayout, piecesOfTheIds_areNoChunk) {
+    FileBytes bytes = textBytes("RIFF????WAVE");
+    for (int i = 0; i < 1000; ++i) {
+        append(bytes, "fmtdatfm");
+    }
+    append(bytes, "fmt");
+    EXPECT_EQ(findWave(bytes).broken, FmtChunk);
 }
 
-TEST(WaveRule, ofTheChunksIsBrokenByOneThatTheEndCutsOff) {
-    FileBytes bytes = WaveFile{}.bytes();
-    EXPECT_EQ(brokenBy(bytes), WaveRule::None);
-    bytes.resize(43);
-    EXPECT_EQ(brokenBy(bytes), WaveRule::DataChunk);
-    EXPECT_EQ(findWave(bytes).dataOffset, 36U);
-    bytes.resize(35);
-    EXPECT_EQ(brokenBy(bytes), WaveRule::FmtChunk);
-    EXPECT_EQ(findWave(bytes).fmtOffset, 12U);
+TEST(InternalIR, isRecognisedByItsCompleteMagic) {
+    EXPECT_TRUE(isInternalIR(textBytes("TavikIR")));
+    EXPECT_TRUE(isInternalIR(textBytes("TavikIRRIFF WAVE fmt  data")));
+    for (const char* magic : {"TavikI", "TavikIr", "tavikIR", " TavikIR"}) {
+        EXPECT_FALSE(isInternalIR(textBytes(magic))) << magic;
+    }
 }
 
-TEST(WaveRule, ofTheFrameIsBrokenWithoutAChannelOrAWholeByte) {
-    const FileBytes data(16);
-    EXPECT_EQ(brokenBy(WaveFile{.channels = 0, .data = data}.bytes()), WaveRule::Channels);
-    EXPECT_EQ(brokenBy(WaveFile{.bitsPerSample = 7, .channels = 0, .data = data}.bytes()), WaveRule::Channels);
-    EXPECT_EQ(brokenBy(WaveFile{.bitsPerSample = 7, .data = data}.bytes()), WaveRule::Depth);
-    EXPECT_EQ(brokenBy(WaveFile{.bitsPerSample = 8, .data = data}.bytes()), WaveRule::None);
-}
-
-TEST(WaveConversion, countsTheFramesThatItUses) {
+TEST(InternalIR, countsItsPoints) {
     std::array<std::uint32_t, kPointCount> points{};
-    const FileBytes samples(605);
-    const WAVE_FORMAT format{.channels = 2, .sampleRate = 48000, .bitsPerSample = 24};
-    EXPECT_EQ(convertWave(samples, format, 1000, points), 100U);
-    EXPECT_EQ(convertWave(samples, format, 10, points), 10U);
-    EXPECT_EQ(convertWave(FileBytes(6000), format, 1000, points), 560U);
-    EXPECT_EQ(convertWave(samples, {.channels = 4, .sampleRate = 48000, .bitsPerSample = 24}, 9, points), 0U);
-    EXPECT_EQ(convertWave(samples, {.channels = 2, .sampleRate = 22050, .bitsPerSample = 24}, 9, points), std::nullopt);
-    EXPECT_EQ(convertWave(samples, {.channels = 2, .sampleRate = 48000, .bitsPerSample = 20}, 9, points), std::nullopt);
-}
-
-TEST(InternalIR, isToldByItsMagicAndCountsItsPoints) {
-    std::array<std::uint32_t, kPointCount> points{};
-    FileBytes bytes;
-    append(bytes, "TavikIR");
-    EXPECT_TRUE(isInternalIR(bytes));
     EXPECT_EQ(unpackInternal(FileBytes(302), points), 100U);
     EXPECT_EQ(unpackInternal(FileBytes(3 * 512 + 3), points), 512U);
-    bytes[6] = 'r';
-    EXPECT_FALSE(isInternalIR(bytes));
 }
 
-TEST(InternalIR, tellsItsNameByOneByte) {
-    FileBytes bytes;
-    append(bytes, "TavikIR");
-    EXPECT_EQ(internalName(bytes), "");
-    bytes.push_back(3);
-    FileNameBuff[3] = "THREE";
-    EXPECT_EQ(internalName(bytes), "THREE");
-    bytes.push_back(0xFF);
-    EXPECT_EQ(internalName(bytes), "THREE");
-    FileNameBuff[3] = {};
+TEST(InternalIR, hasTheFirst15BytesOfItsNameInTheTable) {
+    const auto named = [](std::uint8_t index) { return internalName(joinedFiles({textBytes("TavikIR"), {index}})); };
+    for (const std::uint8_t index : {0, 29, 30, 255}) {
+        EXPECT_EQ(named(index), "");
+    }
+    FileNameBuff[0] = "SHORT";
+    FileNameBuff[28] = "abcdefghijklmno";
+    FileNameBuff[29] = "ABCDEFGHIJKLMNOPQRST";
+    EXPECT_EQ(named(0), "SHORT");
+    EXPECT_EQ(named(28), "abcdefghijklmno");
+    EXPECT_EQ(named(29), "ABCDEFGHIJKLMNO");
+    EXPECT_EQ(internalName(textBytes("TavikIR")), "") << "the byte that says which name is missing";
+    EXPECT_EQ(internalName(textBytes("TavikIR\1\xFF")), "");
+    EXPECT_EQ(internalName(joinedFiles({textBytes("TavikIR"), {0, 0xFF}})), "SHORT");
+    FileNameBuff = {};
 }
 
 TEST(LevelOfAPoint, isAPartOfFullScaleAndIgnoresTheHighestByte) {

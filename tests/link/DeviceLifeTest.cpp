@@ -28,11 +28,6 @@ TEST(OpenHidDevice, looksForTheVendorProductAndVersionOfTheKr310) {
     EXPECT_EQ(matching->vendorId, 0x0483);
     EXPECT_EQ(matching->productId, 0x5703);
     EXPECT_EQ(matching->versionNumber, 0xC8);
-}
-
-TEST(OpenHidDevice, opensThenRuns) {
-    ScriptedLink link;
-    ASSERT_TRUE(link.attach());
     EXPECT_EQ(link.manager.calls(), (std::vector<std::string>{"open", "run"}));
 }
 
@@ -79,27 +74,13 @@ TEST(Removal, closesTheDeviceEndsTheThreadAndIsReportedOnce) {
     ASSERT_TRUE(link.attach());
     EXPECT_EQ(link.removals, 0);
     EXPECT_TRUE(link.detach());
-    EXPECT_FALSE(canWrite());
     EXPECT_EQ(link.removals, 1);
-    EXPECT_EQ(link.manager.calls().back(), "stop");
+    EXPECT_FALSE(canWrite());
+    EXPECT_EQ(link.device->attempts(), 0U);
+    EXPECT_EQ(link.device.use_count(), 1) << "the link must let go of the device";
 }
 
-TEST(Removal, closesTheDeviceAndStopsTheManagerBeforeItIsReported) {
-    ScriptedHidManager manager;
-    const auto device = std::make_shared<ScriptedDevice>();
-    manager.attach(device);
-    manager.detach(device);
-    bool wasOpen = true;
-    std::string lastCall;
-    OpenHidDevice(manager, [&] {
-        wasOpen = isOpenDevice;
-        lastCall = manager.calls().back();
-    });
-    EXPECT_FALSE(wasOpen);
-    EXPECT_EQ(lastCall, "stop");
-}
-
-TEST(Removal, closesTheDeviceBeforeItStopsTheManager) {
+TEST(Removal, closesTheDevice_thenStopsTheManager_thenIsReportedOnTheHidThread) {
     struct AskingManager : ScriptedHidManager {
         void stop() override {
             wasOpen = isOpenDevice || canWrite();
@@ -111,27 +92,15 @@ TEST(Removal, closesTheDeviceBeforeItStopsTheManager) {
     const auto device = std::make_shared<ScriptedDevice>();
     manager.attach(device);
     manager.detach(device);
-    OpenHidDevice(manager, [] {});
-    EXPECT_FALSE(manager.wasOpen);
-}
-
-TEST(Removal, isReportedOnTheHidThread) {
-    ScriptedHidManager manager;
-    const auto device = std::make_shared<ScriptedDevice>();
-    manager.attach(device);
-    manager.detach(device);
+    std::string lastCall;
     std::thread::id caller;
-    OpenHidDevice(manager, [&] { caller = std::this_thread::get_id(); });
+    OpenHidDevice(manager, [&] {
+        lastCall = manager.calls().back();
+        caller = std::this_thread::get_id();
+    });
+    EXPECT_FALSE(manager.wasOpen);
+    EXPECT_EQ(lastCall, "stop");
     EXPECT_EQ(caller, std::this_thread::get_id());
-}
-
-TEST(Removal, letsGoOfTheDevice) {
-    ScriptedLink link;
-    ASSERT_TRUE(link.attach());
-    EXPECT_TRUE(link.detach());
-    EXPECT_FALSE(canWrite());
-    EXPECT_EQ(link.device->attempts(), 0U);
-    EXPECT_EQ(link.device.use_count(), 1);
 }
 
 TEST(SecondDevice, isIgnoredWhileOneIsOpen) {
@@ -143,13 +112,6 @@ TEST(SecondDevice, isIgnoredWhileOneIsOpen) {
     EXPECT_TRUE(canWrite());
     EXPECT_EQ(link.device->attempts(), 1U);
     EXPECT_EQ(second->attempts(), 0U);
-}
-
-TEST(SecondDevice, isIgnoredWhenItIsRemoved) {
-    ScriptedLink link;
-    const auto second = std::make_shared<ScriptedDevice>();
-    ASSERT_TRUE(link.attach());
-    link.manager.attach(second);
     link.manager.detach(second);
     ASSERT_TRUE(link.manager.settle());
     EXPECT_TRUE(isOpenDevice);

@@ -86,16 +86,12 @@ TEST(HidrawManagerAccess, aNodeInUse_isNoDeviceUntilItIsFree) {
 }
 
 TEST(HidrawManagerAccess, aNodeInUseByIt_isLockedAgainstAnotherAndFreeAfterTheUnplug) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    const UniqueFd other(::open(bus.realNode(0).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    FoundPedal pedal;
+    const UniqueFd other(::open(pedal.bus.realNode(0).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     EXPECT_EQ(flock(other.get(), LOCK_EX | LOCK_NB), -1);
-    bus.sendEvent(0, "remove");
-    link.waitFor(2);
-    link.forgetDevice();
+    pedal.bus.sendEvent(0, "remove");
+    pedal.link.waitFor(2);
+    pedal.link.forgetDevice();
     EXPECT_EQ(flock(other.get(), LOCK_EX), 0);
 }
 

@@ -25,20 +25,16 @@ const Report kCounting = [] {
 }();
 
 TEST(HidrawManagerReport, deliversEveryInputReportWithItsLength) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
+    FoundPedal pedal;
     // One at a time: the fake node would join what is queued together.
-    bus.send(0, Bytes(64, 1));
-    link.waitFor(2);
-    bus.send(0, Bytes(63, 2));
-    link.waitFor(3);
-    bus.send(0, Bytes(65, 3));
-    link.waitFor(4);
-    bus.send(0, Bytes(1, 255));
-    EXPECT_EQ(link.waitFor(5),
+    pedal.bus.send(0, Bytes(64, 1));
+    pedal.link.waitFor(2);
+    pedal.bus.send(0, Bytes(63, 2));
+    pedal.link.waitFor(3);
+    pedal.bus.send(0, Bytes(65, 3));
+    pedal.link.waitFor(4);
+    pedal.bus.send(0, Bytes(1, 255));
+    EXPECT_EQ(pedal.link.waitFor(5),
               (Events{"arrived", "report of 64 bytes beginning with 1", "report of 63 bytes beginning with 2",
                       "report of 65 bytes beginning with 3", "report of 1 bytes beginning with 255"}));
 }
@@ -66,25 +62,15 @@ TEST(HidrawManagerReport, takesNoMemory) {
 
 TEST(HidrawManagerReport, readsOnAfterASignal) {
     NodeScript script({}, {{.error = EINTR}, {.error = EINTR}, {.bytes = Bytes(64, 9)}, {.error = ENODEV}});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    bus.send(0, {0});
-    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 9", "removed"}));
+    FoundPedal pedal(&script);
+    pedal.bus.send(0, {0});
+    EXPECT_EQ(pedal.link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 9", "removed"}));
 }
 
 TEST(HidrawManagerReport, writesAZeroAndTheSixtyFourBytes) {
     NodeScript script({{.count = 65}}, {});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    EXPECT_TRUE(link.device()->setReport(kCounting));
+    FoundPedal pedal(&script);
+    EXPECT_TRUE(pedal.link.device()->setReport(kCounting));
     EXPECT_EQ(script.writes(), 1);
     EXPECT_EQ(script.lastWrite(),
               (Bytes{0,   63,  64,  65,  66,  67,  68,  69,  70,  71,  72,  73,  74,  75,  76,  77,  78,
@@ -95,13 +81,8 @@ TEST(HidrawManagerReport, writesAZeroAndTheSixtyFourBytes) {
 
 TEST(HidrawManagerReport, writesAgainAfterASignal) {
     NodeScript script({{.error = EINTR}, {.error = EINTR}, {.count = 65}}, {});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    EXPECT_TRUE(link.device()->setReport(kCounting));
+    FoundPedal pedal(&script);
+    EXPECT_TRUE(pedal.link.device()->setReport(kCounting));
     EXPECT_EQ(script.writes(), 3);
 }
 
@@ -118,18 +99,13 @@ class HidrawManagerRefusal : public testing::TestWithParam<Refusal> {};
 
 TEST_P(HidrawManagerRefusal, failsTheReportButIsNotTheEndOfTheDevice) {
     NodeScript script({GetParam().answer, {.count = 65}}, {{.bytes = Bytes(64, 5)}, {.error = EIO}});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    EXPECT_FALSE(link.device()->setReport(kCounting));
+    FoundPedal pedal(&script);
+    EXPECT_FALSE(pedal.link.device()->setReport(kCounting));
     EXPECT_EQ(script.writes(), 1);
-    EXPECT_TRUE(link.device()->setReport(kCounting));
-    EXPECT_EQ(link.events(), Events{"arrived"});
-    bus.send(0, {0});
-    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 5", "removed"}));
+    EXPECT_TRUE(pedal.link.device()->setReport(kCounting));
+    EXPECT_EQ(pedal.link.events(), Events{"arrived"});
+    pedal.bus.send(0, {0});
+    EXPECT_EQ(pedal.link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 5", "removed"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(

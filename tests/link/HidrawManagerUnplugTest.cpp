@@ -20,68 +20,40 @@ using Bytes = std::vector<std::uint8_t>;
 const Events kArrivedAndRemoved{"arrived", "removed"};
 
 TEST(HidrawManagerUnplug, whileIdle_isReportedWithTheUdevEvent) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    bus.unplug(0);
-    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
+    FoundPedal pedal;
+    pedal.bus.unplug(0);
+    EXPECT_EQ(pedal.link.waitFor(2), kArrivedAndRemoved);
 }
 
 TEST(HidrawManagerUnplug, whileIdle_isReportedWithTheEndOfTheNode) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    bus.cut(0);
-    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
-    EXPECT_FALSE(link.device()->setReport(Report{}));
+    FoundPedal pedal;
+    pedal.bus.cut(0);
+    EXPECT_EQ(pedal.link.waitFor(2), kArrivedAndRemoved);
+    EXPECT_FALSE(pedal.link.device()->setReport(Report{}));
 }
 
-TEST(HidrawManagerUnplug, isReportedOnceThoughUdevTellsAfterTheEndOfTheNode) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    bus.cut(0);
-    link.waitFor(2);
-    bus.unplug(0);
-    bus.plug(1);
-    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
-}
-
-TEST(HidrawManagerUnplug, isReportedOnceThoughTheNodeEndsAfterUdevTold) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    bus.sendEvent(0, "remove");
-    link.waitFor(2);
-    bus.cut(0);
-    bus.plug(1);
-    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "removed", "arrived"}));
+TEST(HidrawManagerUnplug, isReportedOnce_whetherUdevOrTheNodeIsFirst) {
+    for (const bool isUdevFirst : {true, false}) {
+        FoundPedal pedal;
+        isUdevFirst ? pedal.bus.unplug(0) : pedal.bus.cut(0);
+        pedal.link.waitFor(2);
+        isUdevFirst ? pedal.bus.cut(0) : pedal.bus.unplug(0);
+        pedal.bus.plug(1);
+        EXPECT_EQ(pedal.link.waitFor(3), (Events{"arrived", "removed", "arrived"})) << isUdevFirst;
+    }
 }
 
 class HidrawManagerEnd : public testing::TestWithParam<int> {};
 
 TEST_P(HidrawManagerEnd, whileReading_isReportedOnceAfterTheQueuedReports) {
     NodeScript script({}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = GetParam()}});
-    FakeBus bus;
-    bus.setScript(0, script);
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    bus.send(0, {0});
-    link.waitFor(4);
-    bus.unplug(0);
-    bus.plug(1);
-    EXPECT_EQ(link.waitFor(5), (Events{"arrived", "report of 64 bytes beginning with 1",
-                                       "report of 64 bytes beginning with 2", "removed", "arrived"}));
+    FoundPedal pedal(&script);
+    pedal.bus.send(0, {0});
+    pedal.link.waitFor(4);
+    pedal.bus.unplug(0);
+    pedal.bus.plug(1);
+    EXPECT_EQ(pedal.link.waitFor(5), (Events{"arrived", "report of 64 bytes beginning with 1",
+                                             "report of 64 bytes beginning with 2", "removed", "arrived"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(, HidrawManagerEnd, testing::Values(EIO, ENODEV, EPROTO, ESHUTDOWN),
@@ -106,29 +78,21 @@ TEST(HidrawManagerUnplug, toldByUdev_waitsForTheQueuedReports) {
 }
 
 TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isReportedWhileTheWriteIsStillBlocked) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    BlockedWrite write(link.device());
-    bus.send(0, Bytes(64, 4));
-    EXPECT_EQ(link.waitFor(2), (Events{"arrived", "report of 64 bytes beginning with 4"}));
-    bus.unplug(0);
-    EXPECT_EQ(link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 4", "removed"}));
-    bus.cut(0);
+    FoundPedal pedal;
+    BlockedWrite write(pedal.link.device());
+    pedal.bus.send(0, Bytes(64, 4));
+    EXPECT_EQ(pedal.link.waitFor(2), (Events{"arrived", "report of 64 bytes beginning with 4"}));
+    pedal.bus.unplug(0);
+    EXPECT_EQ(pedal.link.waitFor(3), (Events{"arrived", "report of 64 bytes beginning with 4", "removed"}));
+    pedal.bus.cut(0);
     write.waitForRefusal();
 }
 
 TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isNoticedByTheEndOfTheNode) {
-    FakeBus bus;
-    bus.plug(0);
-    RunningManager link(bus);
-    link.start();
-    link.waitFor(1);
-    BlockedWrite write(link.device());
-    bus.cut(0);
-    EXPECT_EQ(link.waitFor(2), kArrivedAndRemoved);
+    FoundPedal pedal;
+    BlockedWrite write(pedal.link.device());
+    pedal.bus.cut(0);
+    EXPECT_EQ(pedal.link.waitFor(2), kArrivedAndRemoved);
     write.waitForRefusal();
 }
 

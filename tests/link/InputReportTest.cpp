@@ -48,19 +48,12 @@ protected:
     test::ScriptedLink link;
 };
 
-TEST_F(InputReport, addsItsCountedBytesToTheRing) {
-    deliver(reportOf(64, 8));
-    EXPECT_EQ(takeRing(), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
-}
-
-TEST_F(InputReport, carriesUpTo63Bytes) {
-    deliver(reportOf(64, 63));
-    EXPECT_EQ(takeRing(), series(1, 63));
-}
-
-TEST_F(InputReport, addsNothingWhenItCountsNothing) {
-    deliver(reportOf(64, 0));
-    EXPECT_EQ(takeRing(), Bytes{});
+TEST_F(InputReport, addsItsCountedBytesToTheRing_63AtMost) {
+    for (const auto& [count, added] :
+         {std::pair{0, 0U}, {8, 8U}, {63, 63U}, {64, 63U}, {65, 63U}, {128, 63U}, {255, 63U}}) {
+        deliver(reportOf(64, static_cast<std::uint8_t>(count)));
+        EXPECT_EQ(takeRing(), series(1, added)) << "count " << count;
+    }
 }
 
 TEST_F(InputReport, ofAnyLengthBut64AddsNothing) {
@@ -70,13 +63,6 @@ TEST_F(InputReport, ofAnyLengthBut64AddsNothing) {
     }
     deliver({});
     EXPECT_EQ(takeRing(), Bytes{});
-}
-
-TEST_F(InputReport, countingMoreThan63GivesTheReportsOwn63BytesOnly) {
-    for (const int count : {64, 65, 128, 255}) {
-        deliver(reportOf(64, static_cast<std::uint8_t>(count)));
-        EXPECT_EQ(takeRing(), series(1, 63)) << "count " << count;
-    }
 }
 
 TEST_F(InputReport, afterAnotherContinuesTheStream) {

@@ -128,4 +128,16 @@ void RunningManager::note(const std::string& event) {
     }
 }
 
+FoundPedal::PluggedBus::PluggedBus(NodeScript* script) {
+    if (script != nullptr) {
+        setScript(0, *script);
+    }
+    plug(0);
+}
+
+FoundPedal::FoundPedal(NodeScript* script) : bus(script) {
+    link.start();
+    link.waitFor(1);
+}
+
 }  // namespace kelvo

@@ -75,4 +75,17 @@ private:
     std::thread thread_;
 };
 
+/// A bus with one pedal, whose node `script` answers for if it is given, and a running manager that has found it.
+class FoundPedal {
+    struct PluggedBus : FakeBus {
+        explicit PluggedBus(NodeScript* script);
+    };
+
+public:
+    explicit FoundPedal(NodeScript* script = nullptr);
+
+    PluggedBus bus;
+    RunningManager link{bus};
+};
+
 }  // namespace kelvo

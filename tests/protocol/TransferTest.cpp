@@ -101,7 +101,7 @@ class Acknowledgements : public testing::Test {
 protected:
     Acknowledgements() { send(); }
     void send(std::int64_t slot = 3) { static_cast<void>(transfer_.layOutPacket(packet_, slot)); }
-    void acknowledge(std::initializer_list<std::uint8_t> phases) {
+    void acknowledge(const std::vector<std::uint8_t>& phases) {
         for (const std::uint8_t phase : phases) {
             if (transfer_.acknowledge(phase)) {
                 send();
@@ -114,7 +114,7 @@ protected:
     PacketBuffer packet_{};
 };
 
-TEST_F(Acknowledgements, inTurnMoveTheTransferToItsEnd) {
+TEST_F(Acknowledgements, inOrderMoveTheTransferToItsEnd) {
     for (const std::uint8_t phase : {1, 2, 3}) {
         EXPECT_TRUE(transfer_.acknowledge(phase));
         EXPECT_EQ(transfer_.tick(), phase + 1);
@@ -125,39 +125,39 @@ TEST_F(Acknowledgements, inTurnMoveTheTransferToItsEnd) {
     EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
 }
 
-TEST_F(Acknowledgements, outOfTurnBringTheirNextPacketAndSpoilTheTransfer) {
-    acknowledge({3});
-    EXPECT_EQ(packet_[6], 4);
-    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 0, .isSpoiled = true}));
+struct Order {
+    std::vector<std::uint8_t> phases;
+    std::uint8_t acknowledged;
+    bool isSpoiled;
+    int sentPhase;  ///< of the last packet
+};
+
+class AcknowledgementOrder : public Acknowledgements, public testing::WithParamInterface<Order> {};
+
+TEST_P(AcknowledgementOrder, decidesWhetherTheTransferIsSpoiled) {
+    acknowledge(GetParam().phases);
+    EXPECT_EQ(progress(),
+              (TransferProgress{
+                  .number = 1, .row = 3, .acknowledged = GetParam().acknowledged, .isSpoiled = GetParam().isSpoiled}));
+    EXPECT_EQ(packet_[6], GetParam().sentPhase);
 }
 
-TEST_F(Acknowledgements, thatComeTwiceRepeatAPacketAndSpoilNothing) {
-    acknowledge({1, 1, 2, 2, 3, 3, 4});
-    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
-}
-
-TEST_F(Acknowledgements, ofAnEarlierPhaseSpoilTheTransfer) {
-    acknowledge({1, 2, 1});
-    EXPECT_TRUE(progress().isSpoiled);
-}
+INSTANTIATE_TEST_SUITE_P(Phases, AcknowledgementOrder,
+                         testing::Values(Order{{3}, 0, true, 4}, Order{{1, 2, 1}, 2, true, 2},
+                                         Order{{1, 1, 2, 2, 3, 3, 4}, 4, false, 4}, Order{{1, 2, 3, 4, 2}, 4, false, 3},
+                                         Order{{0, 5, 6, 255}, 0, false, 1}));
 
 TEST_F(Acknowledgements, ofPhasesThatDoNotExistAreIgnored) {
     for (const std::uint8_t phase : {0, 5, 6, 255}) {
         EXPECT_FALSE(transfer_.acknowledge(phase));
     }
     EXPECT_EQ(transfer_.tick(), 1);
-    EXPECT_EQ(progress().acknowledged, 0);
 }
 
 TEST_F(Acknowledgements, whosePacketGoesToAnotherSlotSpoilTheTransfer) {
     ASSERT_TRUE(transfer_.acknowledge(1));
     send(8);
     EXPECT_TRUE(progress().isSpoiled);
-}
-
-TEST_F(Acknowledgements, afterTheEndChangeNothingOfIt) {
-    acknowledge({1, 2, 3, 4, 2});
-    EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
 }
 
 TEST_F(Acknowledgements, belongToTheTransferThatBeganLast) {
@@ -167,18 +167,15 @@ TEST_F(Acknowledgements, belongToTheTransferThatBeganLast) {
     EXPECT_EQ(transfer_.tick(), 1);
 }
 
-TEST_F(Acknowledgements, ofTheNameNoLongerCountForARowThatWasCleared) {
-    acknowledge({1, 2, 3});
+TEST_F(Acknowledgements, ofTheNameOnly_noLongerCountForARowThatWasCleared) {
+    acknowledge({1, 2});
+    transfer_.slotCleared(3);
+    EXPECT_EQ(progress().row, 3);
+    acknowledge({3});
     transfer_.slotCleared(4);
     EXPECT_EQ(progress().row, 3);
     transfer_.slotCleared(3);
     EXPECT_EQ(progress().row, -1);
-}
-
-TEST_F(Acknowledgements, beforeTheNameStillCountForARowThatWasCleared) {
-    acknowledge({1, 2});
-    transfer_.slotCleared(3);
-    EXPECT_EQ(progress().row, 3);
 }
 
 }  // namespace

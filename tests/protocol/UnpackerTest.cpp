@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <charconv>
+#include <sstream>
+#include <string>
 
 #include "Allocations.h"
 #include "UnpackerFixture.h"
@@ -21,13 +24,100 @@ Bytes firstBytes(const test::RecordingApp::Frame& frame, std::ptrdiff_t count) {
     return {frame.begin(), frame.begin() + count};
 }
 
-TEST_F(Unpacker, deliversTheStartUpFrameOnce) {
-    feed({0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25});
-    DUP_Unpack();
-    ASSERT_EQ(app.commands(), Commands{0xE0});
-    EXPECT_EQ(firstBytes(app.frames()[0], 8), (Bytes{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25}));
-    EXPECT_EQ(takeRing(), Bytes{});
+/// The bytes of a text such as "01 connect": each word is a byte in hexadecimal digits or the name of a frame.
+Bytes bytesOf(const char* text) {
+    Bytes bytes;
+    std::istringstream words(text);
+    for (std::string word; words >> word;) {
+        const Bytes* frame = word == "connect"       ? &kConnectFrame
+                             : word == "progress"    ? &kProgressFrame
+                             : word == "acknowledge" ? &kAcknowledgeFrame
+                                                     : nullptr;
+        if (frame != nullptr) {
+            bytes.insert(bytes.end(), frame->begin(), frame->end());
+        } else {
+            std::from_chars(word.data(), word.data() + word.size(), bytes.emplace_back(), 16);
+        }
+    }
+    return bytes;
 }
+
+/// One call of DUP_Unpack after these bytes have arrived.
+struct Step {
+    const char* arrives;
+    Commands delivered;             ///< in this call
+    const char* removed = nullptr;  ///< what the call left in the ring; the test then removes it
+};
+
+struct Stream {
+    const char* name;
+    std::vector<Step> steps;
+};
+
+class UnpackerStream : public test::UnpackerFixture, public testing::WithParamInterface<Stream> {};
+
+TEST_P(UnpackerStream, deliversTheseCommands) {
+    Commands expected;
+    for (const auto& [arrives, delivered, removed] : GetParam().steps) {
+        SCOPED_TRACE(arrives);
+        feed(bytesOf(arrives));
+        expected.insert(expected.end(), delivered.begin(), delivered.end());
+        EXPECT_EQ(app.commands(), expected);
+        if (removed != nullptr) {
+            EXPECT_EQ(takeRing(), bytesOf(removed));
+        }
+    }
+}
+
+std::string nameOf(const testing::TestParamInfo<Stream>& info) {
+    return info.param.name;
+}
+
+const Stream kPieces[] = {
+    {"nothing", {{"", {}}}},
+    {"theStartUpFrame", {{"AA 55 02 00 E0 00 02 25", {0xE0}, ""}, {"", {}}}},
+    {"threeFrames", {{"connect progress acknowledge", {0xE0, 0xA5, 0xE1}}}},
+    {"theSameFrameTwice", {{"connect connect", {0xE0, 0xE0}}}},
+    {"strayBytes_oneIsDroppedPerCall", {{"01 55 FF 00", {}}, {"", {}, "FF 00"}}},
+    {"aFrameAfterStrayBytes", {{"01 02 connect", {}}, {"", {}}, {"", {0xE0}}}},
+    {"theFirstHeaderByteOnly", {{"AA", {}, ""}, {"", {}}, {"55 02 00 E0 00 02 25", {0xE0}}}},
+    {"halfOfLength", {{"AA 55 02", {}, "02"}, {"02 00 E0 00 02 25", {0xE0}}}},
+    {"partOfTheRest", {{"AA 55 02 00 E0 00 02", {}, "E0 00 02"}, {"E0 00 02 25", {0xE0}}}},
+    {"byteByByte",
+     {{"AA", {}}, {"55", {}}, {"02", {}}, {"00", {}}, {"A5", {}}, {"C7", {}}, {"59", {}}, {"B7", {0xA5}}, {"", {}}}},
+    {"length0_whoseCommandIsTheCrcsHighByte", {{"AA 55 00 00 FF FF", {0xFF}}, {"connect", {0xE0}}}},
+    {"length1", {{"AA 55 01 00 A5 2D 80", {0xA5}}}},
+    // The first four bytes of the frame that follows complete one with a wrong CRC, which is searched for a header.
+    {"aHeaderWithoutItsFrame", {{"AA 55 02 00", {}}, {"connect", {0xE0}}}},
+};
+
+INSTANTIATE_TEST_SUITE_P(InPieces, UnpackerStream, testing::ValuesIn(kPieces), nameOf);
+
+const Stream kResyncs[] = {
+    {"headerByteTwice", {{"AA AA 55 02 00 E0 00 02 25", {0xE0}}}},
+    {"wrongSecondByte", {{"AA 01 connect", {0xE0}}}},
+    {"wrongSecondByteAlone", {{"AA 01", {}}, {"connect", {0xE0}}}},
+    {"length1019_isRefusedAtOnce", {{"AA 55 FB 03", {}}, {"connect", {0xE0}}}},
+    {"length65535", {{"AA 55 FF FF connect", {0xE0}}}},
+    {"headerInTheLowByteOfLength", {{"AA 55 AA 55 02 00 E0 00 02 25", {0xE0}}}},
+    {"headerInTheHighByteOfLength", {{"AA 55 FB AA 55 02 00 E0 00 02 25", {0xE0}}}},
+    {"wrongCrc",
+     {{"AA 55 02 00 E0 00 02 24", {}},
+      {"AA 55 02 00 E0 00 03 25", {}},
+      {"AA 55 02 00 E0 01 02 25", {}},
+      {"connect", {0xE0}}}},
+    {"crcLowByteFirst", {{"AA 55 02 00 E0 00 25 02", {}}}},
+    {"wrongCrc_deliversTheNextFrame", {{"AA 55 02 00 E0 00 00 00 progress", {0xA5}}}},
+    {"wrongCrc_deliversAFrameInside", {{"AA 55 08 00 01 02 connect", {0xE0}}, {"progress", {0xA5}}}},
+    {"wrongCrc_deliversTwoFramesInside", {{"AA 55 0E 00 connect progress", {0xE0, 0xA5}}}},
+    {"strayByteBetweenFramesInside", {{"AA 55 0F 00 connect 07 progress", {0xE0, 0xA5}}}},
+    {"headerByteBetweenFramesInside", {{"AA 55 0F 00 connect AA progress", {0xE0, 0xA5}}}},
+    {"halfAFrameInside", {{"AA 55 0A 00 connect AA 55 02 00", {0xE0}}, {"A5 C7 59 B7", {0xA5}}}},
+    {"noHeaderInTheRest", {{"AA 55 0A 00 connect 55 02 00 A5", {0xE0}}, {"C7 59 B7", {}}}},
+    {"headerByteAtTheEnd", {{"AA 55 02 00 E0 00 02 AA", {}}, {"55 02 00 A5 C7 59 B7", {0xA5}}}},
+};
+
+INSTANTIATE_TEST_SUITE_P(AfterAnError, UnpackerStream, testing::ValuesIn(kResyncs), nameOf);
 
 TEST_F(Unpacker, takesNoMemory) {
     struct CountingApp : AppClass {
@@ -39,11 +129,7 @@ TEST_F(Unpacker, takesNoMemory) {
     };
     CountingApp counting;
     // Every state: stray bytes, a wrong second header byte, a LENGTH too great, a wrong CRC, a frame found inside.
-    arrive(joined({{0x01, 0xAA, 0xAA, 0x55, 0xFF, 0xFF, 0xAA, 0x55, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00},
-                   kConnectFrame,
-                   {0xAA, 0x55, 0x09, 0x00},
-                   kProgressFrame,
-                   kAcknowledgeFrame}));
+    arrive(bytesOf("01 AA AA 55 FF FF AA 55 02 00 00 00 00 00 connect AA 55 09 00 progress acknowledge"));
     const std::size_t before = test::allocations();
     for (int tick = 0; tick < 20; ++tick) {
         DUP_Unpack();
@@ -52,146 +138,74 @@ TEST_F(Unpacker, takesNoMemory) {
     EXPECT_EQ(counting.frames, 3);
 }
 
-TEST_F(Unpacker, deliversNothingFromAnEmptyRing) {
-    DUP_Unpack();
+TEST_F(Unpacker, afterInit_forgetsTheBeginningOfAFrame) {
+    feed(bytesOf("AA 55 0A 00"));
+    DUP_init();
+    feed(kConnectFrame);
+    EXPECT_EQ(app.commands(), Commands{0xE0});
+}
+
+TEST_F(Unpacker, deliversTheWholeFrameBuffer) {
+    feed(joined({longestFrame(), kConnectFrame}));
+    ASSERT_EQ(app.commands(), (Commands{0x42, 0xE0}));
+    EXPECT_EQ(firstBytes(app.frames()[0], 1024), longestFrame());
+    // A short frame is followed by what the long one left.
+    Bytes expected = longestFrame();
+    std::ranges::copy(kConnectFrame, expected.begin());
+    EXPECT_EQ(firstBytes(app.frames()[1], 1024), expected);
+}
+
+TEST_F(Unpacker, length1019_isNotDeliveredThoughItsCrcIsGood) {
+    Bytes frame{0xAA, 0x55, 0xFB, 0x03};
+    frame.resize(1023, 0x42);
+    frame.push_back(0x20);
+    frame.push_back(0xD2);
+    arrive(frame);
+    for (int call = 0; call < 1025; ++call) {
+        DUP_Unpack();
+    }
+    EXPECT_EQ(takeRing(), Bytes{});
     EXPECT_EQ(app.commands(), Commands{});
 }
 
-TEST_F(Unpacker, deliversAllBufferedFramesInOneCallAndInOrder) {
-    feed(joined({kConnectFrame, kProgressFrame, kAcknowledgeFrame}));
+TEST_F(Unpacker, badLongestFrame_deliversTheFramesInsideIt) {
+    Bytes bad = longestFrame();
+    std::ranges::copy(kConnectFrame, bad.begin() + 100);
+    std::ranges::copy(kProgressFrame, bad.begin() + 1016);
+    feed(bad);
+    EXPECT_EQ(app.commands(), (Commands{0xE0, 0xA5}));
+    feed(kAcknowledgeFrame);
     EXPECT_EQ(app.commands(), (Commands{0xE0, 0xA5, 0xE1}));
 }
 
-TEST_F(Unpacker, outsideAFrame_dropsOneStrayBytePerCall) {
-    arrive({0x01, 0x55, 0xFF, 0x00});
-    DUP_Unpack();
-    DUP_Unpack();
-    EXPECT_EQ(app.commands(), Commands{});
-    EXPECT_EQ(takeRing(), (Bytes{0xFF, 0x00}));
-}
-
-TEST_F(Unpacker, drainsGarbageWithoutAHeaderAtOneBytePerCall) {
-    arrive(Bytes(100, 0x20));
-    for (int call = 0; call < 99; ++call) {
-        DUP_Unpack();
-    }
-    EXPECT_EQ(takeRing(), Bytes{0x20});
-    EXPECT_EQ(app.commands(), Commands{});
-}
-
-TEST_F(Unpacker, findsTheFrameBehindStrayBytes) {
-    feed(joined({{0x01, 0x02}, kConnectFrame}));
-    EXPECT_EQ(app.commands(), Commands{});
-    DUP_Unpack();
-    EXPECT_EQ(app.commands(), Commands{});
-    DUP_Unpack();
-    EXPECT_EQ(app.commands(), Commands{0xE0});
-}
-
-TEST_F(Unpacker, withTheFirstHeaderByteOnly_waits) {
-    feed({0xAA});
+TEST_F(Unpacker, ringFullOfHeaderBytes_isConsumedInOneCall) {
+    feed(Bytes(10240, 0xAA));
     EXPECT_EQ(takeRing(), Bytes{});
-    DUP_Unpack();
-    feed({0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25});
+    feed(bytesOf("55 02 00 E0 00 02 25"));
     EXPECT_EQ(app.commands(), Commands{0xE0});
 }
 
-TEST_F(Unpacker, withHalfOfLength_leavesItInTheRing) {
-    feed({0xAA, 0x55, 0x02});
-    EXPECT_EQ(takeRing(), Bytes{0x02});
-    feed({0x02, 0x00, 0xE0, 0x00, 0x02, 0x25});
-    EXPECT_EQ(app.commands(), Commands{0xE0});
-}
-
-TEST_F(Unpacker, withPartOfTheRest_leavesItInTheRing) {
-    feed({0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02});
-    EXPECT_EQ(app.commands(), Commands{});
-    EXPECT_EQ(takeRing(), (Bytes{0xE0, 0x00, 0x02}));
-    feed({0xE0, 0x00, 0x02, 0x25});
-    EXPECT_EQ(app.commands(), Commands{0xE0});
-}
-
-TEST_F(Unpacker, deliversAFrameCutAtAnyPlaceWhenItsLastByteArrives) {
-    for (std::ptrdiff_t cut = 1; cut < 8; ++cut) {
-        const std::size_t before = app.frames().size();
-        feed(Bytes(kConnectFrame.begin(), kConnectFrame.begin() + cut));
-        EXPECT_EQ(app.frames().size(), before) << "cut at " << cut;
-        feed(Bytes(kConnectFrame.begin() + cut, kConnectFrame.end()));
-        EXPECT_EQ(app.frames().size(), before + 1) << "cut at " << cut;
+TEST_F(Unpacker, ringFullOfFalseHeadersOfLongFrames_isConsumed) {
+    Bytes stream;
+    while (stream.size() < 10240) {
+        stream.insert(stream.end(), {0xAA, 0x55, 0xFA, 0x03});
     }
-}
-
-TEST_F(Unpacker, deliversAFrameThatArrivesByteByByteOnce) {
-    for (std::size_t i = 0; i < 7; ++i) {
-        feed({kProgressFrame[i]});
-        DUP_Unpack();
-    }
+    feed(stream);
     EXPECT_EQ(app.commands(), Commands{});
-    feed({0xB7});
-    DUP_Unpack();
-    EXPECT_EQ(app.commands(), Commands{0xA5});
+    EXPECT_LT(takeRing().size(), 1024U);
 }
 
-TEST_F(Unpacker, acceptsLength0_andTheCommandByteIsThenTheCrcsHighByte) {
-    feed({0xAA, 0x55, 0x00, 0x00, 0xFF, 0xFF});
-    EXPECT_EQ(app.commands(), Commands{0xFF});
-    EXPECT_EQ(firstBytes(app.frames()[0], 6), (Bytes{0xAA, 0x55, 0x00, 0x00, 0xFF, 0xFF}));
-    feed(kConnectFrame);
-    EXPECT_EQ(app.commands(), (Commands{0xFF, 0xE0}));
+TEST_F(Unpacker, recoversAfterALostReport) {
+    const Bytes frame = longestFrame();
+    arrive(Bytes(frame.begin(), frame.begin() + 63));
+    feed(Bytes(frame.begin() + 126, frame.end()));  // 63 bytes short: the frame swallows what comes next
+    for (int repeat = 0; repeat < 8; ++repeat) {
+        feed(kProgressFrame);
+    }
+    EXPECT_EQ(app.commands(), Commands(8, 0xA5));
 }
 
-TEST_F(Unpacker, acceptsLength1) {
-    feed({0xAA, 0x55, 0x01, 0x00, 0xA5, 0x2D, 0x80});
-    EXPECT_EQ(app.commands(), Commands{0xA5});
-}
-
-TEST_F(Unpacker, acceptsLength1018WhichFillsTheFrameBuffer) {
-    feed(joined({longestFrame(), kConnectFrame}));
-    ASSERT_EQ(app.commands(), (Commands{0x42, 0xE0}));
-    const Bytes frame = firstBytes(app.frames()[0], 1024);
-    EXPECT_EQ(frame, longestFrame());
-}
-
-TEST_F(Unpacker, handsOnWhatEarlierFramesLeftBehindAShortOne) {
-    feed(longestFrame());
-    feed(kConnectFrame);
-    ASSERT_EQ(app.frames().size(), 2U);
-    const auto frame = app.frames()[1];
-    EXPECT_EQ(firstBytes(frame, 9), (Bytes{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25, 0x42}));
-    EXPECT_EQ(std::count(frame.begin() + 8, frame.begin() + 1022, 0x42), 1014);
-    EXPECT_EQ(frame[1022], 0x5C);
-    EXPECT_EQ(frame[1023], 0xF5);
-}
-
-TEST_F(Unpacker, deliversTheSameFrameAgainWhenItArrivesAgain) {
-    feed(joined({kConnectFrame, kConnectFrame}));
-    EXPECT_EQ(app.commands(), (Commands{0xE0, 0xE0}));
-}
-
-TEST_F(Unpacker, afterInit_forgetsTheBeginningOfAFrame) {
-    feed({0xAA, 0x55, 0x02, 0x00});
-    DUP_init();
-    feed(kConnectFrame);
-    EXPECT_EQ(app.commands(), Commands{0xE0});
-}
-
-TEST_F(Unpacker, withoutInit_takesTheNextHeaderForTheRestOfTheFrame) {
-    feed({0xAA, 0x55, 0x02, 0x00});
-    feed(kConnectFrame);  // its first four bytes make a frame with a bad CRC, and are searched for a header
-    EXPECT_EQ(app.commands(), Commands{0xE0});
-    EXPECT_EQ(app.frames()[0][7], 0x25);
-}
-
-TEST(UnpackerWithoutApplication, takesTheFrameAndDoesNothing) {
-    ClearRx_buffer();
-    DUP_init();
-    ASSERT_EQ(AppClassPoint.load(), nullptr);
-    ASSERT_TRUE(putRX_buffer(kConnectFrame.data(), 8));
-    DUP_Unpack();
-    EXPECT_EQ(takeRing(), Bytes{});
-}
-
-TEST(CCmdCallBack, handsAll1024BytesToTheApplication) {
+TEST(Application, getsAll1024BytesOfAFrameAndTheRemoval) {
     test::RecordingApp app;
     test::RecordingApp::Frame frame{};
     frame[0] = 0x11;
@@ -199,23 +213,18 @@ TEST(CCmdCallBack, handsAll1024BytesToTheApplication) {
     C_CMD_CallBack(frame.data());
     ASSERT_EQ(app.frames().size(), 1U);
     EXPECT_EQ(app.frames()[0], frame);
-}
-
-TEST(CCmdCallBack, doesNothingWithoutAnApplication) {
-    ASSERT_EQ(AppClassPoint.load(), nullptr);
-    const test::RecordingApp::Frame frame{};
-    EXPECT_NO_FATAL_FAILURE(C_CMD_CallBack(frame.data()));
-}
-
-TEST(QuitWindow, tellsTheApplicationThatTheDeviceHasGone) {
-    test::RecordingApp app;
     quitWindow();
     EXPECT_EQ(app.exits(), 1);
 }
 
-TEST(QuitWindow, doesNothingWithoutAnApplication) {
+TEST(Application, mayBeMissing) {
+    ClearRx_buffer();
+    DUP_init();
     ASSERT_EQ(AppClassPoint.load(), nullptr);
-    EXPECT_NO_FATAL_FAILURE(quitWindow());
+    ASSERT_TRUE(putRX_buffer(kConnectFrame.data(), 8));
+    DUP_Unpack();
+    EXPECT_EQ(takeRing(), Bytes{});
+    quitWindow();
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <iterator>
 #include <span>
 #include <stdexcept>
@@ -25,6 +26,24 @@ inline void append(FileBytes& bytes, std::uint32_t value, int width) {
     for (int i = 0; i < width; ++i) {
         bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
     }
+}
+
+[[nodiscard]] inline FileBytes textBytes(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+[[nodiscard]] inline FileBytes joinedFiles(std::initializer_list<FileBytes> pieces) {
+    FileBytes all;
+    for (const FileBytes& piece : pieces) {
+        std::ranges::copy(piece, std::back_inserter(all));
+    }
+    return all;
+}
+
+/// `bytes` with `text` written over them at `offset`.
+[[nodiscard]] inline FileBytes withTextAt(std::size_t offset, std::string_view text, FileBytes bytes) {
+    std::ranges::copy(text, bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+    return bytes;
 }
 
 /// A RIFF/WAVE file as its fields say, right or wrong. The header is 44 bytes long.

@@ -59,34 +59,36 @@ TEST(Link, isFoundAndLostTwentyTimesWithoutLosingADescriptor) {
     EXPECT_EQ(openCount(), before);
 }
 
-TEST(Link, aReportThatAHungPedalDoesNotTakeFailsAfterFiveSecondsAndThePedalStays) {
+struct Refusal {
+    const char* command;
+    const char* answer;
+    seconds atLeast;
+    seconds lessThan;
+};
+
+class LinkRefusal : public testing::TestWithParam<Refusal> {};
+
+TEST_P(LinkRefusal, failsTheReportAndThePedalStays) {
+    const auto& [command, answer, atLeast, lessThan] = GetParam();
     PluggedPedal pedal;
     CableLink link;
     ASSERT_TRUE(link.waitForArrival(1));
-    pedal.tell("hang", "hanging");
+    pedal.tell(command, answer);
     const auto start = Clock::now();
     EXPECT_FALSE(send(link, kConnect));
-    EXPECT_GE(Clock::now() - start, seconds(5));
-    EXPECT_LT(Clock::now() - start, seconds(7));
+    EXPECT_GE(Clock::now() - start, atLeast);
+    EXPECT_LT(Clock::now() - start, lessThan);
     EXPECT_EQ(link.counts().removals, 0U);
     pedal.tell("go", "going");
     EXPECT_TRUE(send(link, kConnect));
     EXPECT_TRUE(link.waitForReports(1));
 }
 
-TEST(Link, aReportThatAStalledPedalRefusesFailsAtOnceAndThePedalStays) {
-    PluggedPedal pedal;
-    CableLink link;
-    ASSERT_TRUE(link.waitForArrival(1));
-    pedal.tell("stall", "stalling");
-    const auto start = Clock::now();
-    EXPECT_FALSE(send(link, kConnect));
-    EXPECT_LT(Clock::now() - start, seconds(1));
-    EXPECT_EQ(link.counts().removals, 0U);
-    pedal.tell("go", "going");
-    EXPECT_TRUE(send(link, kConnect));
-    EXPECT_TRUE(link.waitForReports(1));
-}
+// The kernel waits five seconds for a pedal that does not answer.
+INSTANTIATE_TEST_SUITE_P(, LinkRefusal,
+                         testing::Values(Refusal{"hang", "hanging", seconds(5), seconds(7)},
+                                         Refusal{"stall", "stalling", seconds(0), seconds(1)}),
+                         [](const auto& test) { return std::string(test.param.command); });
 
 TEST(Link, anUnplugInTheMiddleOfAReportNeitherBlocksNorLeaks) {
     PluggedPedal pedal;

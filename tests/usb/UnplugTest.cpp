@@ -48,17 +48,29 @@ TEST(Unplug, whileLoading) {
     EXPECT_THAT(app.services.exits, ElementsAre(0));
 }
 
-// The connect frame is one report, a packet nine: the sixth report is the fifth of the first packet.
-TEST(Unplug, betweenTwoReportsOfAPacket) {
+struct PlaceInATransfer {
+    const char* name;
+    const char* fault;
+};
+
+class UnplugInATransfer : public testing::TestWithParam<PlaceInATransfer> {};
+
+TEST_P(UnplugInATransfer, isTheEndAndLeavesTheOldSlot) {
     PluggedPedal pedal;
     CableApp app(pedal);
     app.start();
-    pedal.tell("fault unplug=6", "fault unplug=6");
+    pedal.tell(GetParam().fault, GetParam().fault);
     app.importIR(0, kWave);
     EXPECT_TRUE(pedal.says("unplugged: by a fault"));
     expectEnd(app);
     EXPECT_THAT(pedal.memory(), Contains(kOldSlot));
 }
+
+// The connect frame is one report, a packet nine: the sixth report is the fifth of the first packet.
+INSTANTIATE_TEST_SUITE_P(, UnplugInATransfer,
+                         testing::Values(PlaceInATransfer{"betweenTwoReportsOfAPacket", "fault unplug=6"},
+                                         PlaceInATransfer{"atTheFirstReportOfAPhase", "fault unplug=11"}),
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Unplug, betweenTwoPhases) {
     PluggedPedal pedal;
@@ -69,18 +81,6 @@ TEST(Unplug, betweenTwoPhases) {
     // The first phase is acknowledged, the second goes out and is not.
     ASSERT_TRUE(serveUntil([&] { return app.controller.transferState().IRTick == 2; }));
     pedal.unplug();
-    expectEnd(app);
-    EXPECT_THAT(pedal.memory(), Contains(kOldSlot));
-}
-
-// Ten reports later: the first report of the second phase.
-TEST(Unplug, atTheFirstReportOfAPhase) {
-    PluggedPedal pedal;
-    CableApp app(pedal);
-    app.start();
-    pedal.tell("fault unplug=11", "fault unplug=11");
-    app.importIR(0, kWave);
-    EXPECT_TRUE(pedal.says("unplugged: by a fault"));
     expectEnd(app);
     EXPECT_THAT(pedal.memory(), Contains(kOldSlot));
 }

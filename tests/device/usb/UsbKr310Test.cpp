@@ -39,26 +39,19 @@ std::string joined(const std::string& a, const std::string& b) {
     return a + ' ' + b;
 }
 
-TEST_F(UsbPedal, answersAControlRequest) {
-    const HostRequest request{
-        .direction = kOne, .endpoint = kZeroWord, .length = "00 00 00 08", .setup = "80 06 00 01 00 00 08 00"};
-    EXPECT_EQ(answersTo(request.bytes()),
-              submitAnswer(kOne, kZeroWord, "00 00 00 08", unhex("12 01 00 02 00 00 00 40")));
+TEST_F(UsbPedal, answersAControlRequestInAsManyBytesAsItAsksFor) {
+    for (const auto& [length, answer] :
+         {std::pair{"00 00 00 08", "12 01 00 02 00 00 00 40"}, {"00 00 00 04", "12 01 00 02"}}) {
+        const HostRequest request{
+            .direction = kOne, .endpoint = kZeroWord, .length = length, .setup = "80 06 00 01 00 00 08 00"};
+        EXPECT_EQ(answersTo(request.bytes()), submitAnswer(kOne, kZeroWord, length, unhex(answer)));
+    }
 }
 
-TEST_F(UsbPedal, neverAnswersMoreThanTheRequestHasRoomFor) {
-    const HostRequest request{
-        .direction = kOne, .endpoint = kZeroWord, .length = "00 00 00 04", .setup = "80 06 00 01 00 00 40 00"};
-    EXPECT_EQ(answersTo(request.bytes()), submitAnswer(kOne, kZeroWord, "00 00 00 04", unhex("12 01 00 02")));
-}
-
-TEST_F(UsbPedal, stallsAnUnknownControlRequest) {
+TEST_F(UsbPedal, stallsAnUnknownControlRequestAndAnUnknownEndpoint) {
     const HostRequest request{
         .direction = kOne, .endpoint = kZeroWord, .length = "00 00 00 02", .setup = "80 00 00 00 00 00 02 00"};
     EXPECT_EQ(answersTo(request.bytes()), submitAnswer(kOne, kStallWord, kZeroWord));
-}
-
-TEST_F(UsbPedal, stallsAnEndpointThatItDoesNotHave) {
     EXPECT_EQ(answersTo(HostRequest{.direction = kOne, .endpoint = kTwo}.bytes()),
               submitAnswer(kOne, kStallWord, kZeroWord));
 }
@@ -136,20 +129,16 @@ TEST_F(UsbPedal, whileItStalls_refusesOutputReportsAndAnswersControlRequests) {
     EXPECT_EQ(answersTo(inRequest(kTwo)), "");
 }
 
-TEST_F(UsbPedal, refusesTheReportThatAFaultNames) {
-    pedal.setFaults({.refuseReport = 2});
-    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, kStallWord, kZeroWord));
-    EXPECT_EQ(answersTo(outRequest(kThree, Bytes(64))), submitAnswer(kThree, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(inRequest(kOne)), "");
-}
-
-TEST_F(UsbPedal, answersTheReportThatAFaultNamesWithAProtocolError) {
-    pedal.setFaults({.protocolErrorAtReport = 2});
-    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, "FF FF FF B9", kZeroWord));
-    EXPECT_EQ(answersTo(outRequest(kThree, Bytes(64))), submitAnswer(kThree, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(inRequest(kOne)), "");
+TEST_F(UsbPedal, answersTheReportThatAFaultNamesWithThatError) {
+    for (const auto& [faults, status] : {std::pair{Faults{.refuseReport = 2}, kStallWord},
+                                         {Faults{.protocolErrorAtReport = 2}, std::string_view("FF FF FF B9")}}) {
+        pedal.setFaults(faults);
+        device.powerUp();
+        EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
+        EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, status, kZeroWord));
+        EXPECT_EQ(answersTo(outRequest(kThree, Bytes(64))), submitAnswer(kThree, kZeroWord, kSize));
+        EXPECT_EQ(answersTo(inRequest(kOne)), "");
+    }
 }
 
 TEST_F(UsbPedal, leavesTheReportThatAFaultNamesToTheHostToGiveUp) {

@@ -28,22 +28,16 @@ std::optional<unsigned> freePortOf(const std::string& text) {
     return freePort(status);
 }
 
-TEST(VhciPort, isTheFirstOneWithNothingAttached) {
+TEST(VhciPort, isTheFirstHighSpeedOneWithNothingAttached) {
     EXPECT_EQ(freePortOf(kStatus), 2U);
-}
-
-TEST(VhciPort, isNoneWhenOnlySuperSpeedIsFree) {
     EXPECT_EQ(freePortOf("hub port sta spd dev      sockfd local_busid\nhs  0000 006 002 00010002 000005 3-1\n"
                          "ss  0008 004 000 00000000 000000 0-0\n"),
               std::nullopt);
-}
-
-TEST(VhciPort, isNoneInAnEmptyOrForeignText) {
     EXPECT_EQ(freePortOf(""), std::nullopt);
     EXPECT_EQ(freePortOf("hs\nhs x y\n\nhs 1\n"), std::nullopt);
 }
 
-/// A controller's folder without a kernel behind it.
+/// A controller's folder without a kernel.
 class VhciFolder : public testing::Test {
 protected:
     VhciFolder() {
@@ -71,7 +65,7 @@ protected:
     std::filesystem::path folder;
 };
 
-TEST_F(VhciFolder, isToldPortSocketDeviceAndSpeed) {
+TEST_F(VhciFolder, getsPortSocketDeviceAndSpeed) {
     put("status", kStatus);
     put("attach", "");
     const UniqueFd device = plugIntoKernel(folder);
