@@ -30,7 +30,7 @@ TEST(UsbIpReader, readsARequestForData) {
     ASSERT_EQ(messages.size(), 1U);
     const auto& request = std::get<UsbRequest>(messages[0]);
     EXPECT_EQ(request.number, 7U);
-    EXPECT_EQ(request.direction, UsbDirection::kIn);
+    EXPECT_EQ(request.direction, UsbDirection::In);
     EXPECT_EQ(request.endpoint, 0);
     EXPECT_EQ(request.length, 64U);
     EXPECT_THAT(request.setup, ElementsAre(0x80, 0x06, 0x00, 0x01, 0x00, 0x00, 0x40, 0x00));
@@ -42,7 +42,7 @@ TEST(UsbIpReader, readsARequestThatBringsData) {
     ASSERT_EQ(messages.size(), 1U);
     const auto& request = std::get<UsbRequest>(messages[0]);
     EXPECT_EQ(request.number, 8U);
-    EXPECT_EQ(request.direction, UsbDirection::kOut);
+    EXPECT_EQ(request.direction, UsbDirection::Out);
     EXPECT_EQ(request.endpoint, 1);
     EXPECT_THAT(request.data, ElementsAre(0xAA, 0xBB, 0xCC));
 }
@@ -126,7 +126,7 @@ TEST(UsbIpReader, takesTheLongestTransferAndTheLastEndpoint) {
 
 TEST(UsbIpAnswer, toARequestForDataCarriesTheData) {
     Bytes out;
-    const UsbRequest request{.number = 0x01020304, .direction = UsbDirection::kIn, .length = 64};
+    const UsbRequest request{.number = 0x01020304, .direction = UsbDirection::In, .length = 64};
     appendSubmitAnswer(out, request, 0, unhex("12 01"));
     EXPECT_EQ(hex(out),
               "00 00 00 03 01 02 03 04 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 02 00 00 00 00 "
