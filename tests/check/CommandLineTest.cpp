@@ -90,7 +90,7 @@ TEST(CommandLine, preparesInAFolderAndDoesNothingElse) {
     EXPECT_EQ(parse({"--prepare", "\xFF", "a.wav"}).request.mistake, "The folder's name must be valid UTF-8.");
     for (const char* const other : {"--json", "--plot=x.png"}) {
         EXPECT_EQ(parse({"--prepare", "x", other, "a.wav"}).request.mistake,
-                  "--prepare goes with neither --json nor --plot.");
+                  "--prepare cannot be combined with --json or --plot.");
     }
 }
 

@@ -20,9 +20,10 @@ class Refusal : public testing::Test {
 protected:
     /// Why the file cannot be read whole, whatever its kind.
     static std::string ofFile(const QString& path) {
-        ReadFailure failure;
-        EXPECT_FALSE(readWholeFile(path, &failure));
-        return unreadable(failure).toStdString();
+        DiskFile file(QFile::encodeName(path));
+        FileBytes bytes(file.size());
+        EXPECT_FALSE(file.read(0, bytes));
+        return file.failure() ? unreadable(*file.failure()).toStdString() : std::string();
     }
     std::string of(const QString& name, const FileBytes& bytes) const {
         const FileReport report = checkFile(dir.write(name, bytes).toUtf8());
@@ -72,7 +73,6 @@ TEST_F(Refusal, ofALengthThatIsNone) {
 
 TEST(UnreadableFile, isToldByItsStep) {
     using Step = ReadFailure::Step;
-    EXPECT_EQ(unreadable({.step = Step::Memory, .size = 70000}), "its 70000 bytes do not fit into the memory");
     EXPECT_EQ(unreadable({.step = Step::Read, .size = 8, .held = 5}), "it ended at byte 5 of 8 while it was read");
     EXPECT_EQ(unreadable({.step = Step::Read, .error = EIO, .size = 8, .held = 5}),
               "it cannot be read: Input/output error");

@@ -13,6 +13,7 @@
 #include <optional>
 #include <utility>
 
+#include "DiskFile.h"
 #include "ReadHook.h"
 #include "SampleFiles.h"
 #include "UniqueFd.h"
@@ -30,6 +31,14 @@ namespace {
 
 std::optional<FileBytes> bytesOf(const std::optional<FileContent>& file) {
     return file ? std::optional(FileBytes(file->bytes.get(), file->bytes.get() + file->size)) : std::nullopt;
+}
+
+/// Why the complete file cannot be read.
+ReadFailure failureOf(const QString& path) {
+    DiskFile file(QFile::encodeName(path));
+    FileBytes bytes(file.size());
+    EXPECT_FALSE(file.read(0, bytes));
+    return file.failure().value_or(ReadFailure{});
 }
 
 ssize_t unexpectedRead(int, void*, std::size_t, off_t) {
@@ -226,19 +235,18 @@ TEST_F(WholeFile, doesNotReadWhatIsAppendedMeanwhile) {
 
 TEST_F(WholeFile, ofAnUnfitOne_saysWhatCouldNotBeDone) {
     using Step = ReadFailure::Step;
-    ReadFailure failure;
-    EXPECT_FALSE(readWholeFile(dir.path("missing"), &failure));
+    ReadFailure failure = failureOf(dir.path("missing"));
     EXPECT_EQ(failure.step, Step::Open);
     EXPECT_EQ(failure.error, ENOENT);
-    EXPECT_FALSE(readWholeFile(QString(QChar::Null), &failure));
+    failure = failureOf(QString(QChar::Null));
     EXPECT_EQ(failure.step, Step::Open);
     EXPECT_EQ(failure.error, 0);
-    EXPECT_FALSE(readWholeFile(dir.path("."), &failure));
+    failure = failureOf(dir.path("."));
     EXPECT_EQ(failure.step, Step::Type);
     EXPECT_TRUE(S_ISDIR(failure.mode));
     const QString path = dir.write("huge", content);
     ASSERT_EQ(::truncate(QFile::encodeName(path).constData(), 0x100000000), 0);
-    EXPECT_FALSE(readWholeFile(path, &failure));
+    failure = failureOf(path);
     EXPECT_EQ(failure.step, Step::Length);
     EXPECT_EQ(failure.size, 4294967296U);
 }
@@ -249,8 +257,7 @@ TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
         return __real_pread64(fd, buffer, size, offset);
     };
-    ReadFailure failure;
-    EXPECT_FALSE(readWholeFile(path, &failure));
+    ReadFailure failure = failureOf(path);
     EXPECT_EQ(failure.step, ReadFailure::Step::Read);
     EXPECT_EQ(failure.error, 0);
     EXPECT_EQ(failure.size, 8U);
@@ -259,7 +266,7 @@ TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
         errno = EIO;
         return -1;
     };
-    EXPECT_FALSE(readWholeFile(path, &failure));
+    failure = failureOf(path);
     EXPECT_EQ(failure.step, ReadFailure::Step::Read);
     EXPECT_EQ(failure.error, EIO);
     EXPECT_EQ(failure.held, 0U);
