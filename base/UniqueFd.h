@@ -6,7 +6,7 @@
 
 namespace kelvo {
 
-/// Owns one file descriptor, or none (-1), and closes it at its end.
+/// Owns one file descriptor, or none (-1), and closes it on destruction.
 class UniqueFd {
 public:
     UniqueFd() = default;
@@ -26,8 +26,8 @@ public:
     /// Hands the descriptor to the caller, who closes it.
     [[nodiscard]] int release() { return std::exchange(fd_, -1); }
 
-    /// Closes the descriptor that is held and takes `fd` instead. On Linux close(2) frees the number even when it
-    /// reports an error, so it is never tried twice.
+    /// Closes the owned descriptor and takes ownership of `fd`. On Linux close(2) frees the number even when it reports
+    /// an error, so it is never repeated.
     void reset(int fd = -1) {
         const int old = std::exchange(fd_, fd);
         if (old >= 0) {

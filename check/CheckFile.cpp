@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QUrl>
-#include <QUtf8StringView>
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -22,11 +21,11 @@ namespace {
 const QString kEmpty = QStringLiteral("it is empty");
 const QString kNotUtf8 = QStringLiteral("its name is not valid UTF-8, so it cannot be chosen; rename it");
 
-/// What a file chooser gives for the file.
+/// The URL that a file chooser returns for the file.
 QUrl chosenUrl(const QByteArray& path) {
     const QString decoded = QFile::decodeName(path);
     QString absolute = path.startsWith('/') ? decoded : QDir::currentPath() + QLatin1Char('/') + decoded;
-    // Two slashes at the front would make a URL with a host.
+    // Two leading slashes would become a URL with a host.
     while (absolute.startsWith(QLatin1String("//"))) {
         absolute.remove(0, 1);
     }
@@ -54,7 +53,7 @@ void setPoints(WaveFacts& facts, IRPoints points) {
     }
 }
 
-/// What is lost between the file and its points.
+/// Measures how much the points differ from the complete file.
 void compareWithWhole(WaveFacts& facts, FileView file, const WaveLayout& wave) {
     const auto recording = Recording::of(file, wave);
     facts.whole = recording && hasUsableChannel(facts.format->channels) ? factsOf(*recording) : std::nullopt;
@@ -90,9 +89,9 @@ void checkWave(FileReport& report, FileView file, const WaveLayout& wave, const 
     report.notes += waveNotes(file, wave, facts);
 }
 
-/// `url` is what a file chooser would give; it cannot hold a name that is not valid UTF-8.
+/// `url` is the chooser's URL, which cannot represent a name that is not valid UTF-8.
 void checkIR(FileReport& report, const QUrl& url) {
-    const bool canBeChosen = QUtf8StringView(report.path).isValidUtf8();
+    const bool canBeChosen = report.path.isValidUtf8();
     const QString chosen = irPath(url);
     DiskFile file(canBeChosen ? QFile::encodeName(chosen) : report.path);
     const IRVerdict verdict = judgeIR(file);
@@ -115,7 +114,7 @@ void checkIR(FileReport& report, const QUrl& url) {
     }
 }
 
-/// The words of a good amp model; else the report says why it is refused.
+/// Returns the layout of an accepted amp model, or nothing after setting the refusal.
 std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
     DiskFile file(QFile::encodeName(path));
     const AmpVerdict verdict = judgeAmp(file);
@@ -128,12 +127,12 @@ std::optional<AmpLayout> readAmp(FileReport& report, const QString& path) {
 void checkAmp(FileReport& report, const QUrl& url) {
     const QString lookedFor = ampPath(url);
     const QString meant = irPath(url);
-    if (!QUtf8StringView(report.path).isValidUtf8()) {
+    if (!report.path.isValidUtf8()) {
         report.refusal = kNotUtf8;
         return;
     }
     report.amp = readAmp(report, lookedFor);
-    // What is wrong with the file itself cannot be mended by another name.
+    // Only if the file itself is good, another name helps.
     if (!report.amp && lookedFor != meant && readAmp(report, meant)) {
         report.refusal =
             QStringLiteral(
@@ -168,7 +167,7 @@ QByteArrayList filesOfFolder(const QByteArray& folder, std::error_code& error) {
     return names;
 }
 
-/// Why nothing of a folder is imported.
+/// Why no file of a folder is imported.
 QString folderRefusal(const QByteArray& folder) {
     std::error_code error;
     filesOfFolder(folder, error);

@@ -1,7 +1,5 @@
 #include "CommandLine.h"
 
-#include <QUtf8StringView>
-
 #include "CheckFile.h"
 
 namespace kelvo {
@@ -11,14 +9,14 @@ ProgramText introduction() {
         .name = QStringLiteral("kelvo-check"),
         .synopsis = QStringLiteral("[--json [--set] | --plot OUT.png | --prepare DIR] FILE..."),
         .help = QStringLiteral(
-            R"(Tells whether Kelvo takes each .wav or .amp FILE, why not, and what the pedal would get of it.
+            R"(Reports whether Kelvo accepts each .wav or .amp FILE, why not, and what the pedal would get.
 A folder stands for the .wav and .amp files in it.
 
   --json          print one JSON object for each FILE instead
-  --set           and one for all of them together
-  --plot OUT.png  also draw the points of the one FILE, a .wav, and their response
-  --prepare DIR   print a shell script instead, which makes copies of the .wav FILEs in DIR:
-                  converted by sox, equally loud, with names that differ
+  --set           with --json, print one more object for the complete set
+  --plot OUT.png  also draw the points of the only FILE, a .wav, and their response
+  --prepare DIR   print a shell script instead, which copies the .wav FILEs to DIR:
+                  converted by sox, equally loud, with different names
   -h, --help      show this help
   -v, --version   show the version
 
@@ -29,16 +27,16 @@ something cannot be written.
 }
 
 CommandLine parseCommandLine(const QByteArrayList& arguments) {
-    // The parser wants characters, but a file's name is bytes: each byte becomes a character, and is one again later.
+    // The parser needs characters, but a file's name is bytes: Latin-1 maps each byte to one character and back.
     QStringList characters;
     for (const QByteArray& argument : arguments) {
         characters += QString::fromLatin1(argument);
     }
-    const QString plot = QStringLiteral("plot");
     const QString json = QStringLiteral("json");
-    QCommandLineParser parser;
     const QString set = QStringLiteral("set");
+    const QString plot = QStringLiteral("plot");
     const QString prepare = QStringLiteral("prepare");
+    QCommandLineParser parser;
     parser.addOptions({QCommandLineOption(json),
                        QCommandLineOption(set),
                        {plot, {}, QStringLiteral("OUT.png")},
@@ -60,17 +58,17 @@ CommandLine parseCommandLine(const QByteArrayList& arguments) {
     if (command.files.isEmpty()) {
         command.request.mistake = QStringLiteral("No file is named.");
     } else if (parser.isSet(plot) && !command.plotFile.toLower().endsWith(".png")) {
-        // So that a forgotten argument does not cost the sound file behind it.
+        // If OUT.png is forgotten, the sound file after --plot must not be overwritten.
         command.request.mistake = QStringLiteral("The picture's name must end in .png.");
     } else if (parser.isSet(plot) && (command.files.size() != 1 || !isForCabSlot(command.files.first()))) {
         command.request.mistake = QStringLiteral("With --plot exactly one .wav file is needed.");
     } else if (command.hasSet && !command.isJson) {
         command.request.mistake = QStringLiteral("--set needs --json.");
     } else if (parser.isSet(prepare) && (command.isJson || parser.isSet(plot))) {
-        command.request.mistake = QStringLiteral("--prepare goes with neither --json nor --plot.");
+        command.request.mistake = QStringLiteral("--prepare cannot be combined with --json or --plot.");
     } else if (parser.isSet(prepare) && command.folder.isEmpty()) {
         command.request.mistake = QStringLiteral("No folder is named for --prepare.");
-    } else if (!QUtf8StringView(command.folder).isValidUtf8()) {
+    } else if (!command.folder.isValidUtf8()) {
         command.request.mistake = QStringLiteral("The folder's name must be valid UTF-8.");
     }
     return command;

@@ -7,20 +7,20 @@
 
 namespace kelvo {
 
-/// What the arguments of kelvo-check ask for.
+/// The arguments of kelvo-check.
 struct CommandLine {
-    Request request;       ///< with a mistake, too, where the files and the picture do not go together
-    QByteArrayList files;  ///< to check, in the system's own bytes; one at least when the request is to run
-    bool isJson = false;   ///< the report is for programs
-    bool hasSet = false;   ///< it ends with what the files have to do with each other
+    Request request;       ///< also has a mistake if options or files cannot be combined
+    QByteArrayList files;  ///< in the system's encoding; not empty if the request is to run
+    bool isJson = false;   ///< print the reports as JSON
+    bool hasSet = false;   ///< also print the report on the set
     QByteArray folder;     ///< print a script that prepares copies in this folder instead; empty for none
-    QByteArray plotFile;   ///< where the picture goes; empty for none
+    QByteArray plotFile;   ///< path of the picture; empty for none
 };
 
 /// `arguments` begin with the program's name.
 [[nodiscard]] CommandLine parseCommandLine(const QByteArrayList& arguments);
 
-/// How kelvo-check introduces itself.
+/// The name, usage and help of kelvo-check.
 [[nodiscard]] ProgramText introduction();
 
 }  // namespace kelvo

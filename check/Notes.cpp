@@ -1,6 +1,5 @@
 #include "Notes.h"
 
-#include <QUtf8StringView>
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -45,12 +44,12 @@ Note strayChunk(FileView file, const char* id, std::size_t offset) {
                 .arg(offset)};
 }
 
-/// How many of the first `frames` frames hold a float beyond -1.0 to 1.0, or none, in their first channel. Such samples
-/// wrap when they are decoded.
+/// How many of the first `frames` frames have a first sample that is NaN or beyond -1.0 to 1.0. Such samples wrap when
+/// they are decoded.
 std::size_t countBeyondFullScale(FileView samples, std::size_t stride, std::size_t frames) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < frames; ++i) {
-        // Written so that NaN counts.
+        // NaN fails this comparison, so it is counted.
         count += std::abs(std::bit_cast<float>(samples.number(i * stride, 4))) <= 1.0F ? 0U : 1U;
     }
     return count;
@@ -65,7 +64,7 @@ QString otherFormatTag(std::uint32_t tag, std::uint32_t bitsPerSample) {
         .arg(isFloat ? kFloatTag : kIntegerTag);
 }
 
-/// What a guitarist may hear of what is lost between the file and the pedal.
+/// Losses between the file and the pedal that a guitarist may hear.
 QStringList soundNotes(const WaveFacts& facts) {
     if (!facts.whole) {
         return {};
@@ -94,7 +93,7 @@ QStringList soundNotes(const WaveFacts& facts) {
 }  // namespace
 
 QStringList nameNotes(QByteArrayView sent, const QByteArray& whole) {
-    const bool isBroken = !QUtf8StringView(sent).isValidUtf8();
+    const bool isBroken = !sent.isValidUtf8();
     return thoseThatApply({
         {sent != whole, QStringLiteral("its name is cut%1; the whole one is \"%2\"")
                             .arg(isBroken ? QStringLiteral(" inside a character") : QString(), printableText(whole))},

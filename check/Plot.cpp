@@ -32,7 +32,7 @@ constexpr double kLowest = 20.0;  // Hz
 constexpr double kHighest = 20000.0;
 constexpr double kGainStep = 10.0;  // dB
 constexpr double kGainSpan = 60.0;
-constexpr double kGainRoom = 1.0;
+constexpr double kGainMargin = 1.0;
 
 struct Axis {
     QString title;
@@ -41,11 +41,11 @@ struct Axis {
     std::vector<double> ticks;
     bool isLogarithmic = false;
 
-    /// Where `value` stands between `first`, 0, and `last`, 1.
+    /// The position of `value` on the axis: 0 at `first`, 1 at `last`.
     [[nodiscard]] double part(double value) const {
         return isLogarithmic ? std::log(value / first) / std::log(last / first) : (value - first) / (last - first);
     }
-    /// The inverse.
+    /// The inverse of `part`.
     [[nodiscard]] double valueAt(double part) const {
         return isLogarithmic ? first * std::pow(last / first, part) : first + part * (last - first);
     }
@@ -61,22 +61,22 @@ struct Panel {
     }
 };
 
-/// As large as the points need it, so that a quiet response can be seen too.
+/// Scaled to the points, so that a quiet response is visible too.
 Axis levelAxis(const PointLevels& levels) {
     const double peak = std::max(std::ranges::max(levels), -std::ranges::min(levels));
     constexpr std::array kLimits{0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0};
     const double limit = *std::ranges::lower_bound(kLimits, peak);
-    // A little more, so that the frame does not hide a curve that goes up to it.
+    // A small margin, so that the frame does not hide a curve that reaches the limit.
     return {QStringLiteral("level (full scale = 1)"),
             -1.05 * limit,
             1.05 * limit,
             {-limit, -limit / 2, 0, limit / 2, limit}};
 }
 
-/// Down from the next step that leaves the curve a little room.
+/// The top is the next step that leaves a small margin above the curve.
 Axis gainAxis(const std::vector<double>& gains) {
     const double highest = std::ranges::max(gains);
-    const double top = highest > kNoGain ? std::floor((highest + kGainRoom) / kGainStep + 1.0) * kGainStep : 0.0;
+    const double top = highest > kNoGain ? std::floor((highest + kGainMargin) / kGainStep + 1.0) * kGainStep : 0.0;
     Axis axis{QStringLiteral("gain (dB)"), top - kGainSpan, top, {}};
     for (double value = axis.first; value <= axis.last; value += kGainStep) {
         axis.ticks.push_back(value);
@@ -138,8 +138,8 @@ void drawTime(QPainter& painter, const PointLevels& levels) {
     drawCurve(painter, panel, times, levels, kCurve);
 }
 
-/// Whole Hz, each once, and closer than the picture's columns: 512 points have peaks and notches narrower than one, up
-/// where columns are wide.
+/// Whole Hz without duplicates, closer than the picture's columns: at high frequencies, peaks and notches of 512 points
+/// are narrower than a column.
 std::vector<double> drawnFrequencies(const Axis& axis) {
     constexpr int kColumns = 3000;
     std::vector<double> frequencies{axis.first};
@@ -152,7 +152,7 @@ std::vector<double> drawnFrequencies(const Axis& axis) {
     return frequencies;
 }
 
-/// At the level of the points.
+/// The gains of the complete file, shifted to the level of the points.
 std::vector<double> gainsOfWhole(const WaveFacts& wave, std::span<const double> frequencies) {
     std::vector<double> gains = gainsAt(wave.whole->second, wave.whole->rate, frequencies);
     const double level = meanLevel(gainsAt(wave.whole->second, wave.whole->rate, comparedFrequencies()));
@@ -191,7 +191,7 @@ void setFontPixels(QPainter& painter, int pixels) {
     painter.setFont(font);
 }
 
-/// A write that was cut short gives no reason; the next one does.
+/// Repeats incomplete writes, so that `file` reports why the last one failed.
 bool writeAll(QIODevice& file, QByteArrayView bytes) {
     qint64 count = 1;
     while (count > 0 && !bytes.isEmpty()) {

@@ -7,13 +7,13 @@
 
 namespace kelvo {
 
-/// A picture, 1000 by 700, of the points over time and of their gain over frequency, beside that of the whole file at
-/// the same level where that is known. `title` is one printable line; what is too long of it is left out in the middle.
-/// Needs a QGuiApplication, on any platform. Main thread.
+/// Draws the points over time and their gain over frequency, 1000 by 700 pixels. Also draws the gain of the complete
+/// file, if known, at the same level. `title` is one printable line; one that is too long is elided in the middle.
+/// Needs a QGuiApplication on any platform. Main thread.
 [[nodiscard]] QImage plotWave(const QString& title, const WaveFacts& wave);
 
-/// Writes a picture as PNG to `path`. A file that is there is replaced by the whole picture or stays as it is. Returns
-/// nothing on success, else why it failed.
+/// Writes a picture as PNG to `path`. Replaces an existing file only by the complete picture. Returns an empty text, or
+/// why it failed.
 [[nodiscard]] QString savePicture(const QImage& picture, const QByteArray& path);
 
 }  // namespace kelvo

@@ -19,13 +19,13 @@
 namespace kelvo {
 namespace {
 
-constexpr double kLead = 0.0002;           // s that stay before the onset
+constexpr double kLead = 0.0002;           // s kept before the onset
 constexpr std::size_t kFade = 32;          // points
-constexpr double kHighestPeak = 0.95;      // sox's filter may go a little beyond ours
+constexpr double kHighestPeak = 0.95;      // sox's filter may overshoot a little more than ours
 constexpr double kHighestRate = 768000.0;  // Hz
 
-/// A low-pass of a windowed sinc, `distance` samples from its middle. `width` is its cutoff as a part of the sample
-/// rate's half.
+/// The value of a windowed-sinc low-pass, `distance` samples from its centre. `width` is its cutoff as a fraction of
+/// half the sample rate.
 double lowPass(double distance, double width) {
     constexpr double kHalfLength = 32.0;  // zero crossings
     const double x = distance * width;
@@ -36,7 +36,7 @@ double lowPass(double distance, double width) {
     return width * sinc * (0.5 + 0.5 * std::cos(std::numbers::pi * x / kHalfLength));
 }
 
-/// The points that sox's rate and fade make of samples.
+/// An estimate of the points that sox's rate and fade produce.
 std::vector<double> resampledAndFaded(std::span<const double> samples, double rate) {
     const double step = rate / kIRPointRate;
     const double width = std::min(1.0, 1.0 / step);
@@ -59,14 +59,14 @@ std::vector<double> samplesFrom(const Recording& recording, std::size_t begin) {
     const auto count = static_cast<std::size_t>(recording.rate() * (kPointCount + 64) / kIRPointRate) + 64;
     std::vector<double> all;
     recording.read(begin, begin + count, [&all](std::span<const double> samples) {
-        // sox reads no float beyond full scale.
+        // sox clips floats beyond full scale.
         std::ranges::transform(samples, std::back_inserter(all), [](double x) { return std::clamp(x, -1.0, 1.0); });
         return true;
     });
     return all;
 }
 
-/// Why sox would make something else of a file than is foreseen; else empty.
+/// Why sox would not produce the planned copy; empty if it would.
 QString whyNot(FileView file, const IRVerdict& verdict) {
     const WaveRule broken = verdict.wave.broken;
     if (verdict.isInternal || (broken != WaveRule::None && broken != WaveRule::Depth)) {
@@ -79,7 +79,7 @@ QString whyNot(FileView file, const IRVerdict& verdict) {
                                                                    : QString();
 }
 
-/// Capital letters, digits and harmless signs.
+/// The file's name without extension, reduced to capital letters, digits and harmless signs.
 QString plainName(const QByteArray& path) {
     const QString name = QString::fromUtf8(path.sliced(path.lastIndexOf('/') + 1).chopped(4));
     QString plain;
@@ -99,7 +99,7 @@ QString plainName(const QByteArray& path) {
 
 constexpr qsizetype kLength = kNameLength;
 
-/// Ten characters at most: the signs between words go first, then the middle.
+/// At most ten characters. Removes separators between words first, then the middle.
 QString shortened(QString name) {
     if (name.size() > kLength) {
         name.removeIf([](QChar letter) { return QStringLiteral(" -_.").contains(letter); });
@@ -109,7 +109,7 @@ QString shortened(QString name) {
 
 QString lineFor(const Prepared& file, const QByteArray& output, double gain) {
     const QString gainEffect = QStringLiteral(" gain %1").arg(gain, 0, 'f', 3);
-    // A gain that makes it louder comes last, so that nothing clips before it is resampled.
+    // A positive gain comes after the resampling, so that nothing clips before.
     const QString effects = QStringLiteral("remix 1 trim %1s").arg(file.begin) + (gain < 0.0 ? gainEffect : QString()) +
                             (file.rate == kIRPointRate ? QString() : QStringLiteral(" rate -v %1").arg(kIRPointRate)) +
                             (gain < 0.0 ? QString() : gainEffect) +

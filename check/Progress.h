@@ -7,9 +7,8 @@
 
 namespace kelvo {
 
-/// A line on the terminal that says how far a long work has got, on standard error, after a second. It is not there
-/// where standard error is no terminal. What goes to a terminal otherwise is printed between hide() and the next
-/// begin().
+/// A progress line on standard error that appears after a second, if standard error is a terminal. Print other output
+/// between hide() and the next begin().
 class Progress {
 public:
     explicit Progress(qsizetype files);
@@ -17,10 +16,10 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// The work on the next file begins.
+    /// Starts the next file.
     void begin(const QByteArray& file);
 
-    /// Takes the line away.
+    /// Removes the line.
     void hide();
 
 private:

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-/// The level of a sample of that many bytes.
+/// The level of the sample in `bytes`.
 double sampleLevel(ByteView bytes, bool isFloat) {
     if (isFloat && bytes.size() == 8) {
         const std::uint64_t high = littleEndian(bytes.last<4>());
@@ -20,7 +20,7 @@ double sampleLevel(ByteView bytes, bool isFloat) {
     if (isFloat) {
         return static_cast<double>(std::bit_cast<float>(word));
     }
-    // The sign is brought to bit 31; 8-bit samples are unsigned.
+    // Shift the sign to bit 31. 8-bit samples are unsigned.
     const std::uint32_t top = word << (32U - 8U * static_cast<std::uint32_t>(bytes.size()));
     return static_cast<double>(static_cast<std::int32_t>(bytes.size() == 1 ? top ^ 0x80000000U : top)) / 2147483648.0;
 }
@@ -50,8 +50,8 @@ void Recording::read(std::size_t begin, std::size_t end,
                      const std::function<bool(std::span<const double>)>& take) const {
     const std::size_t most = std::max<std::size_t>((DiskFile::kLongestPart - width_) / stride_, 1);
     std::vector<double> samples;
-    bool goesOn = true;
-    for (end = std::min(end, frames_); goesOn && begin < end; begin += samples.size()) {
+    bool continues = true;
+    for (end = std::min(end, frames_); continues && begin < end; begin += samples.size()) {
         samples.resize(std::min(most, end - begin));
         const std::size_t length = (samples.size() - 1) * stride_ + width_;
         const ByteView bytes = file_.part(offset_ + begin * stride_, length);
@@ -62,7 +62,7 @@ void Recording::read(std::size_t begin, std::size_t end,
             const double level = sampleLevel(bytes.subspan(i * stride_, width_), isFloat_);
             samples[i] = std::isfinite(level) ? level : 0.0;
         }
-        goesOn = take(samples);
+        continues = take(samples);
     }
 }
 

@@ -18,7 +18,7 @@ QString wrongMark(FileView file, std::size_t offset, const char* mark) {
         .arg(printableText(file.part(offset, sizeof(FourChars))), QLatin1StringView(mark));
 }
 
-/// `held`: bytes from the chunk's id to the end of the file.
+/// `held` is the number of bytes from the chunk's id to the end of the file.
 QString missingChunk(const char* id, std::size_t offset, std::size_t held, std::size_t needed) {
     return held == 0 ? QStringLiteral("it has no \"%1\" chunk").arg(QLatin1StringView(id))
                      : QStringLiteral(
@@ -48,8 +48,6 @@ QString unreadable(const ReadFailure& failure) {
                                               : QStringLiteral("device"));
         case ReadFailure::Step::Length:
             return QStringLiteral("it is %1 bytes long; at most %2 are allowed").arg(failure.size).arg(kLargestFile);
-        case ReadFailure::Step::Memory:
-            return QStringLiteral("its %1 bytes do not fit into the memory").arg(failure.size);
         case ReadFailure::Step::Read:
             break;
     }

@@ -12,10 +12,10 @@ namespace kelvo {
 
 [[nodiscard]] QString unreadable(const ReadFailure& failure);
 
-/// For a file that breaks a rule of findWave, or else one that convertWave does not take.
+/// For a file that breaks a rule of findWave or that convertWave does not support.
 [[nodiscard]] QString waveRefusal(FileView file, const WaveLayout& wave);
 
-/// Empty for a good file.
+/// Empty for an accepted file.
 [[nodiscard]] QString ampRefusal(FileView file, const AmpLayout& amp);
 
 }  // namespace kelvo

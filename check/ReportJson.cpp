@@ -41,7 +41,7 @@ void addAmp(QJsonObject& object, const AmpLayout& amp) {
     }
 }
 
-/// JSON has characters other than ASCII only in its strings, where each may be written by its number.
+/// In JSON only strings contain non-ASCII characters, so each of these can be escaped.
 QByteArray ascii(const QString& json) {
     QByteArray result;
     for (const QChar unit : json) {

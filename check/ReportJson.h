@@ -7,14 +7,13 @@
 
 namespace kelvo {
 
-/// What reportText tells, for programs: one JSON object on one line, in ASCII. A fact that a file does not have is not
-/// there.
+/// The facts of reportText for programs: one JSON object on one line, in ASCII. Missing facts have no member.
 [[nodiscard]] QByteArray reportJson(const FileReport& report);
 
-/// An object on one line, in ASCII, with its line end.
+/// The object as one line of ASCII, with its line end.
 [[nodiscard]] QByteArray jsonLine(const QJsonObject& object);
 
-/// A figure as it is printed for programs: rounded to two decimals.
+/// Rounds to two decimals, as figures are printed for programs.
 [[nodiscard]] double hundredths(double value);
 
 }  // namespace kelvo

@@ -1,6 +1,5 @@
 #include "ReportText.h"
 
-#include <QUtf8StringView>
 #include <cmath>
 
 #include "AMPFile.h"
@@ -21,10 +20,10 @@ QString nameLine(const QByteArray& name) {
     if (name.isEmpty()) {
         return line("name:", QStringLiteral("none; the slot shows its number only"));
     }
-    // A broken character, which a label has a mark for, has no capital.
+    // Slot labels are capitals. A label shows a broken character as a mark, which has no capital.
     const QByteArray shown = QString::fromUtf8(name).toUpper().toUtf8();
-    const bool isShownAsItIs = shown == name || !QUtf8StringView(name).isValidUtf8();
-    return line("name:", quoted(name) + (isShownAsItIs ? QString() : QStringLiteral(", shown as ") + quoted(shown)));
+    const bool isShownUnchanged = shown == name || !name.isValidUtf8();
+    return line("name:", quoted(name) + (isShownUnchanged ? QString() : QStringLiteral(", shown as ") + quoted(shown)));
 }
 
 QString formatLines(const WAVE_FORMAT& format) {
@@ -39,7 +38,7 @@ QString formatLines(const WAVE_FORMAT& format) {
            line("channels:", QStringLiteral("%1%2").arg(format.channels).arg(QLatin1StringView(used)));
 }
 
-/// Rounded here, since a number that is only printed as zero would keep its sign.
+/// Rounded before printing, so that zero never has a minus sign.
 QString rounded(double value, int decimals) {
     const double step = std::pow(10.0, decimals);
     return QString::number(std::round(value * step) / step + 0.0, 'f', decimals);

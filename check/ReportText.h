@@ -6,8 +6,8 @@
 
 namespace kelvo {
 
-/// The lines that tell of one file, each with its line end. Whatever the file and its name hold, the text has only
-/// printable characters beside its line ends (see printableText).
+/// The report on one file: lines with line ends. The text is otherwise printable (see printableText), whatever the file
+/// and its name contain.
 [[nodiscard]] QString reportText(const FileReport& report);
 
 }  // namespace kelvo

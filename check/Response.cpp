@@ -12,8 +12,8 @@ constexpr double kHighestOfLevel = 5000.0;  // Hz
 
 constexpr std::size_t kTones = 8;
 
-/// The amplitudes of a few tones at once: the recursion of Goertzel, whose steps wait for each other, while those of
-/// several tones do not.
+/// The amplitudes at kTones frequencies, by Goertzel's recursion. Its steps depend on each other; several tones at once
+/// keep the processor busy.
 std::array<double, kTones> amplitudes(std::span<const double> samples, const std::array<double, kTones>& angles) {
     std::array<double, kTones> factor{};
     std::ranges::transform(angles, factor.begin(), [](double angle) { return 2.0 * std::cos(angle); });

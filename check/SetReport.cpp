@@ -79,7 +79,7 @@ std::vector<SetReport::OtherLevel> SetReport::otherLevels() const {
 }
 
 QString SetReport::text() const {
-    QString text = QStringLiteral("\n%1 of %2 will be taken\n").arg(accepted_.size()).arg(files_);
+    QString text = QStringLiteral("\n%1 of %2 are accepted\n").arg(accepted_.size()).arg(files_);
     for (const SameName& same : sameNames()) {
         text +=
             QStringLiteral("the name \"%1\" is that of %2\n").arg(printableText(same.name), printableList(same.files));

@@ -10,14 +10,14 @@
 
 namespace kelvo {
 
-/// What the files of a set have to do with each other.
+/// Compares the files of a set.
 class SetReport {
 public:
     void add(const FileReport& report);
 
-    /// What stands under the reports of several files: how many of them are accepted, which of these get the same name
-    /// in the same kind of slot, which are much louder or quieter than the others, and the lines for sox. Printable
-    /// beside its line ends.
+    /// The summary after the reports on several files: how many are accepted, which of these get the same name in the
+    /// same kind of slot, which are much louder or quieter than the others, and the lines for sox. Printable except for
+    /// its line ends.
     [[nodiscard]] QString text() const;
 
     /// The same, without the lines for sox, as one JSON object on one line.
@@ -48,7 +48,7 @@ private:
     QStringList soxLines_;
 };
 
-/// The median of some numbers; of an even count, the mean of the two in the middle.
+/// The median; for an even count, the mean of the two middle numbers. Nothing for no numbers.
 [[nodiscard]] std::optional<double> medianOf(std::vector<double> numbers);
 
 }  // namespace kelvo

@@ -1,6 +1,5 @@
 #include "SoxLine.h"
 
-#include <QUtf8StringView>
 #include <algorithm>
 
 #include "IRConversion.h"
@@ -10,11 +9,7 @@
 namespace kelvo {
 namespace {
 
-bool isValidUtf8(QByteArrayView bytes) {
-    return QUtf8StringView(bytes).isValidUtf8();
-}
-
-/// Beside `path`. The ending keeps its case, so that two inputs never share an output.
+/// A name beside `path`. The extension keeps its case, so that two inputs never share an output.
 QByteArray convertedPath(const QByteArray& path) {
     const qsizetype name = path.lastIndexOf('/') + 1;
     return path.first(name) + validName(path.sliced(name).chopped(4)) + "-converted" + path.last(4);
@@ -43,21 +38,17 @@ QString soxFile(const QByteArray& path) {
 
 QByteArray validName(const QByteArray& name) {
     QByteArray result;
-    for (qsizetype i = 0; i < name.size();) {
-        qsizetype length = 1;
-        while (length < 4 && i + length < name.size() && !isValidUtf8(name.sliced(i, length))) {
-            ++length;
-        }
-        const bool isValid = isValidUtf8(name.sliced(i, length));
-        result += isValid ? name.sliced(i, length) : '%' + name.sliced(i, 1).toHex().toUpper();
-        i += isValid ? length : 1;
+    for (QByteArrayView rest = name; !rest.isEmpty();) {
+        const QByteArray character = firstCharacter(rest).toByteArray();
+        result += character.isEmpty() ? '%' + rest.first(1).toByteArray().toHex().toUpper() : character;
+        rest = rest.sliced(std::max<qsizetype>(1, character.size()));
     }
     return result;
 }
 
 QString soxLine(const QByteArray& path, FileView file, const WaveLayout& wave) {
     const QByteArray output = convertedPath(path);
-    if ((wave.broken != WaveRule::None && wave.broken != WaveRule::Depth) || !isValidUtf8(output)) {
+    if ((wave.broken != WaveRule::None && wave.broken != WaveRule::Depth) || !output.isValidUtf8()) {
         return {};
     }
     const WAVE_FORMAT& format = wave.fmt_block.format;

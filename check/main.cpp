@@ -1,4 +1,4 @@
-// kelvo-check: what the utility makes of files, in words, for those whose import seems to do nothing.
+// kelvo-check: reports whether the utility accepts files, for users whose import seems to do nothing.
 
 #include <QGuiApplication>
 #include <QString>
@@ -22,7 +22,7 @@ enum ExitStatus { kAllAccepted = 0, kSomeRefused = 1, kTrouble = 2 };
 
 /// Returns whether the picture could be written.
 bool drawPlot(const FileReport& report, const QByteArray& path) {
-    // A picture needs fonts and so an application, but no display and none of the user's settings for windows.
+    // Fonts need an application object, but no display and no desktop theme.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qunsetenv("QT_QPA_PLATFORMTHEME");
     int count = 1;
@@ -33,7 +33,7 @@ bool drawPlot(const FileReport& report, const QByteArray& path) {
     const QString title = QStringLiteral("%1: the points that the pedal gets").arg(file);
     const QString failure = savePicture(plotWave(title, *report.wave), path);
     if (!failure.isEmpty()) {
-        complain(introduction(), QStringLiteral("%1 cannot be written: %2").arg(printableText(path), failure));
+        printError(introduction(), QStringLiteral("%1 cannot be written: %2").arg(printableText(path), failure));
     }
     return failure.isEmpty();
 }
@@ -78,7 +78,7 @@ int printScript(const CommandLine& command) {
 }  // namespace kelvo
 
 int main(int argc, char** argv) {
-    // What the toolkit thinks of fonts and locales is nothing to the user of this command.
+    // The toolkit's warnings about fonts and locales are of no use to the user.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     const kelvo::CommandLine command = kelvo::parseCommandLine(QByteArrayList(argv, argv + argc));
     if (const auto status = answer(command.request, kelvo::introduction())) {
@@ -86,7 +86,7 @@ int main(int argc, char** argv) {
     }
     const int status = command.folder.isEmpty() ? kelvo::check(command) : kelvo::printScript(command);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        complain(kelvo::introduction(), QStringLiteral("the report cannot be written"));
+        printError(kelvo::introduction(), QStringLiteral("the report cannot be written"));
         return kelvo::kTrouble;
     }
     return status;

@@ -18,8 +18,13 @@ void print(std::FILE* stream, const QString& text) {
     std::fwrite(utf8.constData(), 1, static_cast<std::size_t>(utf8.size()), stream);
 }
 
-void complain(const ProgramText& text, const QString& trouble) {
-    print(stderr, QStringLiteral("%1: %2\n").arg(text.name, trouble));
+void printLine(std::string_view line) {
+    std::printf("%.*s\n", static_cast<int>(line.size()), line.data());
+    std::fflush(stdout);
+}
+
+void printError(const ProgramText& text, const QString& message) {
+    print(stderr, QStringLiteral("%1: %2\n").arg(text.name, message));
 }
 
 QStringList argumentList(int argc, char** argv) {
@@ -34,7 +39,7 @@ Request readArguments(QCommandLineParser& parser, const QStringList& arguments, 
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     parser.addOptions({help, version});
-    // "-style" is one option of the toolkit and not five.
+    // "-style" is one option of the toolkit, not five.
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     if (!parser.parse(arguments)) {
         return {.mistake = parser.errorText()};
@@ -54,7 +59,7 @@ Request readArguments(QCommandLineParser& parser, const QStringList& arguments, 
 
 std::optional<int> answer(const Request& request, const ProgramText& text) {
     if (!request.mistake.isEmpty()) {
-        complain(text, printableText(request.mistake.toUtf8()));
+        printError(text, printableText(request.mistake.toUtf8()));
         print(stderr, usageLine(text) + QStringLiteral("Try '%1 --help'.\n").arg(text.name));
         return kWrongUse;
     }
@@ -70,7 +75,7 @@ std::optional<int> answer(const Request& request, const ProgramText& text) {
     }
     std::fflush(stdout);
     if (std::ferror(stdout) != 0) {
-        complain(text, QStringLiteral("standard output cannot be written"));
+        printError(text, QStringLiteral("standard output cannot be written"));
         return kWrongUse;
     }
     return 0;

@@ -6,28 +6,33 @@
 #include <cstdio>
 #include <limits>
 #include <optional>
+#include <string_view>
 
 namespace kelvo {
 
-/// How a program introduces itself on a terminal.
+/// What a program prints about itself.
 struct ProgramText {
     QString name;
-    QString synopsis;  ///< what follows the name in the line "usage: "
-    QString help;      ///< what --help prints under that line, with its line end
+    QString synopsis;  ///< the text after the name in the line "usage: "
+    QString help;      ///< the text of --help below that line, with its line end
 };
 
 /// Writes the text as UTF-8.
 void print(std::FILE* stream, const QString& text);
 
-/// Says on standard error, after the program's name, what is wrong, in characters that a terminal may get.
-void complain(const ProgramText& text, const QString& trouble);
+/// Writes the line, which is UTF-8, and a line end to standard output and flushes it.
+void printLine(std::string_view line);
 
-/// What a program's arguments ask for.
+/// Prints the program's name and the error message to standard error. `message` must be safe for a terminal, see
+/// printableText.
+void printError(const ProgramText& text, const QString& message);
+
+/// What a program's arguments request.
 struct Request {
     enum class Kind { Run, ShowHelp, ShowVersion };
 
     Kind kind = Kind::Run;
-    QString mistake;  ///< why the arguments make no sense; else empty
+    QString mistake;  ///< why the arguments are wrong; empty if they are right
 };
 
 /// The arguments of main, the program's name first.
@@ -35,13 +40,13 @@ struct Request {
 
 inline constexpr auto kAnyNumberOfWords = std::numeric_limits<qsizetype>::max();
 
-/// Reads `arguments`, which begin with the program's name, with the parser, to which -h, --help, -v and --version are
-/// added. A word is what is no option; more than `mostWords` are a mistake.
+/// Adds -h, --help, -v and --version to the parser and parses `arguments`, which begin with the program's name. Words
+/// are the arguments that are not options; more than `mostWords` are a mistake.
 [[nodiscard]] Request readArguments(QCommandLineParser& parser, const QStringList& arguments,
                                     qsizetype mostWords = kAnyNumberOfWords);
 
-/// Shows what is asked for, or says on standard error what the mistake is and how the program is used. Returns the
-/// status to end with, 2 for a mistake and when the answer cannot be written, or nothing when the program is to run.
+/// Prints the help or version to standard output, or the mistake and the usage to standard error. Returns the exit
+/// status, 2 for a mistake or a write error, or nothing if the program is to run.
 [[nodiscard]] std::optional<int> answer(const Request& request, const ProgramText& text);
 
 }  // namespace kelvo

@@ -5,12 +5,16 @@
 
 namespace kelvo {
 
-/// Whether there is something to see of a character: not of a control or a format character, a line separator, a code
-/// point without a character, or the one that stands for bytes which are no UTF-8. Any thread.
+/// Whether a character is visible or a space. False for control and format characters, line and paragraph separators,
+/// unassigned code points and the replacement character for invalid UTF-8. Any thread.
 [[nodiscard]] bool isShown(char32_t character);
 
-/// UTF-8 that comes from a stranger in a form that a terminal shows and does not obey: every byte of a character that
-/// is not shown, of what is no UTF-8, and of a backslash is written \xNN; all else stays. Any thread.
+/// The bytes of the first character of `utf8`, which is not empty. Empty if `utf8` does not begin with valid UTF-8. Any
+/// thread.
+[[nodiscard]] QByteArrayView firstCharacter(QByteArrayView utf8);
+
+/// Makes untrusted text safe for a terminal: writes each byte of a character that is not shown, of invalid UTF-8 and of
+/// a backslash as \xNN. All other characters stay. Any thread.
 [[nodiscard]] QString printableText(QByteArrayView utf8);
 
 }  // namespace kelvo

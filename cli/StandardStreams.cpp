@@ -10,7 +10,7 @@ namespace kelvo {
 void keepStandardStreams() {
     std::signal(SIGPIPE, SIG_IGN);
     int fd = STDIN_FILENO;
-    // Each open takes the lowest number that is free. Read-only: a write is still told that it failed.
+    // Each open returns the lowest free number. Read-only, so that writes still fail.
     while (fd >= STDIN_FILENO && fd <= STDERR_FILENO) {
         fd = open("/dev/null", O_RDONLY | O_CLOEXEC);
     }

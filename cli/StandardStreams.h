@@ -2,9 +2,8 @@
 
 namespace kelvo {
 
-/// Makes the three standard streams safe to use for a program that goes on when nobody hears it: one that is closed
-/// becomes one that gives and takes nothing, so that no window system's socket gets its number and then our lines; and
-/// a reader who leaves is an error of the write, not the end of the process. Call first of all, from main.
+/// Opens /dev/null for each closed standard stream and ignores SIGPIPE. Otherwise a socket could get the number of a
+/// closed stream and receive our output, and a closed pipe would end the process. Call first in main.
 void keepStandardStreams();
 
 }  // namespace kelvo

@@ -31,7 +31,7 @@ Dialog* visibleDialog() {
 }
 
 void clickAt(QWidget& widget, QPoint place) {
-    // The toolkit moves the focus for the window system's own events only.
+    // The toolkit moves the focus only for events from the window system.
     widget.setFocus(Qt::MouseFocusReason);
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
         const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
@@ -65,7 +65,7 @@ void StepDriver::poll() {
         }
         return;
     }
-    // May serve events; those of this timer wait until it is done.
+    // May serve events. This timer does not fire again before the step returns.
     step.act();
     ++next_;
     since_ = std::chrono::steady_clock::now();
@@ -98,7 +98,7 @@ void clickRow(QTableView& table, int row) {
 
 void enterPath(QFileDialog& dialog, const QString& path) {
     auto* const field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    // Pasted in one piece: typed letters would open the completion list, which takes the Return key for itself.
+    // Typed letters would open the completion list, which consumes the Return key.
     field->setText(path);
     QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, {});
     QCoreApplication::sendEvent(field, &event);
@@ -113,7 +113,7 @@ QImage visibleWindows() {
             windows.append(window);
         }
     }
-    // Dialogs lie above the window that they belong to.
+    // Dialogs are above their parent windows.
     std::stable_partition(windows.begin(), windows.end(), [](const QWidget* window) { return !window->isModal(); });
     all.adjust(-kDesktopMargin, -kDesktopMargin, kDesktopMargin, kDesktopMargin);
     QImage picture(all.size(), QImage::Format_RGB32);

@@ -15,8 +15,8 @@ class QTableView;
 
 namespace kelvo {
 
-/// Goes through a list of steps on the main thread: waits until a step is ready, does it, continues with the next.
-/// Works through modal windows, since it lives on the events that they serve.
+/// Runs a list of steps in order on the main thread: waits until a step is ready, then does it. Also runs while modal
+/// windows serve events.
 class StepDriver {
 public:
     struct Step {
@@ -25,7 +25,7 @@ public:
         std::function<void()> act;
     };
 
-    /// `stuck` is called with a step's name when it does not get ready in time; no step follows it.
+    /// Called with the name of a step that is not ready in time. No step follows it.
     using Stuck = std::function<void(const std::string& name)>;
 
     StepDriver(std::vector<Step> steps, Stuck stuck, std::chrono::milliseconds patience = std::chrono::seconds(20));
@@ -44,21 +44,21 @@ private:
     QTimer timer_;
 };
 
-/// The visible window of its kind that was opened last, null if there is none.
+/// The visible window of this type that was opened last; null if there is none.
 QMessageBox* visibleMessageBox();
 QFileDialog* visibleFileDialog();
 
 /// The button with that text in the box, mnemonics aside; null if there is none.
 QAbstractButton* buttonOf(const QMessageBox& box, const QString& text);
 
-/// A left click in the middle of a button, and on a row of a table.
+/// Sends a left click to the middle of a button or of a table's row.
 void click(QAbstractButton& button);
 void clickRow(QTableView& table, int row);
 
 /// Puts the path into the chooser's name field and presses Return.
 void enterPath(QFileDialog& dialog, const QString& path);
 
-/// All visible windows as they lie on the screen.
+/// A picture of all visible windows, placed as on the screen.
 QImage visibleWindows();
 
 }  // namespace kelvo

@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// What a file manager does while it drags files over a table. Each step returns whether the table accepts them.
+/// A drag of files from a file manager over a table. Each step returns whether the table accepts them.
 class FileDrag {
 public:
     FileDrag(QTableView& table, const QList<QUrl>& urls) : table_(table) { files_.setUrls(urls); }
@@ -26,8 +26,8 @@ public:
         QDragLeaveEvent event;
         QCoreApplication::sendEvent(table_.viewport(), &event);
     }
-    /// Lets go of the files, and lets the table do what it does then. Tells what the file manager hears was done with
-    /// them, having wanted a move.
+    /// Drops the files and runs what the table posts. The file manager prefers a move; returns the action that is
+    /// reported to it.
     Qt::DropAction drop(int row) {
         QDropEvent event(at(row), kActions, &files_, Qt::LeftButton, {});
         event.setDropAction(Qt::MoveAction);
@@ -44,7 +44,8 @@ private:
     QMimeData files_;
 };
 
-/// A whole drag onto the row; whether the files were taken. For their sender that must be a copy, or it deletes them.
+/// Drags the files onto the row and drops them. Returns whether they were accepted as a copy: after a move the file
+/// manager would delete them.
 inline bool drop(QTableView& table, int row, const QList<QUrl>& urls) {
     FileDrag drag(table, urls);
     return drag.enter(row) && drag.moveTo(row) && drag.drop(row) == Qt::CopyAction;

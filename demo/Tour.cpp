@@ -34,7 +34,7 @@ void append(Steps& steps, Steps more) {
     std::move(more.begin(), more.end(), std::back_inserter(steps));
 }
 
-[[noreturn]] void endWithout(const QString& path) {
+[[noreturn]] void failToWrite(const QString& path) {
     std::fprintf(stderr, "The tour ends: %s cannot be written\n", qPrintable(path));
     std::_Exit(EXIT_FAILURE);
 }
@@ -155,7 +155,7 @@ void Tour::takePicture(const QString& name) {
     const QString number = QStringLiteral("%1").arg(++pictures_, 2, 10, QLatin1Char('0'));
     const QString path = QStringLiteral("%1/%2-%3.png").arg(places_.pictures, number, name);
     if (!visibleWindows().save(path)) {
-        endWithout(path);
+        failToWrite(path);
     }
     atPicture_(name);
 }
@@ -163,7 +163,7 @@ void Tour::takePicture(const QString& name) {
 void Tour::writeTranscript() const {
     QFile file(places_.pictures + QStringLiteral("/transcript.txt"));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        endWithout(file.fileName());
+        failToWrite(file.fileName());
     }
     QTextStream out(&file);
     out << "Changes of the pedal's memory:\n";

@@ -14,22 +14,22 @@ class KelvoAppDelegate;
 class VirtualHidManager;
 class VirtualKr310;
 
-/// The self-driven tour: what a user would do with the utility, on a virtual pedal. Main thread.
+/// The self-driven tour: uses the utility on a virtual pedal as a user would. Main thread.
 class Tour {
 public:
     struct Places {
-        QString pictures;  ///< An existing directory for the pictures and the transcript.
-        QString wave;      ///< The files to import.
-        QString amp;
-        QList<QUrl> set;  ///< Waves, to drop together.
+        QString pictures;  ///< an existing folder for the pictures and the transcript
+        QString wave;      ///< the file to import into a CAB slot
+        QString amp;       ///< the file to import into an AMP slot
+        QList<QUrl> set;   ///< waves to drop together
     };
-    /// Called at each picture with its name, while the windows are as the picture shows them. May serve events.
+    /// Called with the name of each picture while the windows look like it. May serve events.
     using AtPicture = std::function<void(const QString& name)>;
 
     Tour(KelvoAppDelegate& controller, VirtualHidManager& manager, const VirtualKr310& pedal, Places places,
          AtPicture atPicture);
 
-    /// From the loading window to the alert that the cable was pulled; the last step presses the alert's button.
+    /// From the loading window to the alert after the unplug. The last step presses the alert's button.
     std::vector<StepDriver::Step> steps();
 
 private:

@@ -1,7 +1,4 @@
-// The utility on a virtual KR310 in the same process. Words switch on faults of the pedal.
-
-#include <cstdio>
-#include <string_view>
+// The utility on a virtual KR310 in the same process. The words on the command line are faults of the pedal.
 
 #include "Faults.h"
 #include "NSApplicationMain.h"
@@ -12,12 +9,7 @@
 
 namespace {
 
-void printLine(std::string_view line) {
-    std::printf("%.*s\n", static_cast<int>(line.size()), line.data());
-    std::fflush(stdout);
-}
-
-/// A line for each fault: its name, and what its number means.
+/// A line for each fault: its name, the meaning, range and default of its number.
 QString faultsHelp() {
     QString lines;
     for (const kelvo::FaultEntry& fault : kelvo::faultTable()) {
@@ -38,14 +30,14 @@ kelvo::ProgramText introduction() {
     return {
         .name = QStringLiteral("kelvo-demo"),
         .synopsis = QStringLiteral("[OPTION]... [FAULT[=NUMBER]]..."),
-        .help = QStringLiteral("Runs Kelvo on a virtual KR310, and prints what changes in the pedal's memory.\n\n") +
+        .help = QStringLiteral("Runs Kelvo on a virtual KR310 and prints the changes of the pedal's memory.\n\n") +
                 kelvo::optionsHelp() +
-                QStringLiteral("\nFaults of the pedal, which go together; in parentheses the number without one:\n") +
+                QStringLiteral("\nFaults of the pedal; can be combined; default value in parentheses:\n") +
                 faultsHelp(),
     };
 }
 
-/// Switches on what the words name. The request is then to run, or has a mistake.
+/// Switches on the faults that the words name. The request is to run or has a mistake.
 kelvo::Request readFaults(const QStringList& words, kelvo::Faults& faults) {
     for (const QString& word : words) {
         if (const auto mistake = switchOn(word.toStdString(), faults)) {
@@ -67,7 +59,7 @@ int main(int argc, char** argv) {
     if (const auto status = answer(readFaults(arguments.words(), faults), introduction())) {
         return *status;
     }
-    kelvo::VirtualKr310 pedal(kelvo::Kr310Memory::factory(), printLine);
+    kelvo::VirtualKr310 pedal(kelvo::Kr310Memory::factory(), kelvo::printLine);
     pedal.setFaults(faults);
     kelvo::VirtualHidManager manager(pedal);
     manager.plug();

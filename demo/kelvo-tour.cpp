@@ -1,5 +1,5 @@
-// The utility on a virtual KR310, that drives itself: writes a picture of each step and what the pedal holds at the
-// end. With "hold" it prints the name of each picture and waits for a line before it continues.
+// The utility on a virtual KR310, driving itself: writes a picture of each step and the final content of the pedal.
+// With "hold" it prints the name of each picture and waits for a line before it continues.
 
 #include <unistd.h>
 
@@ -25,11 +25,9 @@
 
 namespace {
 
-/// Prints the picture's name and continues when a line comes on standard input: time for somebody else's picture of the
-/// real screen.
+/// Prints the picture's name and waits for a line on standard input, so that another program can photograph the screen.
 void holdStill(const QString& picture) {
-    std::printf("%s\n", qPrintable(picture));
-    std::fflush(stdout);
+    kelvo::printLine(picture.toStdString());
     QEventLoop loop;
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &loop, &QEventLoop::quit);
@@ -38,8 +36,8 @@ void holdStill(const QString& picture) {
     std::getline(std::cin, line);
 }
 
-/// Makes the pictures' folder; returns why the tour cannot start, or nothing.
-QString troubleWith(const kelvo::Tour::Places& places) {
+/// Makes the folder for the pictures. Returns why the tour cannot start; empty if it can.
+QString problemWith(const kelvo::Tour::Places& places) {
     for (const QString& sample : {places.wave, places.amp}) {
         if (!QFileInfo(sample).isReadable()) {
             return QStringLiteral("%1 cannot be read").arg(kelvo::printableText(sample.toUtf8()));
@@ -59,12 +57,13 @@ int main(int argc, char** argv) {
     const kelvo::ProgramText text{
         .name = QStringLiteral("kelvo-tour"),
         .synopsis = QStringLiteral("[OPTION]... PICTURES-FOLDER SAMPLES-FOLDER [hold]"),
-        .help = QStringLiteral(
-                    "Drives Kelvo on a virtual KR310 through an import into a CAB slot, that of the next file in the\n"
-                    "folder, one into an AMP slot, a drop of four files, a deletion and an unplug, and writes a\n"
-                    "picture of each step and what the pedal holds at the end.\n"
-                    "With \"hold\" it prints each picture's name and waits for a line on standard input.\n\n") +
-                kelvo::optionsHelp(),
+        .help =
+            QStringLiteral(
+                "Drives Kelvo on a virtual KR310: imports a file into a CAB slot, then the next file of the folder,\n"
+                "imports one into an AMP slot, drops four files, clears a slot and unplugs the pedal. Writes a\n"
+                "picture of each step and the final content of the pedal.\n"
+                "With \"hold\" it prints each picture's name and waits for a line on standard input.\n\n") +
+            kelvo::optionsHelp(),
     };
     if (const auto status = answer(arguments.request(), text)) {
         return *status;
@@ -72,7 +71,7 @@ int main(int argc, char** argv) {
     const QStringList words = arguments.words();
     const bool hold = words.value(2) == QLatin1String("hold");
     if (words.size() != (hold ? 3 : 2)) {
-        return *answer({.mistake = QStringLiteral("Two folders are wanted, and then \"hold\" or nothing.")}, text);
+        return *answer({.mistake = QStringLiteral("Two folders are needed, optionally followed by \"hold\".")}, text);
     }
     const auto inSamples = [folder = QDir(words[1])](const char* name) {
         return QUrl::fromLocalFile(folder.absoluteFilePath(QLatin1String(name)));
@@ -83,8 +82,8 @@ int main(int argc, char** argv) {
         .amp = QDir(words[1]).absoluteFilePath(QStringLiteral("Lead.amp")),
         .set = {inSamples("Wide.wav"), inSamples("Room.wav"), inSamples("Dusty.wav"), inSamples("Open Back.wav")},
     };
-    if (const QString trouble = troubleWith(places); !trouble.isEmpty()) {
-        complain(text, trouble);
+    if (const QString problem = problemWith(places); !problem.isEmpty()) {
+        printError(text, problem);
         return EXIT_FAILURE;
     }
 
@@ -92,7 +91,7 @@ int main(int argc, char** argv) {
     const auto application = kelvo::makeApplication(arguments.argc(), arguments.argv());
     kelvo::VirtualKr310 pedal;
     if (hold) {
-        // Loading continues while others take their pictures of it.
+        // Loading continues while the other program takes its pictures.
         pedal.setStartup({.progressPace = std::chrono::milliseconds(30)});
     }
     kelvo::VirtualHidManager manager(pedal, {.record = true});
@@ -103,12 +102,12 @@ int main(int argc, char** argv) {
         controller, manager, pedal, std::move(places),
         hold ? kelvo::Tour::AtPicture(holdStill) : [](const QString&) {});
     kelvo::StepDriver driver(tour.steps(), [](const std::string& step) {
-        std::fprintf(stderr, "The tour waited in vain for: %s\n", step.c_str());
+        std::fprintf(stderr, "The tour timed out waiting for: %s\n", step.c_str());
         std::_Exit(EXIT_FAILURE);
     });
     driver.start();
     QTimer::singleShot(0, application.get(), [&controller] { controller.applicationDidFinishLaunching(); });
     QApplication::exec();
-    // The tour ends by the alert's button, which ends the process; this is never reached.
+    // Never reached: the tour presses the alert's button, which ends the process.
     return EXIT_FAILURE;
 }

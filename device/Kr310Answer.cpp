@@ -13,7 +13,7 @@ constexpr std::array<std::uint8_t, 7> kGarbage = {0x13, 0xAA, 0x00, 0xAA, 0x55, 
 constexpr std::uint8_t kFiller = 0xAA;
 constexpr std::uint8_t kImpossibleCount = 255;
 
-bool strikes(std::uint32_t every, FrameCounter frame) {
+bool isAffected(std::uint32_t every, FrameCounter frame) {
     return every != 0 && frame % every == 0;
 }
 
@@ -31,10 +31,10 @@ void AnswerWriter::add(std::chrono::microseconds due, Frame frame) {
     }
     std::vector<std::uint8_t> bytes = writeFrame(frame);
     ++counter_;
-    if (strikes(faults_.corruptCrcEvery, counter_)) {
+    if (isAffected(faults_.corruptCrcEvery, counter_)) {
         bytes.back() ^= 0xFF;
     }
-    if (strikes(faults_.garbageInsideEvery, counter_)) {
+    if (isAffected(faults_.garbageInsideEvery, counter_)) {
         const auto middle = bytes.begin() + static_cast<std::ptrdiff_t>(bytes.size() / 2);
         bytes.insert(middle, kGarbage.begin(), kGarbage.end());
     }
@@ -66,8 +66,8 @@ std::vector<InputReport> AnswerWriter::finish() {
                 send(stretch.due);
             }
         }
-        const bool goesOn = faults_.mergedReports && &stretch != &stretches_.back();
-        if (!held.empty() && !goesOn) {
+        const bool continues = faults_.mergedReports && &stretch != &stretches_.back();
+        if (!held.empty() && !continues) {
             send(stretch.due);
         }
     }

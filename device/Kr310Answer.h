@@ -9,28 +9,28 @@
 
 namespace kelvo {
 
-/// One input report, and how long after the output report that it answers it is due.
+/// One input report, and its delay after the output report that it answers.
 struct InputReport {
     std::chrono::microseconds due{0};
-    /// 64 bytes from a sound pedal.
+    /// 64 bytes, unless a fault changes that.
     std::vector<std::uint8_t> bytes;
 };
 
-/// Counts the frames the pedal has sent, for the faults that strike every n-th.
+/// The number of frames that the pedal has sent, for faults that affect every n-th.
 using FrameCounter = std::uint64_t;
 
-/// Turns the frames of one answer into input reports, with the faults of the wire put in. A frame begins a report of
-/// its own unless Faults::mergedReports is set. The uncounted bytes of a report are 0xAA, so that a
-/// receiver that trusts them sees false headers.
+/// Converts the frames of one answer to input reports and adds the faults. Each frame begins a new report unless
+/// Faults::mergedReports is set. The uncounted bytes of a report are 0xAA, so that a receiver that reads them finds
+/// false headers.
 class AnswerWriter {
 public:
     /// `faults` and `counter` must outlive the writer.
     AnswerWriter(const Faults& faults, FrameCounter& counter) : faults_(faults), counter_(counter) {}
 
-    /// Adds one frame, due so long after the output report; later calls must not name an earlier time.
+    /// Adds one frame that is due this long after the output report. Times must not decrease from call to call.
     void add(std::chrono::microseconds due, Frame frame);
 
-    /// The reports of all frames added. Ends the writer.
+    /// The reports of all frames added. The last call.
     [[nodiscard]] std::vector<InputReport> finish();
 
 private:

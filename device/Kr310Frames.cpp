@@ -8,33 +8,33 @@ namespace kelvo {
 namespace {
 
 constexpr std::uint8_t kHeader[] = {0xAA, 0x55};
-constexpr std::size_t kWholeReport = kReportPayload + 1;
+constexpr std::size_t kReportSize = kReportPayload + 1;
 /// Bytes of a frame that LENGTH does not count: header, LENGTH itself, CRC.
 constexpr std::size_t kEnvelope = 6;
-/// LENGTH counts the command byte and the data. Without a command a frame means nothing.
+/// LENGTH counts the command byte and the data. A frame without a command is invalid.
 constexpr std::size_t kLeastLength = 1;
 constexpr std::size_t kGreatestLength = 1018;
 
-enum class Found { kFrame, kBroken, kIncomplete };
+enum class Found { Frame, Broken, Incomplete };
 
-/// Judges what begins with the header pair at the front of `bytes`; `length` is set for a frame.
+/// Checks the frame that begins with the header pair at the front of `bytes`. Sets `length` for a good frame.
 Found judge(std::span<const std::uint8_t> bytes, std::size_t& length) {
     if (bytes.size() < 4) {
-        return Found::kIncomplete;
+        return Found::Incomplete;
     }
     length = bytes[2] + std::size_t{256} * bytes[3];
     if (length < kLeastLength || length > kGreatestLength) {
-        return Found::kBroken;
+        return Found::Broken;
     }
     if (bytes.size() < length + kEnvelope) {
-        return Found::kIncomplete;
+        return Found::Incomplete;
     }
     const std::uint16_t crc = frameCrc(bytes.subspan(2, length + 2));
     const bool sound = bytes[length + 4] == crc >> 8 && bytes[length + 5] == (crc & 0xFF);
-    return sound ? Found::kFrame : Found::kBroken;
+    return sound ? Found::Frame : Found::Broken;
 }
 
-/// Bytes in front of the first header pair, or of a last byte that may begin one.
+/// The number of bytes before the first header pair, or before a last byte that may begin one.
 std::size_t strayBytes(std::span<const std::uint8_t> bytes) {
     const auto header = std::search(bytes.begin(), bytes.end(), std::begin(kHeader), std::end(kHeader));
     if (header == bytes.end() && !bytes.empty() && bytes.back() == kHeader[0]) {
@@ -68,7 +68,7 @@ std::vector<std::uint8_t> writeFrame(const Frame& frame) {
 }
 
 std::vector<Frame> FrameReader::takeReport(std::span<const std::uint8_t> report) {
-    if (report.size() != kWholeReport || report[0] < 1 || report[0] > kReportPayload) {
+    if (report.size() != kReportSize || report[0] < 1 || report[0] > kReportPayload) {
         return {};
     }
     std::ranges::copy(report.subspan(1, report[0]), std::back_inserter(held_));
@@ -79,10 +79,10 @@ std::vector<Frame> FrameReader::takeReport(std::span<const std::uint8_t> report)
         rest = rest.subspan(strayBytes(rest));
         std::size_t length = 0;
         const Found found = judge(rest, length);
-        if (found == Found::kIncomplete) {
+        if (found == Found::Incomplete) {
             break;
         }
-        if (found == Found::kBroken) {
+        if (found == Found::Broken) {
             rest = rest.subspan(1);
             continue;
         }

@@ -12,7 +12,7 @@ constexpr Names kFactoryCabNames = {"OPEN 1X12", "CLOSED2X12", "VINTAGE412", "MO
                                     "",          "BASS 4X10",  "",           "ACOUSTIC",   ""};
 constexpr Names kFactoryAmpNames = {"CLEAN", "CRUNCH", "LEAD", "EDGE DRIVE", "HIGH GAIN", "", "JAZZ", "BASS", "", ""};
 
-/// Largest positive point: a factory cabinet is a single full-scale click, which leaves the sound as it is.
+/// The largest point. A factory cabinet is a single full-scale pulse, which does not change the sound.
 constexpr std::uint32_t kFullScale = 0x7FFFFF;
 
 }  // namespace

@@ -21,29 +21,29 @@ struct Kr310Slot {
     std::array<std::uint32_t, kSlotWords> words{};
 };
 
-/// What the pedal keeps while it is off.
+/// The pedal's persistent memory.
 struct Kr310Memory {
     std::array<Kr310Slot, kSlotCount> cab;
     std::array<Kr310Slot, kSlotCount> amp;
 
-    /// As the pedal leaves the factory: some slots filled, some empty.
+    /// The factory content: some slots are filled, some are empty.
     [[nodiscard]] static Kr310Memory factory();
 };
 
-/// What sets the slots of one kind apart: how they are called, and how many bytes of a word count.
+/// The properties of the slots of one kind.
 struct Kr310Bank {
     const char* label;
     /// The number of slot 0 on the pedal's display.
     std::size_t firstNumber;
     const char* unit;
-    unsigned bytesPerWord;
+    unsigned bytesPerWord;  ///< the low bytes that are used
     std::array<Kr310Slot, kSlotCount> Kr310Memory::*place;
 
-    /// As the display has it: CAB 27
+    /// The slot's title on the display: CAB 27
     [[nodiscard]] std::string title(std::size_t slot) const;
     /// CRC-32 (IEEE 802.3) of a slot's words, the low byte of each first.
     [[nodiscard]] std::uint32_t crc32(const Kr310Slot& slot) const;
-    /// The same in words: crc32 a0a36dee
+    /// The checksum as text: crc32 a0a36dee
     [[nodiscard]] std::string crcText(const Kr310Slot& slot) const;
 };
 

@@ -76,10 +76,10 @@ bool VirtualCable::takesReport(const HidDevice* device, std::unique_lock<std::mu
         return false;
     }
     const VirtualKr310::Delivery delivery = pedal_.deliverNext();
-    if (delivery == VirtualKr310::Delivery::kUnplugged) {
+    if (delivery == VirtualKr310::Delivery::Unplugged) {
         detach();
     }
-    return delivery == VirtualKr310::Delivery::kTaken && !gone();
+    return delivery == VirtualKr310::Delivery::Accepted && !gone();
 }
 
 VirtualCable::Event VirtualCable::next(bool watching) {
@@ -90,11 +90,11 @@ VirtualCable::Event VirtualCable::next(bool watching) {
             return {};
         }
         if (announced_ && announced_ != attached_) {
-            return {EventKind::kRemoval, std::exchange(announced_, nullptr), {}};
+            return {EventKind::Removal, std::exchange(announced_, nullptr), {}};
         }
         if (watching && attached_ && !announced_) {
             announced_ = attached_;
-            return {EventKind::kArrival, announced_, {}};
+            return {EventKind::Arrival, announced_, {}};
         }
         if (!announced_ || pending_.empty()) {
             changed_.wait(lock);
@@ -107,7 +107,7 @@ VirtualCable::Event VirtualCable::next(bool watching) {
         }
         nextInput_ = Clock::now() + options_.wirePace;
         delivering_ = true;
-        Event event{EventKind::kInput, announced_, std::move(pending_.begin()->second)};
+        Event event{EventKind::Input, announced_, std::move(pending_.begin()->second)};
         pending_.erase(pending_.begin());
         return event;
     }
@@ -115,9 +115,9 @@ VirtualCable::Event VirtualCable::next(bool watching) {
 
 void VirtualCable::served(EventKind kind) {
     const std::lock_guard lock(mutex_);
-    activity_.arrivals += kind == EventKind::kArrival ? 1 : 0;
-    activity_.removals += kind == EventKind::kRemoval ? 1 : 0;
-    activity_.inputReports += kind == EventKind::kInput ? 1 : 0;
+    activity_.arrivals += kind == EventKind::Arrival ? 1 : 0;
+    activity_.removals += kind == EventKind::Removal ? 1 : 0;
+    activity_.inputReports += kind == EventKind::Input ? 1 : 0;
     delivering_ = false;
     recordChanged();
 }

@@ -14,15 +14,15 @@ void VirtualHidManager::run() {
     while (true) {
         const VirtualCable::Event event = cable_->next(watching_);
         switch (event.kind) {
-            case VirtualCable::EventKind::kStop:
+            case VirtualCable::EventKind::Stop:
                 return;
-            case VirtualCable::EventKind::kArrival:
+            case VirtualCable::EventKind::Arrival:
                 callbacks_.deviceMatching(event.device);
                 break;
-            case VirtualCable::EventKind::kRemoval:
+            case VirtualCable::EventKind::Removal:
                 callbacks_.deviceRemoval(event.device);
                 break;
-            case VirtualCable::EventKind::kInput:
+            case VirtualCable::EventKind::Input:
                 callbacks_.inputReport(event.device, event.report);
                 break;
         }

@@ -9,13 +9,13 @@
 
 namespace kelvo {
 
-/// A HID layer with one virtual KR310 and a cable to it. The pedal is unplugged at first.
+/// A HID layer with a cable to one virtual KR310, which is initially unplugged.
 class VirtualHidManager : public HidManager {
 public:
     using Options = VirtualCable::Options;
     using Activity = VirtualCable::Activity;
 
-    /// `pedal` must outlive the manager and every setReport that is under way.
+    /// `pedal` must outlive the manager and every running setReport.
     explicit VirtualHidManager(VirtualKr310& pedal) : VirtualHidManager(pedal, Options()) {}
     VirtualHidManager(VirtualKr310& pedal, const Options& options)
         : cable_(std::make_shared<VirtualCable>(pedal, options)), identity_(options.identity) {}
@@ -28,7 +28,7 @@ public:
     void run() override;
     void stop() override { cable_->stop(); }
 
-    // As the cable has them.
+    // See VirtualCable.
     void plug() { cable_->plug(); }
     void unplug() { cable_->unplug(); }
     [[nodiscard]] Activity activity() const { return cable_->activity(); }
@@ -41,7 +41,7 @@ private:
     const std::shared_ptr<VirtualCable> cable_;
     const HidMatching identity_;
     HidCallbacks callbacks_;
-    /// Open, and asked for this very device.
+    /// Whether `open` was called for this device's identity.
     bool watching_ = false;
 };
 

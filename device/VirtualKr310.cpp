@@ -82,15 +82,15 @@ void VirtualKr310::powerUp() {
 VirtualKr310::Delivery VirtualKr310::deliverNext() {
     const std::lock_guard lock(mutex_);
     ++outputReports_;
-    for (const auto& [report, delivery] : {std::pair(faults_.unplugAtReport, Delivery::kUnplugged),
-                                           {faults_.refuseReport, Delivery::kRefused},
-                                           {faults_.protocolErrorAtReport, Delivery::kProtocolError},
-                                           {faults_.noAnswerAtReport, Delivery::kNoAnswer}}) {
+    for (const auto& [report, delivery] : {std::pair(faults_.unplugAtReport, Delivery::Unplugged),
+                                           {faults_.refuseReport, Delivery::Refused},
+                                           {faults_.protocolErrorAtReport, Delivery::ProtocolError},
+                                           {faults_.noAnswerAtReport, Delivery::NoAnswer}}) {
         if (report == outputReports_) {
             return delivery;
         }
     }
-    return Delivery::kTaken;
+    return Delivery::Accepted;
 }
 
 VirtualKr310::Reaction VirtualKr310::receive(std::span<const std::uint8_t> report) {
@@ -103,11 +103,7 @@ VirtualKr310::Reaction VirtualKr310::receive(std::span<const std::uint8_t> repor
             std::ranges::move(answer.finish(), std::back_inserter(reaction.reports));
         }
     }
-    for (const std::string& line : reaction.changes) {
-        if (sink_) {
-            sink_(line);
-        }
-    }
+    std::ranges::for_each(reaction.changes, sink_);
     return reaction;
 }
 
@@ -178,11 +174,11 @@ void VirtualKr310::acknowledge(const Frame& packet, std::uint8_t lastPhase, Answ
     if (faults_.silentFromPhase && phase >= *faults_.silentFromPhase) {
         return;
     }
-    std::uint8_t told = phase;
+    std::uint8_t reported = phase;
     if (faults_.wrongAcknowledgement) {
-        told = phase == lastPhase ? 1 : static_cast<std::uint8_t>(phase + 1);
+        reported = phase == lastPhase ? 1 : static_cast<std::uint8_t>(phase + 1);
     }
-    const Frame frame{packet.command, {faults_.acknowledgementOutOfRange.value_or(told)}};
+    const Frame frame{packet.command, {faults_.acknowledgementOutOfRange.value_or(reported)}};
     answer.add({}, frame);
     if (faults_.duplicateAcknowledgement) {
         answer.add({}, frame);

@@ -17,56 +17,56 @@
 
 namespace kelvo {
 
-/// How the pedal goes through its start-up: the values 0, step, 2 * step and so on, one per pace, and 199 at the end.
+/// The progress values that the pedal sends at start-up: 0, step, 2 * step and so on, and finally 199.
 struct Kr310Startup {
     /// 1 or more; 0 counts as 1.
     std::uint32_t progressStep = 1;
-    /// With a step of 1 there are 200 values, so the whole takes two seconds.
+    /// The time between two values. With a step of 1 there are 200 of them, so start-up takes two seconds.
     std::chrono::microseconds progressPace{10'000};
 };
 
-/// A KR310 in software: output reports in, input reports out. It has no clock and no thread; it says how long after the
-/// output report each input report is due, and its owner sees to that.
+/// A KR310 in software: output reports in, input reports out. It has no clock and no thread. It returns each input
+/// report with its delay after the output report; the caller keeps the time.
 ///
 /// All functions may be called on any thread.
 class VirtualKr310 {
 public:
     using LineSink = std::function<void(std::string_view line)>;
 
-    /// What one output report led to.
+    /// The results of one output report.
     struct Reaction {
-        /// Ordered by due time, save where a report was held up for others (Faults::namesAfterDone, mergedReports).
+        /// Ordered by due time, except with Faults::namesAfterDone and mergedReports.
         std::vector<InputReport> reports;
-        /// One line for each finished change of the memory, without line end.
+        /// One line for each change of the memory, without line end.
         std::vector<std::string> changes;
     };
 
-    /// `sink` is given the lines of Reaction::changes, on the thread that is in `receive` and with nothing locked.
-    explicit VirtualKr310(Kr310Memory memory = Kr310Memory::factory(), LineSink sink = {});
+    /// `sink` gets the lines of Reaction::changes, on the thread that is in `receive` and without a lock held.
+    explicit VirtualKr310(
+        Kr310Memory memory = Kr310Memory::factory(), LineSink sink = [](std::string_view) {});
 
     void setStartup(const Kr310Startup& startup);
     void setFaults(const Faults& faults);
     [[nodiscard]] Faults faults() const;
 
-    /// A copy of what the slots hold now.
+    /// A copy of the current memory.
     [[nodiscard]] Kr310Memory memory() const;
 
-    /// Forgets half-received frames and unfinished transfers, and counts output reports anew, as a power cycle does.
-    /// The memory stays.
+    /// Discards incomplete frames and unfinished transfers, and restarts the count of output reports. The memory stays.
     void powerUp();
 
-    /// What becomes of the next output report. Called once for each, before `receive`; only kTaken ones get there.
-    enum class Delivery { kTaken, kRefused, kProtocolError, kNoAnswer, kUnplugged };
+    /// The fate of the next output report. Call it once for each report; only those with Accepted go to `receive`.
+    enum class Delivery { Accepted, Refused, ProtocolError, NoAnswer, Unplugged };
     [[nodiscard]] Delivery deliverNext();
 
-    /// Takes one output report, without report number. A report that is not 64 bytes long, or whose count is not 1 to
-    /// 63, is ignored; so is a frame with a wrong CRC, an unknown command, or a LENGTH that does not fit its command,
-    /// and a deletion with anything but 0 after its slot.
+    /// Processes one output report without report number. Ignores a report that is not 64 bytes long or whose count is
+    /// not 1 to 63, a frame with a wrong CRC, an unknown command or a LENGTH that does not fit its command, and a
+    /// deletion with a byte other than 0 after its slot.
     ///
-    /// A transfer is the packets of phases 1, 2 and so on up to the name, all for the same slot and in that order; the
-    /// last packet may be repeated, and phase 1 starts afresh at any time. The slot is written when the name arrives.
-    /// Any other packet ends the transfer without effect. Every packet is acknowledged, also one for a slot that does
-    /// not exist.
+    /// A transfer consists of the packets of phases 1, 2 and so on up to the name, in this order and for the same slot.
+    /// The last packet may be repeated, and phase 1 starts a new transfer at any time. The slot is written when the
+    /// name arrives. Any other packet cancels the transfer. Every packet is acknowledged, even for a slot that does not
+    /// exist.
     [[nodiscard]] Reaction receive(std::span<const std::uint8_t> report);
 
 private:

@@ -12,20 +12,14 @@ namespace kelvo {
 
 DiskFile::DiskFile(const QByteArray& path, std::stop_token stop) : failure_(open(path)), stop_(std::move(stop)) {}
 
-DiskFile::~DiskFile() {
-    if (fd_ >= 0) {
-        ::close(fd_);
-    }
-}
-
 std::optional<ReadFailure> DiskFile::open(const QByteArray& path) {
-    // The system would take a name with a NUL in it for the shorter name of another file.
+    // The system would end the name at the NUL and open another file.
     if (path.contains('\0')) {
         return ReadFailure{};
     }
-    fd_ = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    fd_.reset(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
-    if (fd_ < 0 || ::fstat(fd_, &status) != 0) {
+    if (!fd_ || ::fstat(fd_.get(), &status) != 0) {
         return ReadFailure{.error = errno};
     }
     const auto size = static_cast<std::uintmax_t>(status.st_size);
@@ -45,7 +39,7 @@ bool DiskFile::read(std::size_t offset, std::span<std::uint8_t> bytes) {
             failure_ = brokenOff(offset, ECANCELED);
             break;
         }
-        const ssize_t count = ::pread(fd_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        const ssize_t count = ::pread(fd_.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
         if (count > 0) {
             offset += static_cast<std::size_t>(count);
             bytes = bytes.subspan(static_cast<std::size_t>(count));

@@ -10,57 +10,53 @@
 #include <stop_token>
 
 #include "LittleEndian.h"
+#include "UniqueFd.h"
 
 namespace kelvo {
 
-/// What could not be done with a file, and why.
+/// Why a file could not be read.
 struct ReadFailure {
-    enum class Step { Open, Type, Length, Memory, Read };
+    enum class Step { Open, Type, Length, Read };
 
     Step step = Step::Open;
-    int error = 0;            ///< errno of Open and Read; 0 there: a name with a NUL, a file that got shorter meanwhile
-    mode_t mode = 0;          ///< with the type that Type refuses
+    int error = 0;            ///< errno of Open and Read; 0 for a name with a NUL and a file that became shorter
+    mode_t mode = 0;          ///< the mode with the refused type, for Type
     std::uintmax_t size = 0;  ///< of the file, from Length on
-    std::size_t held = 0;     ///< bytes of it that could be read, for Read
+    std::size_t held = 0;     ///< bytes that could be read, for Read
 };
 
-/// The longest file that is read.
+/// The size of the largest file that is read, in bytes.
 inline constexpr std::uintmax_t kLargestFile = 0xFFFFFFFF;
 
-/// A regular file that is open for reading. One thread at a time.
+/// A regular file open for reading. One thread at a time.
 class DiskFile {
 public:
-    /// The longest part.
+    /// The most bytes that `part` returns.
     static constexpr std::size_t kLongestPart = 32768;
 
-    /// Opens a file by its name in the system's own bytes. It fails for one that is missing, unreadable, not regular
-    /// (directory, FIFO, socket, device) or longer than kLargestFile. Never waits for the other end of a FIFO. After a
-    /// stop request nothing more is read.
+    /// Opens a file by its name in the system's encoding. Fails for one that is missing, unreadable, not regular
+    /// (directory, FIFO, socket, device) or larger than kLargestFile. Never waits for the other end of a FIFO. After a
+    /// stop request every read fails.
     explicit DiskFile(const QByteArray& path, std::stop_token stop = {});
-    ~DiskFile();
-    DiskFile(const DiskFile&) = delete;
-    DiskFile& operator=(const DiskFile&) = delete;
 
-    /// The first thing that failed; a stop request counts as a read that fails with ECANCELED. Nothing can be read
-    /// after it.
+    /// The first failure, after which nothing can be read. A stop request makes a read fail with ECANCELED.
     [[nodiscard]] const std::optional<ReadFailure>& failure() const { return failure_; }
 
-    /// The length that the file had when it was opened. What is appended later is not read.
+    /// Bytes of the file when it was opened. Bytes appended later are not read.
     [[nodiscard]] std::size_t size() const { return size_; }
 
-    /// Fills `bytes` with those that stand from `offset` on, all of which must lie within size(). Returns whether it
-    /// could.
+    /// Fills `bytes` from `offset` on. The range must lie within size(). Returns false after a failure.
     bool read(std::size_t offset, std::span<std::uint8_t> bytes);
 
     /// Up to `length` bytes, at most kLongestPart, from `offset` on: fewer at the end of the file, none after a
-    /// failure. They are valid until the next call. What the last part held is not read again.
+    /// failure. The view is valid until the next call. Bytes of the previous part are not read again.
     [[nodiscard]] ByteView part(std::size_t offset, std::size_t length);
 
 private:
     [[nodiscard]] std::optional<ReadFailure> open(const QByteArray& path);
     [[nodiscard]] ReadFailure brokenOff(std::size_t offset, int error) const;
 
-    int fd_ = -1;
+    UniqueFd fd_;
     std::size_t size_ = 0;
     std::optional<ReadFailure> failure_;
     std::stop_token stop_;

@@ -7,7 +7,7 @@
 namespace kelvo {
 namespace {
 
-/// The last component of `path` up to its one `extension`, or, with several, each replaced by `joint`, to the last.
+/// The last component of `path` up to its only `extension`, or up to the last of several, each replaced by `joint`.
 QString displayName(const QString& path, const QString& extension, const QString& joint) {
     QStringList pieces = path.section(QLatin1Char('/'), -1).split(extension);
     if (pieces.size() < 3) {

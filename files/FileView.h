@@ -9,7 +9,7 @@
 
 namespace kelvo {
 
-/// The bytes of a file, in memory or on the disk. Cheap to copy; what it looks at must outlive it.
+/// The bytes of a file in memory or on disk. Cheap to copy. The bytes or the DiskFile must outlive it.
 class FileView {
 public:
     FileView() = default;
@@ -19,8 +19,8 @@ public:
 
     [[nodiscard]] std::size_t size() const { return disk_ != nullptr ? disk_->size() : memory_.size(); }
 
-    /// Up to `length` bytes, at most DiskFile::kLongestPart, from `offset` on; fewer at the end of the file. On the
-    /// disk they are valid until the next call, and there are none when it cannot be read.
+    /// Up to `length` bytes, at most DiskFile::kLongestPart, from `offset` on; fewer at the end of the file. For a file
+    /// on disk the view is valid until the next call, and empty after a failure.
     [[nodiscard]] ByteView part(std::size_t offset, std::size_t length) const {
         if (disk_ != nullptr) {
             return disk_->part(offset, length);
@@ -29,8 +29,7 @@ public:
         return rest.first(std::min(length, rest.size()));
     }
 
-    /// The unsigned little-endian number of `width` bytes, at most 4, that stands at `offset`. Bytes past the end count
-    /// as zero.
+    /// The unsigned little-endian number of `width` bytes, at most 4, at `offset`. Bytes after the end count as zero.
     [[nodiscard]] std::uint32_t number(std::size_t offset, std::size_t width) const {
         return littleEndian(part(offset, width));
     }

@@ -15,10 +15,10 @@ namespace {
 
 constexpr float kFullScale = 8388608.0F;
 
-/// What stands for an exact 1.0, which does not fit 24 bits: 0.999999.
+/// The substitute for an exact 1.0, which does not fit 24 bits: 0.999999.
 constexpr float kLargest = std::bit_cast<float>(0x3F7FFFEFU);
 
-/// The ratios are the quotients of the rates rounded to three decimals; the results depend on just these.
+/// The ratios are the quotients of the rates, rounded to three decimals. The results depend on these exact values.
 constexpr IRRate kRates[] = {
     {kIRPointRate, kPointCount, 0.0F},
     {48000, 560, 1.088F},
@@ -27,18 +27,18 @@ constexpr IRRate kRates[] = {
 };
 static_assert(std::ranges::max(kRates, {}, &IRRate::frameCap).frameCap == kIRFrameCount);
 
-float pullIn(float value) {
+float belowFullScale(float value) {
     return std::abs(value) == 1.0F ? std::copysign(kLargest, value) : value;
 }
 
 std::uint32_t decodeFloat(std::uint32_t bits) {
-    const std::int32_t v = truncateToInt32(pullIn(std::bit_cast<float>(bits)) * kFullScale);
+    const std::int32_t v = truncateToInt32(belowFullScale(std::bit_cast<float>(bits)) * kFullScale);
     const auto word = static_cast<std::uint32_t>(v);
     return v < 0 ? (word & 0xFFFFFFU) | 0x800000U : word;
 }
 
-/// One word for each frame of `stride` bytes, all of which `data` holds: its first `width` bytes, moved up by `shift`
-/// bits.
+/// Writes one word per frame of `stride` bytes: its first `width` bytes, shifted left by `shift` bits. `data` contains
+/// all of the frames.
 template <std::size_t width, int shift>
 void decodeFrames(ByteView data, std::size_t stride, std::span<std::uint32_t> out) {
     for (std::size_t i = 0; i < out.size(); ++i) {
@@ -69,7 +69,7 @@ const SampleDecoder* findDecoder(std::uint32_t bitsPerSample) {
     return found == std::end(kDecoders) ? nullptr : found;
 }
 
-/// The IRRate of a rate that is resampled, else one that does nothing.
+/// The entry of a rate that is resampled, otherwise an empty one.
 IRRate resampling(std::int32_t sampleRate) {
     const IRRate* rate = findIRRate(static_cast<std::uint32_t>(sampleRate));
     return rate != nullptr && rate->ratio != 0.0F ? *rate : IRRate{};
@@ -106,7 +106,7 @@ std::optional<std::size_t> decodeFirstChannel(ByteView data, std::uint32_t chann
 }
 
 float levelOf(std::uint32_t point) {
-    // The shifts carry bit 23 through bits 24 to 31.
+    // The shifts copy bit 23, the sign, into bits 24 to 31.
     return static_cast<float>(static_cast<std::int32_t>(point << 8) >> 8) / kFullScale;
 }
 
@@ -134,7 +134,7 @@ void Resample(std::span<const float, kIRFrameCount> in, std::int32_t sampleRate,
 
 void FCovertoI(std::span<float, kPointCount> in, std::span<std::uint32_t, kPointCount> out) {
     for (std::size_t k = 0; k < out.size(); ++k) {
-        in[k] = pullIn(in[k]);
+        in[k] = belowFullScale(in[k]);
         const std::int32_t v = truncateToInt32(in[k] * kFullScale);
         out[k] = (static_cast<std::uint32_t>(v) & 0xFFFFFFU) | (v < 0 ? 0x800000U : 0U);
     }

@@ -13,14 +13,14 @@ constexpr std::size_t kFormType = 8;
 
 static_assert(sizeof(RIFF_HEADER) == 12 && sizeof(FMT_BLOCK) == 24 && sizeof(DATA_BLOCK) == 8);
 
-bool standsAt(FileView file, std::size_t offset, std::string_view text) {
+bool isAt(FileView file, std::size_t offset, std::string_view text) {
     return std::ranges::equal(file.part(offset, text.size()), text);
 }
 
-/// Whether the first and the last byte of `id` stand anywhere in `block` at their distance. Without a way out of the
-/// loop the compiler makes vector code of it, which is several times as fast as std::search, above all in a file full
-/// of 'f'.
-bool mayHold(ByteView block, std::string_view id) {
+/// Whether the first and the last byte of `id` occur anywhere in `block` at the right distance. Without an early exit
+/// the compiler vectorises the loop, which makes it several times as fast as std::search, above all in a file full of
+/// 'f'.
+bool mayContain(ByteView block, std::string_view id) {
     const auto first = static_cast<std::uint8_t>(id.front());
     const auto last = static_cast<std::uint8_t>(id.back());
     const std::size_t distance = id.size() - 1;
@@ -34,7 +34,7 @@ bool mayHold(ByteView block, std::string_view id) {
     return found != 0;
 }
 
-/// Where the first `id` stands; the file's size when there is none.
+/// Offset of the first `id`, or the file's size if there is none.
 std::size_t findChunk(FileView file, std::string_view id) {
     constexpr std::size_t kBlockSize = 4096;
     std::size_t begin = 0;
@@ -42,7 +42,7 @@ std::size_t findChunk(FileView file, std::string_view id) {
         // An id that begins in this block may end in the next.
         const ByteView block = file.part(begin, kBlockSize + id.size() - 1);
         const auto found =
-            mayHold(block, id) ? std::search(block.begin(), block.end(), id.begin(), id.end()) : block.end();
+            mayContain(block, id) ? std::search(block.begin(), block.end(), id.begin(), id.end()) : block.end();
         if (found != block.end()) {
             return begin + static_cast<std::size_t>(found - block.begin());
         }
@@ -51,7 +51,7 @@ std::size_t findChunk(FileView file, std::string_view id) {
     return file.size();
 }
 
-/// Takes the next field from the front of `bytes`, which has it.
+/// Removes the next field from the front of `bytes`, which contains it completely.
 template <typename Field>
 Field take(ByteView& bytes) {
     Field field;
@@ -69,13 +69,13 @@ WAVE_FORMAT takeFormat(ByteView& bytes) {
             take<std::uint32_t>(bytes), take<std::uint16_t>(bytes), take<std::uint16_t>(bytes)};
 }
 
-/// Fills `wave` up to the rule that it returns.
+/// Fills `wave` up to the first broken rule and returns that.
 WaveRule firstBroken(FileView file, WaveLayout& wave) {
     ByteView rest = file.part(0, sizeof(RIFF_HEADER));
-    if (!standsAt(rest, 0, "RIFF")) {
+    if (!isAt(rest, 0, "RIFF")) {
         return WaveRule::RiffMark;
     }
-    if (!standsAt(rest, kFormType, "WAVE")) {
+    if (!isAt(rest, kFormType, "WAVE")) {
         return WaveRule::WaveMark;
     }
     wave.riffheader = {take<FourChars>(rest), take<std::uint32_t>(rest), take<FourChars>(rest)};
@@ -113,7 +113,7 @@ WaveLayout findWave(FileView file) {
 }
 
 bool isInternalIR(FileView file) {
-    return standsAt(file, 0, kInternalMagic);
+    return isAt(file, 0, kInternalMagic);
 }
 
 std::string_view internalName(FileView file) {

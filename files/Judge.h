@@ -11,19 +11,19 @@
 
 namespace kelvo {
 
-// Whether an import would accept a file, without the whole file in memory: by the readers' own rules, over what these
-// rules look at and nothing else. Any thread.
+// Whether an import would accept a file. Applies the readers' rules and reads only the bytes that these check. Any
+// thread.
 
-/// What RVIRFile makes of a file.
+/// Whether RVIRFile accepts a file, and why not.
 struct IRVerdict {
-    std::optional<ReadFailure> failure;  ///< what could not be read; then nothing else counts
-    bool isInternal = false;             ///< it has the device's own format, which is always accepted
+    std::optional<ReadFailure> failure;  ///< if set, the other members are meaningless
+    bool isInternal = false;             ///< has the device's own format, which is always accepted
     WaveLayout wave;                     ///< of any other file
 
     [[nodiscard]] bool isAccepted() const;
 };
 
-/// What AMPFile makes of a file.
+/// Whether AMPFile accepts a file, and why not.
 struct AmpVerdict {
     std::optional<ReadFailure> failure;
     AmpLayout amp;

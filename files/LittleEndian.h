@@ -8,7 +8,7 @@ namespace kelvo {
 
 using ByteView = std::span<const std::uint8_t>;
 
-/// The unsigned little-endian number that these bytes, at most 4, are.
+/// The unsigned little-endian number in these bytes, at most 4.
 template <std::size_t extent>
 [[nodiscard]] constexpr std::uint32_t littleEndian(std::span<const std::uint8_t, extent> bytes) {
     std::uint32_t value = 0;

@@ -7,11 +7,9 @@
 #include <optional>
 #include <span>
 
-#include "DiskFile.h"
-
 namespace kelvo {
 
-/// A file's bytes in memory. Not a vector, which would write zeros first: that costs as much as the reading.
+/// A file's bytes in memory. Not a vector, which would write zeros first; that takes as long as reading.
 struct FileContent {
     std::unique_ptr<std::uint8_t[]> bytes;
     std::size_t size = 0;
@@ -19,8 +17,8 @@ struct FileContent {
     operator std::span<const std::uint8_t>() const { return {bytes.get(), size}; }
 };
 
-/// Reads a whole file into memory, an empty one too. Nothing is returned for a file that DiskFile does not open, that
-/// is larger than the memory, or that gets shorter while it is read; `failure`, if given, then says which. Any thread.
-[[nodiscard]] std::optional<FileContent> readWholeFile(const QString& path, ReadFailure* failure = nullptr);
+/// Reads a complete file, which may be empty, into memory. Returns nothing for a file that DiskFile does not open, that
+/// does not fit into memory, or that becomes shorter while it is read. Any thread.
+[[nodiscard]] std::optional<FileContent> readWholeFile(const QString& path);
 
 }  // namespace kelvo

@@ -1,4 +1,4 @@
-// An amp model file from a stranger, behind a good one, against a second reading of the same bytes.
+// An untrusted amp model file after a good one. A second reader checks the result.
 
 #include <algorithm>
 #include <string_view>
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     kelvo::AmpPiontBuff.fill(kUntouched);
     const bool accepted = kelvo::fuzz::modelAmp(bytes, words);
     check(file.OpenFile(source.path()) == accepted, "the reader takes just what the format allows");
-    check(file.IsFileOpenSuccess == accepted, "the flag tells whether a file is open");
+    check(file.IsFileOpenSuccess == accepted, "the flag says whether a file is open");
     check(kelvo::judgeAmpFile(source.path()).isAccepted() == accepted, "the judge accepts what the reader does");
     check(file.ampSwBuffer.AmpIntBuffer == words, "the words are the model's");
     if (accepted) {

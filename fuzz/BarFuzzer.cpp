@@ -113,7 +113,7 @@ private:
     }
 
     FuzzInput input_;
-    /// Small: the cost of a frame grows with its pixels, what can go wrong in it does not.
+    /// Small, because more pixels cost time and reveal no more errors.
     kelvo::BarStage stage_{60, 12};
 };
 
@@ -128,7 +128,7 @@ public:
             step();
         }
         scene_.update();
-        // Each completion of a fade in the completion block adds another one, so they never end.
+        // Each completion block starts another fade with a completion block, so they never end.
         for (int i = 0; i < 100 && scene_.isEnding(); ++i) {
             seconds_ += 1e6;
             scene_.update();
@@ -137,7 +137,7 @@ public:
     }
 
 private:
-    /// Layer 0 is the root; a layer only goes below one with a smaller number, so the tree stays one.
+    /// Layer 0 is the root. A superlayer always has a smaller number, so there is never a cycle.
     kelvo::Layer& layer(std::size_t number) { return *layers_[number]; }
 
     void step() {
@@ -189,7 +189,7 @@ private:
     }
     void complete(int) {
         ++completed_;
-        // A completion may change layers, also while others are ending.
+        // A completion may change layers while other animations end.
         layers_[0]->setOpacity(layers_[0]->opacity() == 0.0F ? 1.0F : 0.0F);
     }
 

@@ -1,5 +1,5 @@
-// Frames from a hostile device into the running controller, between what its user does. The controller is started
-// once, with both worker threads; every input then begins with the same labels and phases.
+// Frames from a hostile device and actions of the user, for the running controller. The controller is started once,
+// with both worker threads; every input begins with the same labels and phases.
 
 #include <condition_variable>
 #include <mutex>
@@ -15,7 +15,7 @@ using kelvo::fuzz::FuzzInput;
 
 namespace {
 
-/// A device that takes everything and says nothing.
+/// A device that accepts all reports and sends none.
 class MuteManager : public kelvo::HidManager {
 public:
     bool open(const kelvo::HidMatching&, kelvo::HidCallbacks callbacks) override {
@@ -46,7 +46,7 @@ struct Session {
     kelvo::KelvoAppDelegate controller{manager, services.functions()};
 };
 
-/// The session of this process, started; it never ends.
+/// The running session of this process. It never ends.
 Session& session() {
     static Session* const running = [] {
         auto* const made = new Session;
@@ -57,7 +57,7 @@ Session& session() {
             }
         };
         made->controller.applicationDidFinishLaunching();
-        // Painted when the fuzzer wants it, and not whenever events are served.
+        // Painted only on request of the fuzzer, not whenever events are served.
         made->controller.window().hide();
         return made;
     }();
@@ -78,7 +78,7 @@ public:
 
 private:
     void step() {
-        // Mostly frames: they are what a hostile device has, and an import costs far more time.
+        // Mostly frames: a hostile device can send nothing else, and imports take far more time.
         switch (input_.below(16)) {
             case 0:
                 return user_.importIR(input_.below(11), input_.below(3));
@@ -92,20 +92,20 @@ private:
             case 4: {
                 constexpr std::uint8_t kKnown[] = {0x85, 0xE3, 0xA5, 0xE1, 0xE2, 0xE4, 0xE0, 0x00};
                 buffer_[5] = input_.byte();
-                return tell(kKnown[input_.below(8)]);
+                return sendFrame(kKnown[input_.below(8)]);
             }
             default: {
                 const std::uint8_t command = input_.byte();
                 const auto data = input_.bytes(input_.below(128));
                 std::ranges::copy(data, buffer_.begin() + 5);
-                return tell(command);
+                return sendFrame(command);
             }
         }
     }
     void paintRow(const QTableView& table) {
         table.viewport()->grab(table.visualRect(table.model()->index(static_cast<int>(input_.below(10)), 0)));
     }
-    void tell(std::uint8_t command) {
+    void sendFrame(std::uint8_t command) {
         buffer_[4] = command;
         session_.controller.CMD_CallBack(buffer_);
         model_.frame(buffer_);

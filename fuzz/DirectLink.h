@@ -9,8 +9,8 @@
 
 namespace kelvo::fuzz {
 
-/// A HID layer without a thread: `run` lets one device arrive, does what it was given, and returns. What the link does
-/// then happens in the order of the calls below, and the same input gives the same run.
+/// A HID layer without a thread: `run` announces one device, runs the given function and returns. The link's actions
+/// follow the order of the calls below, so the same input gives the same run.
 class DirectManager : public HidManager {
 public:
     explicit DirectManager(std::function<void()> body) : body_(std::move(body)) {}
@@ -28,7 +28,7 @@ public:
     void deliver(std::span<const std::uint8_t> report) { callbacks_.inputReport(device, report); }
     void unplug() { callbacks_.deviceRemoval(device); }
 
-    /// Takes the output reports; set before `run`.
+    /// Receives the output reports. Set it before `run`.
     std::shared_ptr<HidDevice> device;
 
 private:
@@ -36,7 +36,7 @@ private:
     HidCallbacks callbacks_;
 };
 
-/// A device that hands each output report to a function.
+/// A device that passes each output report to a function.
 class DirectDevice : public HidDevice {
 public:
     using Taker = std::function<bool(std::span<const std::uint8_t, kReportSize> report)>;

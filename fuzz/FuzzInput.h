@@ -10,7 +10,7 @@
 
 namespace kelvo::fuzz {
 
-/// Ends the process as a finding when the program and what is known about it disagree.
+/// Ends the process as a finding when the program and its model disagree.
 inline void check(bool holds, const char* promise) {
     if (!holds) {
         std::fprintf(stderr, "broken promise: %s\n", promise);
@@ -18,7 +18,7 @@ inline void check(bool holds, const char* promise) {
     }
 }
 
-/// One fuzzer input, taken from the front. Behind its end everything is zero, so that every input means something.
+/// One fuzzer input, read from the front. All bytes after its end are zero, so that every input is valid.
 class FuzzInput {
 public:
     FuzzInput(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}

@@ -112,8 +112,8 @@ void User::checkState() const {
     check(controller_.PRESET_PARAValue() == model_.progress, "the progress is the model's");
 }
 
-/// Never ends: the process leaves without destructors. Visible to other sources, or the compiler would drop the
-/// pointer and the leak check would miss it.
+/// Never destroyed. Visible to other sources, because otherwise the compiler would remove the pointer and the leak
+/// check would report the object.
 QApplication* keptForGood;
 
 void startToolkit() {

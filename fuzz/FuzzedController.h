@@ -14,7 +14,7 @@
 
 namespace kelvo::fuzz {
 
-/// Files that a user may choose, in memory: two sound ones of each kind and a bad one.
+/// Files in memory that a user may choose: two good ones and a bad one of each kind.
 class Files {
 public:
     struct Choice {
@@ -31,22 +31,22 @@ public:
     std::array<Choice, kKinds> amps;
 };
 
-/// The controller's user, and the model beside it: what is done here is told to both.
+/// The controller's user. Applies each action to the controller and to the model.
 class User {
 public:
     User(KelvoAppDelegate& controller, test::ScriptedServices& services, ControllerModel& model)
         : controller_(controller), services_(services), model_(model) {}
 
-    /// Ends whatever an earlier input left: labels and progress as from a device that is all zeros, and the first
-    /// packet of one import of each kind as the last that was sent.
+    /// Resets the state that an earlier input left: labels and progress as from a device with all zeros, and the first
+    /// packet of one import of each kind as the last one sent.
     void beginAnew();
 
-    /// Row 10 stands for none.
+    /// Row 10 means none.
     void importIR(std::size_t row, std::size_t file);
     void importAMP(std::size_t row, std::size_t file);
     void deleteCab(std::size_t row, bool confirm);
 
-    /// Labels, progress and phases are the model's.
+    /// Checks that labels, progress and phases are the model's.
     void checkState() const;
 
 private:

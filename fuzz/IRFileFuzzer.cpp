@@ -1,4 +1,4 @@
-// An impulse-response file from a stranger: reader and converter against a second reading of the same bytes.
+// An untrusted impulse-response file. A second implementation checks reader and converter.
 
 #include <algorithm>
 #include <string_view>
@@ -20,7 +20,7 @@ void checkName(const kelvo::RVIRFile& file, const QString& name) {
     check(stored == (file.isInteralIR ? "" : name.toStdString()), "the slot's name is the file's");
 }
 
-/// Any text may be a file's name.
+/// A file's name may be any text.
 void checkAnyName(std::span<const std::uint8_t> bytes) {
     const QString path = QString::fromUtf8(QByteArray::fromStdString({bytes.begin(), bytes.end()}));
     kelvo::NameBuffer name;
@@ -29,7 +29,7 @@ void checkAnyName(std::span<const std::uint8_t> bytes) {
     const auto end = std::find(name.begin(), name.end(), '\0');
     check(end <= name.begin() + 10, "a slot's name has at most ten bytes");
     check(std::all_of(name.begin() + 11, name.end(), [](char letter) { return letter == 'x'; }),
-          "nothing is written behind a name");
+          "nothing is written after a name");
 }
 
 }  // namespace
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const kelvo::fuzz::IRModelResult expected = kelvo::fuzz::modelIR(bytes);
     kelvo::RVIRFile file;
     check(file.OpenFilePath(source.path()) == expected.opened, "the reader takes just what the format allows");
-    check(file.IsFileOpenSuccess == expected.opened, "the flag tells whether a file is open");
+    check(file.IsFileOpenSuccess == expected.opened, "the flag says whether a file is open");
     check(kelvo::judgeIRFile(source.path()).isAccepted() == expected.converted, "the judge accepts what is converted");
     std::array<std::uint32_t, kelvo::kPointCount> points;
     for (int pass = 0; pass < 2; ++pass) {

@@ -12,7 +12,7 @@
 
 namespace kelvo::fuzz {
 
-/// A regular file that lives in memory and has a path, for readers that want one. Its name is a number.
+/// A regular file in memory, with a path for readers that need one. Its name is a number.
 class MemoryFile {
 public:
     explicit MemoryFile(std::span<const std::uint8_t> content) : fd_(::memfd_create("fuzz", MFD_CLOEXEC)) {

@@ -1,6 +1,6 @@
-// Whole transfers against a pedal whose answers, timing, refusals and unplug come from the fuzzer, in one thread: every
-// output report is compared with what a model of unpacker and controller expects, so a packet that mixes two imports,
-// goes to a row that nobody chose or comes unasked is a finding.
+// Complete transfers to a pedal whose answers, timing, refusals and unplug come from the fuzzer, in one thread. A model
+// of unpacker and controller checks every output report, so a packet that mixes two imports, fills a row that was not
+// chosen or is sent unexpectedly is a finding.
 
 #include <deque>
 #include <set>
@@ -20,7 +20,8 @@ using kelvo::test::Bytes;
 
 namespace {
 
-/// The controller of this process, which never ends: its windows take longer to make than an input to run.
+/// The controller of this process. It is never destroyed, because making its windows takes longer than running an
+/// input.
 struct Session {
     std::function<void()> play;
     kelvo::fuzz::DirectManager manager{[this] { play(); }};
@@ -126,7 +127,7 @@ private:
         rows_.insert(row);
         return row;
     }
-    /// The pedal's next report comes so many times, with one byte changed.
+    /// Repeats the pedal's next report this many times, with one byte changed.
     void deliver(int times, std::size_t at = 0, std::uint8_t change = 0) {
         if (answers_.empty()) {
             return;
@@ -162,7 +163,7 @@ private:
         }
         return accepted;
     }
-    /// Every frame goes out whole, or up to the report that was refused.
+    /// Checks that every frame is sent completely, or up to a refused report.
     void checkSent() {
         for (const Bytes& frame : model_.takeSent()) {
             if (!open_) {

@@ -1,5 +1,5 @@
-// Input reports from a hostile device, into the ring and out of the unpacker: tick by tick against a second model of
-// both, and, as long as the ring never overflowed, against a search of the whole stream.
+// Input reports from a hostile device, through ring and unpacker. A model checks both after every tick, and as long as
+// the ring never overflowed, a search of the complete stream checks the frames.
 
 #include "AppClassPoint.h"
 #include "CircleBuffer.h"
@@ -16,7 +16,7 @@ using kelvo::test::Bytes;
 
 namespace {
 
-/// Keeps every frame with what lies behind it.
+/// Keeps every frame with the bytes after it.
 class Stage : public kelvo::AppClass {
 public:
     Stage() { kelvo::AppClassPoint = this; }
@@ -76,7 +76,7 @@ private:
             }
             case 5: {
                 const Bytes again = last_;
-                // Enough to overflow the ring, which costs as much as hundreds of other steps, only now and then.
+                // Enough to overflow the ring. Rare, because it costs as much as hundreds of other steps.
                 for (std::size_t times = input_.below(16) == 0 ? 160 + input_.below(40) : input_.below(8); times > 0;
                      --times) {
                     report(again);
@@ -108,7 +108,7 @@ private:
             const auto expected = model_.tick();
             check(stage_.frames.size() - before == expected.size(), "a tick hands on as many frames as the model's");
             check(std::equal(expected.begin(), expected.end(), stage_.frames.end() - std::ssize(expected)),
-                  "the frames are the model's, with all that lies behind them");
+                  "the frames are the model's, with all bytes after them");
         }
     }
     void compareWithSearch() {

@@ -21,7 +21,7 @@ inline test::Bytes soundFrame(std::span<const std::uint8_t> body) {
     return frame;
 }
 
-/// `bytes` as input reports, up to 63 of them in each; what lies behind them is 0xAA.
+/// `bytes` as input reports, up to 63 of them in each; the bytes after them are 0xAA.
 inline std::vector<test::Bytes> inReports(std::span<const std::uint8_t> bytes) {
     std::vector<test::Bytes> reports;
     while (!bytes.empty()) {
@@ -34,7 +34,7 @@ inline std::vector<test::Bytes> inReports(std::span<const std::uint8_t> bytes) {
     return reports;
 }
 
-/// Fills the unpacker's whole buffer, so that what an earlier input left there is gone.
+/// Fills the unpacker's complete buffer, so that nothing of an earlier input is left.
 inline const std::vector<test::Bytes>& longestFrame() {
     static const std::vector<test::Bytes> reports = inReports(soundFrame(test::Bytes(1018)));
     return reports;

@@ -8,24 +8,24 @@ namespace kelvo {
 
 /// Moves a property of a layer between two values. It changes what is shown, never the property itself.
 ///
-/// It is a plain function of the time since its start. The toolkit's animation objects run on a clock of their own,
-/// also while nobody sees them; these need no more than the frame timer of the view, and a test can set the time.
+/// A pure function of the time since its start. The toolkit's animation objects would run on their own clock, also
+/// while the view is hidden; these need only the view's frame timer, and a test can set the time.
 struct BasicAnimation {
     /// "position.x" or "opacity".
     std::string keyPath{};
 
-    /// The end is `toValue` or, without one, `byValue` further on.
+    /// The end is `toValue`, or `fromValue` + `byValue` without one.
     double fromValue = 0.0;
     double byValue = 0.0;
     std::optional<double> toValue{};
 
-    /// Seconds of one run. Zero or less takes LayerScene::kDefaultDuration when the animation is added.
+    /// Seconds of one run. Zero or less is replaced by LayerScene::kDefaultDuration when the animation is added.
     double duration = 0.0;
     /// Linear by default.
     QEasingCurve timingFunction{};
-    /// Infinity runs for ever.
+    /// Infinity repeats endlessly.
     double repeatCount = 1.0;
-    /// An animation that is not removed stays listed under its key when it has ended, but shows no more.
+    /// An animation that is not removed stays under its key after its end, but has no effect.
     bool removedOnCompletion = true;
 
     /// Seconds of all runs.
@@ -36,7 +36,7 @@ struct BasicAnimation {
     bool operator==(const BasicAnimation&) const = default;
 };
 
-/// The pace of implicit animations.
+/// The timing of implicit animations.
 QEasingCurve defaultTiming();
 QEasingCurve easeInEaseOut();
 

@@ -17,11 +17,11 @@
 
 namespace kelvo {
 
-/// A rectangle that keeps its painted picture: a background and contents over it. Its sublayers lie over both. Lengths
-/// are points, y grows downward. A change shows at the next frame. Main thread.
+/// A rectangle with a background, contents over it and sublayers over both. Keeps the painted picture of background and
+/// contents. Lengths are points, y grows downward. A change shows at the next frame. Main thread.
 class Layer {
 public:
-    /// A gradient from top to bottom with its colours at even distances. One colour is plain, none is no background.
+    /// A gradient from top to bottom with evenly spaced colours. One colour is solid, none is no background.
     using Gradient = std::vector<QColor>;
     /// An image is repeated from the upper left corner.
     using Background = std::variant<Gradient, LayerImage>;
@@ -31,28 +31,27 @@ public:
     Layer(const Layer&) = delete;
     Layer& operator=(const Layer&) = delete;
 
-    /// The rectangle in the superlayer's coordinates. Setting it places the anchor point; sizes below zero count as
-    /// zero.
+    /// The rectangle in the superlayer's coordinates. Setting it moves the anchor point. Negative sizes count as zero.
     QRectF frame() const;
     void setFrame(const QRectF& frame);
     /// The rectangle in the layer's own coordinates, in which its sublayers lie. It begins at (0, 0).
     QRectF bounds() const { return {{}, size_}; }
-    /// The point of the bounds that lies at the position, from (0, 0) for the upper left to (1, 1) for the lower right
-    /// corner; (0.5, 0.5) at first.
+    /// The point of the bounds at the layer's position, from (0, 0) for the upper left to (1, 1) for the lower right
+    /// corner; initially (0.5, 0.5).
     QPointF anchorPoint() const { return anchorPoint_; }
     void setAnchorPoint(QPointF anchorPoint) { set(anchorPoint_, anchorPoint); }
     QPointF position() const { return position_; }
 
-    /// Rounds the background and, with masksToBounds, the clip; at most half of the shorter side is used.
+    /// Rounds the background and, with masksToBounds, the clip. Limited to half of the shorter side.
     double cornerRadius() const { return cornerRadius_; }
     void setCornerRadius(double radius);
-    /// Whether the layer and its sublayers are cut off at the bounds.
+    /// Whether the layer and its sublayers are clipped to the bounds.
     bool masksToBounds() const { return masksToBounds_; }
     void setMasksToBounds(bool masks);
 
     float opacity() const { return opacity_; }
-    /// Fades from what is shown to the new value in LayerScene::kDefaultDuration, unless actions are disabled or the
-    /// layer has no superlayer and is not the root. The same value again changes nothing.
+    /// Fades from the shown opacity to the new value in LayerScene::kDefaultDuration, unless actions are disabled or
+    /// the layer is outside the tree. Setting the current value has no effect.
     void setOpacity(float opacity);
 
     const Background& background() const { return background_; }
@@ -61,14 +60,14 @@ public:
     /// The image, which may be empty, is stretched over the bounds.
     void setContents(LayerImage contents);
 
-    /// Puts the layer above the sublayers that are there. It leaves the superlayer it had.
+    /// Adds the layer above the existing sublayers and removes it from its previous superlayer.
     void addSublayer(Layer& layer);
     const std::vector<Layer*>& sublayers() const { return sublayers_; }
     Layer* superlayer() const { return superlayer_; }
 
-    /// Starts now; replaces the animation under the same key.
+    /// Starts the animation now and replaces the one under the same key.
     void addAnimation(BasicAnimation animation, const std::string& key);
-    /// The animation under the key as it was added, with its default duration filled in; null if there is none.
+    /// The animation under the key, with its default duration filled in; null if there is none.
     const BasicAnimation* animation(const std::string& key) const;
     void removeAnimation(const std::string& key);
 
@@ -77,10 +76,10 @@ public:
     QPointF shownPosition() const;
     float shownOpacity() const;
 
-    /// Background and contents at `ratio` pixels per point. They are painted when they are first asked for and kept
-    /// until they change. Null if there is nothing to see.
+    /// Background and contents at `ratio` pixels per point, painted when first needed and kept until they change. Null
+    /// if both are empty.
     const QImage& picture(double ratio) const;
-    /// How much of each pixel the layer lets through, kept in the same way.
+    /// The layer's coverage of each pixel, kept in the same way. See paintMask.
     const QImage& mask(QSize size, const QRectF& shape, double ratio) const;
 
 private:

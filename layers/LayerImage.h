@@ -8,7 +8,7 @@ class QPainter;
 
 namespace kelvo {
 
-/// An image without pixels of its own: a size in points and a routine that draws it at any resolution.
+/// An image without pixels: a size in points and a routine that draws it at any resolution.
 class LayerImage {
 public:
     /// Draws within (0, 0) to (width, height) points, y downward, on an antialiasing painter.

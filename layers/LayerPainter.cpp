@@ -25,14 +25,14 @@ QBrush gradientBrush(const Layer::Gradient& colors, const QRectF& bounds) {
     return gradient;
 }
 
-/// A length in pixels, rounded up and bounded.
+/// A length in whole pixels, rounded up and limited.
 int pixels(double length) {
     constexpr double kRoundingError = 1e-6;
     constexpr double kMost = 16384.0;
     return static_cast<int>(std::min(std::ceil(length - kRoundingError), kMost));
 }
 
-/// The tile fills whole pixels, so that its repetitions meet without a gap.
+/// The tile covers whole pixels, so that there is no gap between its repetitions.
 QImage paintTile(const LayerImage& tile, double ratio) {
     const QSizeF size = tile.size();
     QImage image = blank({pixels(size.width() * ratio), pixels(size.height() * ratio)});
@@ -50,15 +50,15 @@ bool isBlank(const Layer& layer) {
     return !hasBackground && layer.contents().isEmpty();
 }
 
-/// `coverage` of 255 parts of `above`, the rest of `below`.
+/// `coverage` / 255 of `above` plus the rest of `below`.
 QRgb mixed(QRgb above, QRgb below, int coverage) {
     const auto channel = [coverage](int a, int b) { return (a * coverage + b * (255 - coverage) + 127) / 255; };
     return qRgba(channel(qRed(above), qRed(below)), channel(qGreen(above), qGreen(below)),
                  channel(qBlue(above), qBlue(below)), channel(qAlpha(above), qAlpha(below)));
 }
 
-/// Takes back what the mask cuts off and what an opacity below 1 leaves of the image as it was before. The mask is a
-/// rounded rectangle, so between the two ends of a row there is nothing to take back.
+/// Blends `before` back into `image` where the mask or an opacity below 1 requires it. The mask is a rounded rectangle,
+/// so all pixels between two fully covered ones of a row are fully covered too.
 void mixBack(QImage& image, const QImage& before, const QRect& inside, const QImage& mask, float opacity) {
     const int fullCoverage = static_cast<int>(std::lround(opacity * 255.0F));
     for (int y = 0; y < inside.height(); ++y) {
@@ -81,7 +81,7 @@ void mixBack(QImage& image, const QImage& before, const QRect& inside, const QIm
     }
 }
 
-/// `superOrigin` is where the superlayer begins, in pixels. Nothing outside of `area` changes.
+/// `superOrigin` is the superlayer's origin in pixels. Only pixels within `area` change.
 void compose(QImage& image, const Layer& layer, QPointF superOrigin, double ratio, const QRect& area) {
     const float opacity = std::min(layer.shownOpacity(), 1.0F);
     const QRectF frame = layer.shownFrame();

@@ -33,7 +33,7 @@ void LayerScene::update() {
     if (root_) {
         root_->endAnimations(ended);
     }
-    // Only now that every layer is settled: a block may change layers.
+    // Only after all layers are up to date: a block may change layers.
     for (LayerCompletion& completion : ended) {
         release(std::move(completion));
     }

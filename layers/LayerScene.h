@@ -9,20 +9,20 @@ namespace kelvo {
 
 class Layer;
 
-/// The time that animations run by: seconds since any fixed moment, never going back.
+/// The clock of the animations: seconds since a fixed moment, never decreasing.
 using LayerClock = std::function<double()>;
 
-/// The completion block of a transaction, held by the transaction and by each animation that was added to it. The last
-/// holder to release it runs it.
+/// The completion block of a transaction, shared by the transaction and the animations that were added to it. The last
+/// owner that releases it runs it.
 using LayerCompletion = std::shared_ptr<const std::function<void()>>;
 void release(LayerCompletion completion);
 
-/// What the layers of one tree share: the time and the transactions. It must outlive the layers. Main thread.
+/// The clock and the transactions of one tree of layers. It must outlive the layers. Main thread.
 ///
-/// A change outside of begin and commit belongs to the implicit transaction, which ends with the next update().
+/// Changes outside begin and commit belong to the implicit transaction, which ends with the next update().
 class LayerScene {
 public:
-    /// Seconds that an implicit animation takes.
+    /// Seconds of an implicit animation.
     static constexpr double kDefaultDuration = 0.25;
 
     /// `changed` is called after each change of a layer or its animations.
@@ -38,24 +38,24 @@ public:
     /// implicit transaction.
     void begin();
     void commit();
-    /// Whether a change of opacity in the current transaction acts at once instead of fading.
+    /// Whether a change of opacity in the current transaction takes effect at once instead of fading.
     void setDisableActions(bool disable) { transactions_.back().disableActions = disable; }
     bool disableActions() const { return transactions_.back().disableActions; }
-    /// `block` runs once, when the current transaction is over and the animations that were added to it after this call
-    /// have ended or have been replaced or removed. A second block does not replace the first: each waits for the
-    /// animations between it and the next.
+    /// Runs `block` once, when the current transaction is over and all animations that were added to it after this call
+    /// have ended or been replaced or removed. A second block does not replace the first: each waits for the animations
+    /// added between it and the next.
     void setCompletionBlock(std::function<void()> block);
 
-    /// Ends the implicit transaction and each animation of the tree whose time is over, and runs the completion blocks
-    /// that are due.
+    /// Ends the implicit transaction and all animations of the tree whose time is over. Runs the completion blocks that
+    /// are due.
     void update();
 
     /// Whether any animation of the tree runs.
     bool isAnimating() const;
-    /// Whether any runs that will end by itself.
+    /// Whether any animation of the tree runs that is not endless.
     bool isEnding() const;
 
-    /// The layer at the top of the tree; none at first.
+    /// The layer at the top of the tree; initially none.
     void setRoot(Layer* root) { root_ = root; }
     Layer* root() const { return root_; }
 
@@ -70,11 +70,11 @@ private:
     LayerClock clock_;
     std::function<void()> changed_;
     Layer* root_ = nullptr;
-    // The first one is implicit.
+    // The first one is the implicit transaction.
     std::vector<Transaction> transactions_{1};
 };
 
-/// A transaction that lasts as long as the scope, with actions disabled.
+/// A transaction with disabled actions that lasts as long as this object.
 class ActionlessTransaction {
 public:
     explicit ActionlessTransaction(LayerScene& scene) : scene_(scene) {

@@ -44,7 +44,7 @@ void LayerView::paintFrame(QPainter& painter) const {
     const QTransform device = painter.deviceTransform();
     const double ratio = device.m11() > 0.0 ? device.m11() : 1.0;
     const QSize size(static_cast<int>(std::ceil(width() * ratio)), static_cast<int>(std::ceil(height() * ratio)));
-    // On a scaled display a widget may begin within a pixel. The picture does not: it would blur.
+    // On a scaled display a widget may begin inside a pixel. The picture is shifted to a whole pixel, or it would blur.
     const QPointF begin(device.dx(), device.dy());
     const QPointF shift = (begin.toPoint() - begin) / ratio;
     painter.save();
@@ -57,7 +57,7 @@ void LayerView::paintFrame(QPainter& painter) const {
 void LayerView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintFrame(painter);
-    // The painting of a view that comes back to the screen sets it in motion again.
+    // A view that becomes visible again is painted; this restarts its timer.
     if (scene_.isAnimating()) {
         startTimer();
     }
@@ -70,7 +70,7 @@ void LayerView::timerEvent(QTimerEvent* event) {
 }
 
 void LayerView::showEvent(QShowEvent*) {
-    // Only the window is told when it becomes exposed.
+    // Only the native window receives expose events.
     if (QWindow* const handle = window()->windowHandle()) {
         handle->installEventFilter(this);
     }

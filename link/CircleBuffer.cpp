@@ -7,7 +7,7 @@
 namespace kelvo {
 namespace {
 
-std::mutex rx_mutex;  // guards all that follows
+std::mutex rx_mutex;  // guards the variables below
 std::array<std::uint8_t, kRxBufferSize> rx_buffer;
 std::uint32_t rx_buffer_count = 0;
 std::uint32_t rx_buffer_writep = 0;

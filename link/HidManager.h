@@ -10,13 +10,13 @@
 
 namespace kelvo {
 
-/// Size of an input and of an output report without its report number, fixed by the device's report descriptor.
+/// Bytes of an input or output report without its report number, as the device's report descriptor fixes it.
 inline constexpr std::size_t kReportSize = 64;
 
 using Report = std::array<std::uint8_t, kReportSize>;
 
-/// Which devices a HidManager looks for; all three numbers must match. `versionNumber` is the device release of the USB
-/// device descriptor (bcdDevice) read as a plain binary number.
+/// The devices that a HidManager looks for. All three numbers must match. `versionNumber` is the device release of the
+/// USB device descriptor (bcdDevice), read as a plain binary number.
 struct HidMatching {
     std::int64_t vendorId = 0;
     std::int64_t productId = 0;
@@ -24,30 +24,31 @@ struct HidMatching {
     bool operator==(const HidMatching&) const = default;
 };
 
-/// One attached HID device. Its identity is its address. It may outlive its removal; reports are then refused.
+/// One HID device. Its address is its identity. The object may outlive the removal of the device; it then refuses
+/// reports.
 class HidDevice {
 public:
     virtual ~HidDevice() = default;
 
-    /// Sends one output report, report number 0, and waits until the platform has taken it. Returns false when the
-    /// report was refused, in whole or in part. Any thread, one call at a time.
+    /// Sends one output report, report number 0, and waits until the platform has accepted it. Returns false when any
+    /// part of the report was refused. Any thread, one call at a time.
     [[nodiscard]] virtual bool setReport(std::span<const std::uint8_t, kReportSize> report) = 0;
 };
 
-/// What a HidManager reports, on the thread inside `run`. A callback that is left out does nothing.
+/// What a HidManager reports, on the thread that is in `run`. A callback that is not set does nothing.
 struct HidCallbacks {
     using DeviceCallback = std::function<void(const std::shared_ptr<HidDevice>& device)>;
-    /// `report` holds the bytes of one input report without its report number, whatever their count. It is only valid
-    /// during the call.
+    /// `report` contains one input report without its report number. It may have any length and is only valid during
+    /// the call.
     using InputReportCallback =
         std::function<void(const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report)>;
 
-    /// Called once per matching device, for those present at `run` and for those that arrive later.
+    /// Called once per matching device, whether it is present at `run` or arrives later.
     DeviceCallback deviceMatching = [](const auto&) {};
-    /// Called once when a device that was announced has gone away.
+    /// Called once when an announced device has been removed.
     DeviceCallback deviceRemoval = [](const auto&) {};
     InputReportCallback inputReport = [](const auto&, auto) {};
-    /// A device was found that looks like the wanted one and cannot be used. `reason` is a sentence for the user.
+    /// A device resembles the wanted one but cannot be used. `reason` is a sentence for the user.
     std::function<void(const std::string& reason)> unusable = [](const auto&) {};
 };
 
@@ -56,13 +57,13 @@ class HidManager {
 public:
     virtual ~HidManager() = default;
 
-    /// Gets ready to watch the bus. Returns false when that failed; `run` then finds no device, but still waits.
+    /// Starts watching the bus. Returns false on failure; `run` then finds no device but still waits for `stop`.
     virtual bool open(const HidMatching& matching, HidCallbacks callbacks) = 0;
 
     /// Serves callbacks on the calling thread until `stop`.
     virtual void run() = 0;
 
-    /// Makes the running, or else the next, `run` return. Any thread, also from within a callback.
+    /// Makes the current `run` return, or the next one if none is running. Any thread, also inside a callback.
     virtual void stop() = 0;
 };
 

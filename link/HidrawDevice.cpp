@@ -14,7 +14,7 @@
 namespace kelvo {
 namespace {
 
-/// hidraw wants the report number, 0, before the report.
+/// hidraw expects the report number, 0, before the report.
 constexpr std::size_t kMessageSize = 1 + kReportSize;
 
 /// Repeats a system call while signals interrupt it.
@@ -54,7 +54,7 @@ bool HidrawDevice::setReport(std::span<const std::uint8_t, kReportSize> report) 
 
 std::optional<std::size_t> HidrawDevice::readReport(std::span<std::uint8_t> buffer) const {
     const ssize_t length = uninterrupted([&] { return ::read(fd(), buffer.data(), buffer.size()); });
-    // Whatever the error is, the node would stay readable with nothing to be had from it.
+    // After any error poll(2) would report the node as readable forever.
     if (length <= 0) {
         return std::nullopt;
     }

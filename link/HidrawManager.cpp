@@ -23,10 +23,10 @@ namespace {
 constexpr auto kSubsystem = "hidraw";
 constexpr std::string_view kRulesFile = "70-kelvo.rules";
 
-/// The longest report the kernel hands out (its HID_MAX_BUFFER_SIZE).
+/// The longest report that the kernel delivers (its HID_MAX_BUFFER_SIZE).
 constexpr std::size_t kLongestReport = 16384;
 
-/// A descriptor of -1 is left out by poll(2).
+/// poll(2) ignores this descriptor.
 constexpr int kNoFd = -1;
 
 struct EnumerateRelease {
@@ -35,17 +35,17 @@ struct EnumerateRelease {
 
 using UdevDevice = std::unique_ptr<udev_device, UdevRelease>;
 
-/// udev hands out null for what is not there; a view of it is empty.
+/// udev returns null for a missing text; its view is empty.
 std::string_view viewOf(const char* text) {
     return text == nullptr ? std::string_view() : std::string_view(text);
 }
 
-/// The USB device that a node belongs to, or null. It is part of `device` and is not released on its own.
+/// The USB device that a node belongs to, or null. `device` owns it.
 udev_device* usbDeviceOf(udev_device& device) {
     return udev_device_get_parent_with_subsystem_devtype(&device, "usb", "usb_device");
 }
 
-/// True when the attribute is `number` in hexadecimal digits and nothing else.
+/// True when the attribute consists of `number` in hexadecimal digits only.
 bool attributeIs(udev_device& device, const char* name, std::int64_t number) {
     const std::string_view text = viewOf(udev_device_get_sysattr_value(&device, name));
     const char* const end = text.data() + text.size();
@@ -75,7 +75,7 @@ bool HidrawManager::open(const HidMatching& matching, HidCallbacks callbacks) {
     callbacks_ = std::move(callbacks);
     monitor_.reset();
     udev_.reset(udev_new());
-    // The events of "kernel" come before the rules have given the user access to the node.
+    // Events from "kernel" come before the rules have given the user access to the node; those from "udev" come after.
     decltype(monitor_) monitor(udev_ ? udev_monitor_new_from_netlink(udev_.get(), "udev") : nullptr);
     if (!wakeUp_ || !monitor ||
         udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), kSubsystem, nullptr) < 0 ||
@@ -114,7 +114,7 @@ bool HidrawManager::matches(udev_device& device, const std::string& node) const 
     }
     const bool isRelease = attributeIs(*usb, "bcdDevice", matching_.versionNumber);
     if (!isRelease) {
-        // Many devices have the same vendor and product, so this may not be a pedal at all.
+        // Many devices share this vendor and product, so this may not be a pedal at all.
         std::ostringstream line;
         line << node << " has the vendor and product of the pedal, but release "
              << viewOf(udev_device_get_sysattr_value(usb, "bcdDevice")) << " instead of " << std::hex
@@ -129,7 +129,7 @@ void HidrawManager::cannotUse(const std::string& reason) const {
     callbacks_.unusable(reason);
 }
 
-// The monitor has listened since `open`: a device that arrives during the listing is in its queue or in this list.
+// The monitor has listened since `open`, so no device that arrives during the listing is missed.
 void HidrawManager::attachPresent() {
     const std::unique_ptr<udev_enumerate, EnumerateRelease> list(udev_enumerate_new(udev_.get()));
     if (!list || udev_enumerate_add_match_subsystem(list.get(), kSubsystem) < 0 ||
@@ -153,8 +153,8 @@ void HidrawManager::attach(udev_device& device) {
     std::string syspath(viewOf(udev_device_get_syspath(&device)));
     try {
         auto opened = std::make_shared<HidrawDevice>(node);
-        // The event may be late: its device may have gone, and the next device may have the node's name. No other
-        // device is ever given the same place in sysfs, so while that exists, the node belongs to this device.
+        // The event may be late: its device may be gone, and the next device may have the node's name. A path in sysfs
+        // is never reused, so while it exists, the node belongs to this device.
         if (access(syspath.c_str(), F_OK) != 0) {
             return;
         }
@@ -165,7 +165,7 @@ void HidrawManager::attach(udev_device& device) {
         return;
     }
     syspath_ = std::move(syspath);
-    // With two pedals this is how their user finds out which one was taken.
+    // A user with two pedals learns from this which one is in use.
     udev_device& usb = *usbDeviceOf(device);
     std::ostringstream line;
     line << node << " is open: USB device " << viewOf(udev_device_get_sysname(&usb)) << ", release "
@@ -194,8 +194,8 @@ void HidrawManager::waitAndServe() {
         }
         return;
     }
-    // The node is read before anything else is looked at: queued reports come before the end of the device,
-    // which a read reports. The wake-up stays set until it is read.
+    // The node comes first: queued reports must be delivered before the removal, which a failed read reports. The
+    // wake-up stays readable meanwhile.
     if (node.revents != 0) {
         deliverReport();
         return;
@@ -226,7 +226,7 @@ void HidrawManager::serveMonitor() {
     if (viewOf(udev_device_get_action(device.get())) != "remove") {
         attach(*device);
     } else if (device_ && viewOf(udev_device_get_syspath(device.get())) == syspath_) {
-        // The parents of a removed device are not its own any more; its place in sysfs still is.
+        // A removed device no longer has its USB parent, but its path in sysfs is still known.
         detach();
     }
 }

@@ -22,23 +22,22 @@ struct UdevRelease {
 
 /// The real cable: the kernel's hidraw nodes, found and watched with udev.
 ///
-/// One device at a time: while one is attached every other is ignored, its arrival and its removal. The three numbers
-/// of the matching are compared with idVendor, idProduct and bcdDevice of the node's usb_device; a node with another
-/// release alone is reported as unusable. A node that cannot be opened counts as no device and is reported, too: which,
-/// why, and which rule file gives access. Both go to the system log. It is tried again at its next udev event, so
+/// One device at a time: while one is attached, all others are ignored. The three numbers of the matching are compared
+/// with idVendor, idProduct and bcdDevice of the node's usb_device. A node that differs only in its release is
+/// unusable. So is one that cannot be opened; the reason then names the node, the error and the rules file that gives
+/// access. Reasons go to the callback and to the system log. The node is tried again at its next udev event, so
 /// installing the rules and `udevadm trigger` are enough.
 ///
-/// A device that is still attached when `run` returns is let go without a callback; the next `run` finds it anew.
+/// A device that is still attached when `run` returns is closed without a callback; the next `run` finds it again.
 ///
-/// `open` and `run` belong to one thread. That thread sleeps in one poll(2) over the udev monitor, the node and a
-/// wake-up; nothing else wakes it. A device is removed when its node ends or with its udev event, whichever comes
-/// first; reports that are still queued are delivered before. A poll(2) that fails ends the device and the `run`, with
-/// a line in the log.
+/// Call `open` and `run` on the same thread. It sleeps in one poll(2) over the udev monitor, the node and a wake-up. A
+/// device counts as removed when its node fails or at its udev event, whichever comes first; queued reports are
+/// delivered before. If poll(2) fails, the device counts as removed, `run` returns and the log says why.
 class HidrawManager final : public HidManager {
 public:
     HidrawManager();
 
-    /// Fails, with a line in the system log, when udev does not answer or no descriptor is left.
+    /// Fails, and logs it, when udev does not answer or no descriptor is left.
     bool open(const HidMatching& matching, HidCallbacks callbacks) override;
     void run() override;
     void stop() override;
@@ -56,7 +55,7 @@ private:
     HidMatching matching_;
     HidCallbacks callbacks_;
 
-    /// An eventfd; readable from `stop` until that is noticed.
+    /// An eventfd, readable after `stop`.
     const UniqueFd wakeUp_;
     std::atomic<bool> stopRequested_ = false;
 
@@ -64,7 +63,7 @@ private:
     std::unique_ptr<udev_monitor, UdevRelease> monitor_;
 
     std::shared_ptr<HidrawDevice> device_;
-    /// Where `device_` hangs in sysfs. Unlike the node's name it is not used again for the next device.
+    /// The path of `device_` in sysfs. Unlike the node's name, it is never reused for another device.
     std::string syspath_;
 };
 

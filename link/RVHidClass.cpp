@@ -18,7 +18,7 @@ constexpr std::uint8_t kReportPayload = kReportSize - 1;  // byte 0 of a report 
 
 std::mutex handleMutex;
 std::shared_ptr<HidDevice> DeviceHandle;  // guarded by handleMutex
-std::string unusableReason;               // likewise
+std::string unusableReason;               // guarded by handleMutex
 
 std::shared_ptr<HidDevice> deviceHandle() {
     const std::lock_guard lock(handleMutex);
@@ -27,7 +27,7 @@ std::shared_ptr<HidDevice> deviceHandle() {
 
 void setDeviceHandle(std::shared_ptr<HidDevice> device) {
     const std::lock_guard lock(handleMutex);
-    DeviceHandle.swap(device);  // the old device may end with `device`, after the lock
+    DeviceHandle.swap(device);  // the old device is destroyed after the lock is released
 }
 
 void openDevice(const std::shared_ptr<HidDevice>& device) {
@@ -65,7 +65,6 @@ void deviceReportCallback(const std::shared_ptr<HidDevice>& device, std::span<co
     if (report.size() != kReportSize || device != deviceHandle()) {
         return;
     }
-    // A report that does not fit into the ring is lost; the unpacker recovers at the next frame header.
     putRX_buffer(report.subspan(1).data(), std::min(report[0], kReportPayload));
 }
 
@@ -80,7 +79,7 @@ void OpenHidDevice(HidManager& manager, const std::function<void()>& quitWindow)
         .unusable = keepReason,
     };
     keepReason({});
-    manager.open(matching, callbacks);  // a failure shows up as no device being found
+    manager.open(matching, callbacks);  // after a failure no device is found
     manager.run();
     closeDevice();
 }
@@ -99,10 +98,10 @@ bool HID_WreteData(const std::uint8_t* data, std::uint32_t n) {
     static Report WriteReportBuffer{};  // guarded by frameMutex; never cleared
 
     if (!isOpenDevice) {
-        return false;  // without waiting for a write that a dying device holds up
+        return false;  // without waiting for a write that a removed device still blocks
     }
     const std::lock_guard lock(frameMutex);
-    // A copy, and no lock while the device is slow, so that the removal callback is not held up.
+    // A copy, so that a slow write does not block the removal callback at handleMutex.
     const std::shared_ptr<HidDevice> device = deviceHandle();
     if (!device) {
         return false;

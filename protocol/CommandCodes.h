@@ -23,13 +23,13 @@ inline constexpr std::size_t kDataOffset = 5;
 /// Bytes of a frame that LENGTH does not count: the header, LENGTH itself and the CRC.
 inline constexpr std::size_t kFrameOverhead = 6;
 
-/// LENGTH of the frame whose first four bytes stand at `frame`, 0 to 65535.
+/// LENGTH, 0 to 65535, of the frame whose first four bytes are at `frame`.
 constexpr std::uint16_t frameLength(const std::uint8_t* frame) {
     return static_cast<std::uint16_t>(frame[kLengthOffset] | frame[kLengthOffset + 1] << 8);
 }
 
 /// Command codes of the KR310.
-inline constexpr std::uint8_t CMD_CONNECT = 0xE0;      ///< to the device: tell your names and progress
+inline constexpr std::uint8_t CMD_CONNECT = 0xE0;      ///< to the device: send names and progress
 inline constexpr std::uint8_t CMD_IR_DATA = 0xE1;      ///< to the device: a packet of an IR; back: its acknowledgement
 inline constexpr std::uint8_t CMD_AMP_DATA = 0xE2;     ///< to the device: a packet of an amp; back: its acknowledgement
 inline constexpr std::uint8_t CMD_AMP_NAMES = 0xE3;    ///< from the device: the ten AMP slot names

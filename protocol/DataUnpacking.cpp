@@ -21,17 +21,17 @@ constexpr std::int32_t kNoDevice = 0;
 constexpr std::int32_t kDeviceGone = 170;
 
 std::uint8_t Step = 0;
-std::uint16_t vaildDataCount = 0;                          // bytes held in FrameBuffer
+std::uint16_t vaildDataCount = 0;                          // valid bytes in FrameBuffer
 std::array<std::uint8_t, kFrameBufferSize> FrameBuffer{};  // byte 0 is the 0xAA of the frame being assembled
 constexpr const std::uint8_t* pFrameStruct = FrameBuffer.data();
 
-/// Size of the frame being assembled; needs its LENGTH to be held.
+/// Size of the frame being assembled. Its LENGTH must have been read.
 std::uint16_t frameSize() {
     return static_cast<std::uint16_t>(frameLength(pFrameStruct) + kFrameOverhead);
 }
 
-/// Makes `count` bytes be held, reading those that are missing. False when the ring does not have them all yet.
-bool holdBytes(std::uint16_t count) {
+/// Reads until FrameBuffer has `count` valid bytes. Returns false when the ring does not have all that are missing.
+bool fillBuffer(std::uint16_t count) {
     if (vaildDataCount < count) {
         const std::uint32_t missing = count - vaildDataCount;
         if (!HID_ReadData(missing, &FrameBuffer[vaildDataCount])) {
@@ -42,8 +42,8 @@ bool holdBytes(std::uint16_t count) {
     return true;
 }
 
-/// Moves the held bytes from offset `from` on to offset `to`.
-void moveHeldBytes(std::uint16_t from, std::uint16_t to) {
+/// Moves the valid bytes from offset `from` on to offset `to`.
+void moveBytes(std::uint16_t from, std::uint16_t to) {
     std::copy(FrameBuffer.begin() + from, FrameBuffer.begin() + vaildDataCount, FrameBuffer.begin() + to);
     vaildDataCount = static_cast<std::uint16_t>(vaildDataCount - from + to);
 }
@@ -56,19 +56,19 @@ void DUP_UnpackCASE0() {
 }
 
 void DUP_UnpackCASE1() {
-    if (holdBytes(kHeader2Offset + 1)) {
+    if (fillBuffer(kHeader2Offset + 1)) {
         Step = FrameBuffer[kHeader2Offset] == kFrameHeader2 ? 2 : 6;
     }
 }
 
 void DUP_UnpackCASE2() {
-    if (holdBytes(kCommandOffset)) {
+    if (fillBuffer(kCommandOffset)) {
         Step = frameLength(pFrameStruct) <= kMaxLength ? 3 : 6;
     }
 }
 
 void DUP_UnpackCASE3() {
-    if (holdBytes(frameSize())) {
+    if (fillBuffer(frameSize())) {
         Step = 4;
     }
 }
@@ -86,20 +86,20 @@ void DUP_UnpackCASE5() {
         Step = 0;
         return;
     }
-    moveHeldBytes(frameSize(), 1);  // behind the old 0xAA, which state 6 skips
+    moveBytes(frameSize(), 1);  // state 6 skips offset 0
     Step = 6;
 }
 
 void DUP_UnpackCASE6() {
-    const auto heldEnd = FrameBuffer.begin() + vaildDataCount;
-    const auto next = std::find(FrameBuffer.begin() + 1, heldEnd, kFrameHeader1);
-    if (next == heldEnd) {
+    const auto end = FrameBuffer.begin() + vaildDataCount;
+    const auto next = std::find(FrameBuffer.begin() + 1, end, kFrameHeader1);
+    if (next == end) {
         vaildDataCount = 0;
         Step = 0;
         return;
     }
-    // Offset 0 is an 0xAA already; often nothing follows, and then nothing moves.
-    moveHeldBytes(static_cast<std::uint16_t>(std::distance(FrameBuffer.begin(), next) + 1), 1);
+    // Offset 0 already is 0xAA, so only the bytes after it move.
+    moveBytes(static_cast<std::uint16_t>(std::distance(FrameBuffer.begin(), next) + 1), 1);
     Step = 1;
 }
 

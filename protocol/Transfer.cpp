@@ -59,9 +59,9 @@ bool Transfer::layOutPacket(PacketBuffer& packet, std::int64_t slot) {
     if (tick_ < 1 || tick_ > kind_.namePhase) {
         return false;
     }
-    // A repeated packet does no harm.
-    const bool isInTurn = tick_ == lastSent_ || tick_ == lastSent_ + 1;
-    if (progress_.acknowledged < kind_.namePhase && (!isInTurn || slot != progress_.row)) {
+    // A repeated packet is harmless.
+    const bool isInOrder = tick_ == lastSent_ || tick_ == lastSent_ + 1;
+    if (progress_.acknowledged < kind_.namePhase && (!isInOrder || slot != progress_.row)) {
         progress_.isSpoiled = true;
     }
     lastSent_ = tick_;

@@ -6,8 +6,8 @@
 namespace kelvo {
 
 /// A top-level window whose close button runs an action instead of closing the window. If the desktop minimises or
-/// maximises it although its flags do not offer that, the state is reset at once. Assistive tools see a window or,
-/// when it has the flags of one, a dialog.
+/// maximises it although its flags do not allow that, the state is reset at once. Its accessible role is a dialog or a
+/// window, according to its flags.
 class CloseActionWindow : public QWidget {
 public:
     CloseActionWindow();

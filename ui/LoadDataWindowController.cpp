@@ -32,7 +32,7 @@ void LoadDataWindowController::windowDidLoad() {
     QObject::connect(timer_.get(), &QTimer::timeout, timer_.get(), [this] { tick(); });
     // A coarse timer may fire early.
     timer_->setTimerType(Qt::PreciseTimer);
-    // The first tick comes with the first events that are served.
+    // The first tick comes as soon as events are served.
     timer_->start(0);
 }
 
@@ -42,7 +42,7 @@ void LoadDataWindowController::tick() {
     const double value = progressBar_->floatValue();
     loadDataLabel_->setText(QString::asprintf("%.0f%%", value * 100.0));
     if (value == 1.0) {
-        // The bar may not have followed another thread yet.
+        // Another thread may have stored the value without a new layout so far.
         progressBar_->resizeLayers();
         window_->repaint();
         window_->hide();

@@ -12,27 +12,27 @@ namespace kelvo {
 class CloseActionWindow;
 class SBProgressBar;
 
-/// The modal window that shows how much of the device's data has been read. It knows no device: it polls its bar twice
-/// a second, shows the value in its label and ends the modal run when the value is exactly 1.0. A full bar and 100% are
-/// painted before that.
+/// The modal window that shows how much of the device's data has been read. It polls its bar twice a second, shows the
+/// value in its label and ends the modal run when the value is exactly 1.0, after painting the full bar and 100%. It
+/// does not know the device.
 ///
 /// Main thread, except for the bar's floatValue, which any thread may set.
 class LoadDataWindowController {
 public:
     using ExitProcess = std::function<void(int status)>;
 
-    /// A placeholder without an interface: no window, no bar, no timer.
+    /// A placeholder: no window, no bar, no label, no timer.
     LoadDataWindowController();
 
-    /// Loads the interface file and starts polling as soon as events are served. `exitProcess` is called with 0 when
-    /// the window's close button is pressed.
+    /// Loads the interface file. Polling starts as soon as events are served. `exitProcess` is called with 0 when the
+    /// window's close button is pressed.
     explicit LoadDataWindowController(ExitProcess exitProcess);
 
     ~LoadDataWindowController();
     LoadDataWindowController(const LoadDataWindowController&) = delete;
     LoadDataWindowController& operator=(const LoadDataWindowController&) = delete;
 
-    /// Each null on a placeholder. Bar and label are the window's; the timer, stopped at the end, is kept.
+    /// All null on a placeholder. The window owns bar and label. The timer stays after it has been stopped.
     QWidget* window() const;
     SBProgressBar* progressBar() const { return progressBar_; }
     void setProgressBar(SBProgressBar* bar) { progressBar_ = bar; }

@@ -7,8 +7,8 @@
 namespace kelvo {
 namespace {
 
-/// The toolkit's queue orders the threads already, but ThreadSanitizer cannot see into the toolkit. This lock it sees.
-/// A suppression would hide every real race of the posted work, too.
+/// The toolkit's queue already synchronises the threads, but ThreadSanitizer does not see that; it sees this mutex. A
+/// suppression would also hide real races in the posted work.
 std::mutex order;
 
 }  // namespace

@@ -87,7 +87,7 @@ void SBProgressBar::resizeLayers() {
     }
     borderLayer_.setContents(borderImageOfNow(bounds.size()));
     stripesLayer_.setBackground(stripesImage_);
-    // One tile more than the bar needs, so that the stripes can move right by one tile and still cover it.
+    // One extra tile, so that the stripes still cover the bar after moving right by one tile.
     const double tile = stripesImage_.size().width();
     const double width = stripesImage_.isEmpty() ? 0.0 : (std::ceil(bounds.width() / tile) + 1.0) * tile;
     stripesLayer_.setFrame({-tile, bounds.y(), width, bounds.height()});
@@ -149,7 +149,7 @@ void SBProgressBar::animateFloatValue(double value) {
     requireValid(value);
     movement_.stop();
     {
-        // The ends of a movement that is set up are no values of its own.
+        // Setting the start and end values must not emit valueChanged.
         const QSignalBlocker blocker(movement_);
         movement_.setStartValue(floatValue());
         movement_.setEndValue(value);
@@ -174,7 +174,7 @@ void SBProgressBar::moveFloatValue(double value) {
 
 void SBProgressBar::showFloatValue() {
     {
-        // A value that another thread stores from here on queues a layout of its own.
+        // A value stored by another thread after this queues another layout.
         const std::lock_guard lock(valueMutex_);
         layoutQueued_ = false;
     }

@@ -14,7 +14,7 @@
 
 namespace kelvo {
 
-/// A progress value outside 0.0 to 1.0. A mistake of the program, not of the user.
+/// A progress value outside 0.0 to 1.0, which is a programming error.
 class InvalidValue : public std::exception {
 public:
     const char* name() const noexcept { return "Invalid value"; }
@@ -24,7 +24,7 @@ public:
     const char* what() const noexcept override { return reason(); }
 };
 
-/// How the border ring and the highlight are drawn. Widths in points.
+/// The look of the border ring and the highlight. Widths are points.
 struct RingLook {
     double borderWidth = 1.0;
     double shadowWidth = 1.0;
@@ -32,7 +32,7 @@ struct RingLook {
 };
 
 /// A pill-shaped progress bar: a grey trough with a thin border, a light fill whose width follows floatValue, faint
-/// diagonal stripes that scroll over the fill without end, an optional tint, and a light line just inside the fill's
+/// diagonal stripes that scroll endlessly over the fill, an optional tint, and a light line just inside the fill's
 /// upper edge. The look is a tree of retained layers. All lengths are points, y grows downward.
 ///
 /// Main thread only, except floatValue and setFloatValue. hide() and show() are the base class's and act at once;
@@ -43,8 +43,8 @@ public:
     class Animator {
     public:
         explicit Animator(SBProgressBar& bar) : bar_(bar) {}
-        /// Moves floatValue to `value`, which must be valid for the bar's own setFloatValue. A direct change of the
-        /// value, by any thread, ends the movement.
+        /// Animates floatValue to `value`. Throws as the bar's setFloatValue does. A direct change of the value by any
+        /// thread ends the animation.
         void setFloatValue(double value) { bar_.animateFloatValue(value); }
 
     private:
@@ -52,14 +52,14 @@ public:
     };
 
     explicit SBProgressBar(QWidget* parent = nullptr);
-    /// `clock` is the time that the layers' animations run by.
+    /// `clock` is the clock of the layers' animations.
     explicit SBProgressBar(LayerClock clock, QWidget* parent = nullptr);
 
     /// The fraction shown, 0.0 to 1.0. Any thread.
     double floatValue() const;
-    /// Throws InvalidValue, and changes nothing, for a value below 0.0, above 1.0 or not a number. Any thread, as long
-    /// as the bar lives. The value is stored at once. The layers follow at once on the main thread; after a call from
-    /// another thread they follow at the main thread's next turn.
+    /// Throws InvalidValue, without any change, for a value below 0.0, above 1.0 or not a number. Any thread, as long
+    /// as the bar lives. Stores the value at once. The layers change at once on the main thread; after a call from
+    /// another thread they change when the main thread next serves events.
     void setFloatValue(double value);
     Animator animator() { return Animator(*this); }
 
@@ -69,7 +69,7 @@ public:
     double colorTintOpacity() const { return colorTintOpacity_; }
     void setColorTintOpacity(double opacity);
 
-    /// Whether the stripes scroll. When this is turned off they fade out and stop at the end of the fade.
+    /// Whether the stripes scroll. When turned off, they fade out and stop at the end of the fade.
     bool animates() const { return animates_; }
     void setAnimates(bool animates);
     /// Seconds in which the stripes move by one tile.
@@ -78,16 +78,16 @@ public:
     void setAnimationDuration(double seconds);
 
     /// Width of the border line and inset of the fill. Border width, border colour, shadow width and stripes image are
-    /// stored at once and show at the next resizeLayers. Widths that are not finite are ignored.
+    /// stored at once but show at the next resizeLayers. Ignores widths that are not finite.
     double borderWidth() const { return ring_.borderWidth; }
-    /// Also lowers shadowWidth to the new width where it is larger. A width below zero draws no border, and the fill
-    /// reaches beyond the bar.
+    /// Also lowers a larger shadowWidth to the new width. With a negative width there is no border, and the fill
+    /// extends beyond the bar.
     void setBorderWidth(double width);
     const QColor& borderColor() const { return ring_.borderColor; }
     void setBorderColor(const QColor& color);
-    /// How far the highlight lies below the ring.
+    /// Distance of the highlight below the ring.
     double shadowWidth() const { return ring_.shadowWidth; }
-    /// A width above borderWidth is logged and refused.
+    /// Logs a warning and ignores a width above borderWidth.
     void setShadowWidth(double width);
     const LayerImage& stripesImage() const { return stripesImage_; }
     void setStripesImage(LayerImage image);
@@ -116,9 +116,9 @@ public:
     void reloadBackground();
     /// Lays out all layers for the present size.
     void resizeLayers();
-    /// Lays out what depends on floatValue. The caller has a transaction open.
+    /// Lays out the layers that depend on floatValue. The caller must have an open transaction.
     void resizeInnerLayers();
-    /// The bar has come into a window: one more registration for its frame changes.
+    /// The bar has moved to a window: adds one more registration for its frame changes.
     void viewDidMoveToWindow();
     /// Called once per registration when the frame has changed.
     virtual void viewResized();
@@ -130,12 +130,12 @@ public:
 
     /// The stripe tile: white with a black diagonal band.
     static LayerImage stripesImageWithSize(QSizeF size);
-    /// The border ring for a layer of `size`, with or without the highlight below it; empty for an empty size. Each
-    /// drawing uses the bar's widths and colour of that moment, so the image must not be drawn after the bar's end.
+    /// The border ring for a layer of `size`, with or without the highlight below it; empty for an empty size. Drawing
+    /// reads the bar's current widths and colour, so the bar must outlive the image.
     LayerImage borderImageForSize_withInnerShadow(QSizeF size, bool innerShadow) const;
 
 protected:
-    /// Called when the whole percentage has changed; informs assistive tools.
+    /// Called when the rounded percentage has changed. Notifies assistive tools.
     virtual void announce(int percent);
     bool event(QEvent* event) override;
 
@@ -143,8 +143,8 @@ private:
     static constexpr float kStripesOpacity = 0.04F;
 
     void setUp();
-    // Images with the widths and colour of now, as the layers keep them. The second one leaves out the ring, which lies
-    // outside of the fill's clip and would show through its soft edge.
+    // The layers' images, with copies of the current widths and colour. The second one has no ring, which is outside
+    // the fill's clip and would show through its soft edge.
     LayerImage borderImageOfNow(QSizeF size) const;
     LayerImage innerShadowOfNow(QSizeF size) const;
     void showFloatValue();
@@ -152,11 +152,11 @@ private:
     void moveFloatValue(double value);
 
     mutable std::mutex valueMutex_;
-    // The mutex guards these three.
+    // Guarded by the mutex:
     double floatValue_ = 0.0;
     bool valueMoves_ = false;
     bool layoutQueued_ = false;
-    // Changes floatValue as long as valueMoves_ is set.
+    // Changes floatValue while valueMoves_ is set.
     QVariantAnimation movement_{this};
     int announcedPercent_ = 0;
 

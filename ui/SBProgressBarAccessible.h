@@ -2,11 +2,11 @@
 
 namespace kelvo {
 
-/// Presents every SBProgressBar to assistive tools: role progress bar, value in whole percent from 0 to 100, read only.
-/// Once per process is enough, more do no harm. Main thread.
+/// Makes every SBProgressBar accessible: role progress bar, read-only value in percent from 0 to 100. One call per
+/// process is enough; more are harmless. Main thread.
 void installProgressBarAccessibility();
 
-/// The value in whole percent, rounded as "%.0f" does.
+/// The value in percent, rounded as "%.0f" does.
 int progressPercent(double value);
 
 }  // namespace kelvo

@@ -18,8 +18,8 @@ QPainterPath ringPath(QSizeF size, double line) {
     if (!(line > 0.0)) {
         return ring;
     }
-    // The radius in the line's middle is half of the whole height, although that line lies further in. A ring that is
-    // narrower than high is round at the top and bottom, like the clip of its layer.
+    // The radius at the line's middle is half of the full height, although the line is inset. A ring that is narrower
+    // than high is round at the top and bottom, like the clip of its layer.
     const double radius = std::min(size.height(), size.width() - line) / 2.0;
     for (const double in : {0.0, line}) {
         const double edgeRadius = radius + line / 2.0 - in;
@@ -28,7 +28,7 @@ QPainterPath ringPath(QSizeF size, double line) {
     return withFineCurves(ring);
 }
 
-// The part of the shadow that falls inside the ring: between the fill's upper edge and the same edge further down.
+// The part of the shadow inside the ring: between the fill's upper edge and the same edge, shifted down.
 void drawInnerShadow(QPainter& painter, QSizeF size, const RingLook& look) {
     const double line = look.borderWidth;
     const QRectF inside = QRectF(QPointF(), size).adjusted(line, line, -line, -line);

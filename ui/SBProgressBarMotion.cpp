@@ -46,7 +46,7 @@ void SBProgressBar::setAnimationDuration(double seconds) {
 
 void SBProgressBar::setHidden(bool hidden) {
     setSb_isHidden(hidden);
-    // A widget that was never hidden explicitly only waits for its window; it does not count as hidden.
+    // A widget that is hidden only because its window is not shown yet does not count as hidden.
     const bool isHiddenNow = (isHidden() && testAttribute(Qt::WA_WState_ExplicitShowHide)) || fadingOut_;
     if (isHiddenNow == hidden) {
         return;
@@ -64,7 +64,7 @@ void SBProgressBar::setHidden(bool hidden) {
         setAlphaValue(0.0);
     } else {
         QWidget::setVisible(true);
-        // This replaces a running fade-out, whose completion block stops the stripes. Hence they start only after it.
+        // This replaces a running fade-out, whose completion block stops the stripes, so they must start after it.
         setAlphaValue(1.0);
         if (animates_) {
             stripesLayer_.addAnimation(stripesAnimation(), kStripesKey);

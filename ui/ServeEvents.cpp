@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 std::vector<QEventLoop*> running;
 
-/// Serves events until its window has received an event of the type, also one from before the wait.
+/// Serves events until the window has received an event of the type. An event received before wait() counts.
 class EventWatcher : public QObject {
 public:
     EventWatcher(QWidget& window, QEvent::Type type) : type_(type) { window.installEventFilter(this); }

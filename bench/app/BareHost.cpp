@@ -45,7 +45,7 @@ void BareHost::tick() {
     while (!done_) {
         if (underWay_ && answers_ >= sent_) {
             const std::size_t next = sent_++;
-            // Before it is sent: the pedal's change may start the next transfer.
+            // Before the send, because the pedal's change may start the next transfer.
             underWay_ = sent_ < packets_.size();
             send(packets_[next]);
         }

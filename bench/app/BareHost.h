@@ -12,19 +12,18 @@
 
 namespace kelvo {
 
-/// The least that can send a transfer in the ordered way: the first packet at once, and each further one from a thread
-/// that looks every 10 ms whether an answer has come. It knows no frames and no files; it sends reports that somebody
-/// else made.
+/// The simplest host that sends a transfer as required: the first packet at once, each further one from a thread that
+/// checks every 10 ms for an answer. It knows no frames and no files; it sends recorded reports.
 class BareHost {
 public:
-    /// Plugs the pedal in and waits until it is found.
+    /// Plugs the pedal in and waits until the host has found it.
     explicit BareHost(const VirtualHidManager::Options& cable, VirtualKr310::LineSink sink);
     ~BareHost();
     BareHost(const BareHost&) = delete;
     BareHost& operator=(const BareHost&) = delete;
 
-    /// Sends the first of the packets, and has the thread send the others. They stay where they are until the pedal has
-    /// reported its change.
+    /// Sends the first packet; the thread sends the others. The packets must live until the pedal has reported its
+    /// change.
     void transfer(std::span<const std::vector<Report>> packets);
 
     VirtualKr310 pedal;

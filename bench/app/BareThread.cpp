@@ -1,4 +1,4 @@
-// bare_thread SECONDS: the processor time of a process with nothing in it but a thread that sleeps 10 ms in a loop.
+// bare_thread SECONDS: the processor time of a process whose only thread sleeps 10 ms in a loop.
 
 #include <atomic>
 #include <cstdlib>

@@ -8,15 +8,15 @@
 
 namespace kelvo {
 
-/// The whole utility on a virtual pedal that tells its names and its progress at once. The ordered sleeps are taken
-/// out, choosers answer by themselves, and an alert ends the process: nothing here should lead to one.
+/// The complete utility on a virtual pedal that sends its names and progress at once. There are no start-up sleeps,
+/// choosers answer automatically, and an alert, which is not expected, ends the process.
 ///
-/// Main thread, with an application object around it.
+/// Main thread, with an application object.
 class ConnectedApp {
 public:
     explicit ConnectedApp(const VirtualHidManager::Options& cable = {}, VirtualKr310::LineSink sink = {});
 
-    /// Plugs the pedal in and goes through start-up until both tables are filled.
+    /// Plugs the pedal in and runs start-up until both tables are filled.
     void start();
 
     /// Imports into row 0 as if the user had chosen the file; returns when the first packet has been sent.

@@ -8,12 +8,12 @@
 
 namespace kelvo {
 
-/// Notes when the first widget of the application has been painted and flushed. Main thread.
+/// Records when the first widget of the application has been painted and flushed. Main thread.
 class FirstPaint : public QObject {
 public:
     FirstPaint() { qApp->installEventFilter(this); }
 
-    /// By monotonicNow; 0 as long as nothing has been painted.
+    /// The time by monotonicNow; 0 before the first paint.
     std::int64_t time() const { return time_; }
 
     bool eventFilter(QObject* object, QEvent* event) override {

@@ -1,7 +1,7 @@
 // start_kelvo BEGUN [IDLE]: starts the utility on a virtual pedal. Prints, as JSON, the milliseconds from BEGUN (the
-// monotonic clock in nanoseconds, taken before this process was started) to the main window's first paint, and the
-// resident memory when the tables are filled; and when IDLE seconds are given, the processor time that the connected
-// utility then uses in so many.
+// monotonic clock in nanoseconds before this process was started) to the main window's first paint, and the resident
+// memory when the tables are filled. With IDLE, also prints the processor time that the connected utility uses in so
+// many seconds.
 
 #include <QApplication>
 #include <QEventLoop>
@@ -31,6 +31,6 @@ int main(int argc, char** argv) {
     const std::chrono::duration<double, std::milli> used = kelvo::processorTime() - before;
     std::cout << "{\"first_paint_ms\": " << static_cast<double>(painted.time() - begun) / 1e6
               << ", \"resident_kib\": " << resident << ", \"idle_ms\": " << used.count() << "}" << std::endl;
-    // As the utility ends, without clean-up.
+    // Like the utility, without clean-up.
     std::_Exit(EXIT_SUCCESS);
 }

@@ -1,4 +1,4 @@
-// start_plain BEGUN: the least that shows what the utility's main window shows, two tables of ten rows, and the same
+// start_plain BEGUN: the simplest window like the utility's main window, with two tables of ten rows. Prints the same
 // figures as start_kelvo.
 
 #include <QApplication>

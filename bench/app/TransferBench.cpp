@@ -1,9 +1,9 @@
-// transfer_bench RUNS: whole imports, from the chosen file to the name in the pedal's memory, over a cable that passes
-// one report per millisecond each way, to a pedal that answers after 0, 1, 5 and 20 ms; and in turns with them the same
-// reports from a bare host on a cable of its own. Prints, as JSON, the milliseconds of every run.
+// transfer_bench RUNS: complete imports, from the chosen file to the name in the pedal's memory, over a cable that
+// passes one report per millisecond in each direction, to a pedal that answers after 0, 1, 5 and 20 ms. They alternate
+// with the same reports from a bare host on a separate cable. Prints, as JSON, the milliseconds of every run.
 //
-// The cable makes the next report wait but takes each at once, so the millisecond that an answer needs on the wire is
-// put into the pedal's delay.
+// The cable delivers each report at once and delays the next, so the pedal's delay includes the millisecond that an
+// answer needs on the wire.
 
 #include <QApplication>
 #include <array>
@@ -40,7 +40,7 @@ struct Kind {
 
 using Packets = std::vector<std::vector<kelvo::Report>>;
 
-/// One of the two ends on its cable, and when its pedal last reported a change.
+/// One of the two hosts on its cable, and the time of its pedal's last change.
 template <typename Host>
 class Bench {
 public:
@@ -69,7 +69,7 @@ private:
                [this](std::string_view) { changedAt_ = kelvo::monotonicNow(); }};
 };
 
-/// The last reports of the record, cut into packets.
+/// The last recorded reports, split into packets.
 Packets lastPackets(const std::vector<kelvo::Report>& record, const std::vector<std::size_t>& sizes) {
     auto at = record.end() - std::accumulate(sizes.begin(), sizes.end(), std::ptrdiff_t{0});
     Packets packets;
@@ -80,7 +80,7 @@ Packets lastPackets(const std::vector<kelvo::Report>& record, const std::vector<
     return packets;
 }
 
-/// A pause that brings the run to another place within the receive thread's tick, all places equally often.
+/// A pause that shifts the run within the receive thread's tick, with all offsets equally often.
 void pauseBefore(int run) {
     constexpr double kGolden = 0.6180339887;
     const double place = run * kGolden - static_cast<int>(run * kGolden);

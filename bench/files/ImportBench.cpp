@@ -1,10 +1,10 @@
-// What opening, checking and converting an impulse response costs, and refusing a file that is none.
+// Measures the processor time to open, check and convert an impulse response, and to refuse other files.
 //
-//   Import/...     one import, beside libsndfile and libsamplerate
-//   Length/...     the same over the file's length in seconds, beside one read of the whole file
-//   Refuse/...     over the file's size in MiB, beside one read and one pass of memchr
+//   Import/...     one import, compared with libsndfile and libsamplerate
+//   Length/...     the same by the file's length in seconds, compared with one read of the complete file
+//   Refuse/...     by the file's size in MiB, compared with one read and one pass of memchr
 //
-// The files lie in a temporary folder and are in the page cache. What is measured is the processor's time.
+// The files are in a temporary folder and in the page cache.
 
 #include <benchmark/benchmark.h>
 
@@ -30,7 +30,7 @@ using kelvo::FileBytes;
 using Points = std::array<std::uint32_t, kelvo::kPointCount>;
 
 constexpr std::size_t kMiB = 1U << 20U;
-/// In none of the files that are refused.
+/// A byte that no refused file contains.
 constexpr std::uint8_t kAbsent = 0xFF;
 
 struct Format {
@@ -47,7 +47,7 @@ constexpr std::array<Format, 3> kFormats{{
     {"500ms-mono-float-96000", 0.5, 96000, 32, 1},
 }};
 
-/// A file of the format with a slow, dying wave in it: slow, so that two ways of resampling agree on it.
+/// A file of the format with a slow, decaying wave, for which two resamplers give the same result.
 FileBytes wave(const Format& format) {
     kelvo::WaveFile file{
         .sampleRate = format.sampleRate, .bitsPerSample = format.bitsPerSample, .channels = format.channels};
@@ -89,7 +89,7 @@ double level(std::uint32_t word) {
     return (static_cast<std::int32_t>(word << 8U) >> 8) / 8388608.0;
 }
 
-/// A comparison with something else is worth nothing when the two do different things.
+/// Both imports must give the same points, or the comparison is meaningless.
 void requireAgreement(const QString& path) {
     const Points ours = import(path);
     const Points theirs = kelvo::importWithSndfile(path.toLocal8Bit().constData());
@@ -137,7 +137,7 @@ void addLengths(const Files& files) {
     }
 }
 
-/// Bytes without order, none of them kAbsent.
+/// Random bytes, none of them kAbsent.
 FileBytes disorder(std::size_t size) {
     FileBytes bytes(size);
     std::uint32_t seed = 1;

@@ -7,17 +7,17 @@
 
 namespace kelvo {
 
-/// A file in memory as cheaply as it gets there.
+/// A file, read into memory as cheaply as possible.
 struct PlainFile {
     std::unique_ptr<std::uint8_t[]> bytes;
     std::size_t size = 0;
 };
 
-/// Asks for the length, allocates so much, leaves it uninitialised, and reads once. Throws std::runtime_error when that
-/// one read does not give the whole file.
+/// Gets the length, allocates uninitialised memory and reads once. Throws std::runtime_error if that read does not
+/// return the complete file.
 [[nodiscard]] PlainFile readPlainly(const char* path);
 
-/// One pass of memchr for a byte that the file does not hold; true when it is there after all.
+/// One pass of memchr for a byte that should not occur in the file; true if it does.
 [[nodiscard]] bool passOnce(const PlainFile& file, std::uint8_t absent);
 
 }  // namespace kelvo

@@ -25,7 +25,7 @@ std::array<std::uint32_t, 512> importWithSndfile(const char* path) {
         throw std::runtime_error("libsndfile refuses the file");
     }
     std::array<std::uint32_t, 512> points{};
-    // Two more than the last point lies at, for the interpolation.
+    // Two frames after that of the last point, for the interpolation.
     const auto frames = info.samplerate == kRate ? 512 : 512 * info.samplerate / kRate + 2;
     const auto channels = static_cast<std::size_t>(info.channels);
     std::vector<float> samples(static_cast<std::size_t>(frames) * channels);

@@ -1,11 +1,11 @@
-// What the ring and the unpacker make of bytes from the pedal, in bytes per second of processor time. The wire brings
-// at most 64 reports' worth of 1000 a second: 64,000 bytes.
+// Measures the throughput of ring and unpacker in bytes per second of processor time. The wire delivers at most 1000
+// reports of 64 bytes per second: 64,000 bytes.
 //
 //   Frames/...       good frames
-//   Garbage/.../n    n bytes that hold no frame, and as many 0xAA as fit
+//   Garbage/.../n    n bytes without a frame, with as many 0xAA as possible
 //
-// One turn is what a tick of the receive thread does: the reports since the last one go into the ring, then the
-// unpacker runs until it wants more.
+// One iteration is a tick of the receive thread: the reports since the last tick go into the ring, then the unpacker
+// runs until it needs more.
 
 #include <benchmark/benchmark.h>
 
@@ -26,7 +26,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kReportPayload = 63;
-/// As many bytes as ten reports carry: a tick of 10 ms at one report a millisecond.
+/// The bytes of ten reports: a tick of 10 ms at one report per millisecond.
 constexpr std::size_t kTick = 10 * kReportPayload;
 
 class CountingApp final : public kelvo::AppClass {
@@ -50,7 +50,7 @@ void receive(std::span<const std::uint8_t> bytes) {
     kelvo::DUP_Unpack();
 }
 
-/// Starts from an empty ring and an unpacker that holds nothing.
+/// Starts with an empty ring and an empty unpacker.
 class Receiver {
 public:
     Receiver() {
@@ -113,7 +113,7 @@ const kelvo::Frame kNames{0x85, Bytes(100, 'N')};
 constexpr std::array<std::uint8_t, 1> kOnlyHeaders{0xAA};
 /// A header with an impossible LENGTH.
 constexpr std::array<std::uint8_t, 4> kImpossibleLength{0xAA, 0x55, 0xFF, 0xFF};
-/// The worst there is: a header that every time promises the longest frame, so each costs its CRC and a move.
+/// The worst case: every header announces the longest frame, so each costs a CRC and a move.
 constexpr std::array<std::uint8_t, 4> kLongestLength{0xAA, 0x55, 0xFA, 0x03};
 
 BENCHMARK_CAPTURE(frames, acknowledgement, kAcknowledgement)->Name("Frames/acknowledgement");

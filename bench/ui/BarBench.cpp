@@ -1,11 +1,11 @@
-// What the progress bar costs.  Sizes are device pixels at one per point.
+// Measures the progress bar. Sizes are device pixels at one per point.
 //
-//   Frame               what the bar paints when only time has passed
+//   Frame               painting a frame when only time has passed
 //   ValueChange         changing the value and painting the bar
-//   Repaint             painting the bar anew from its shapes
-//   RenderQProgressBar  the toolkit's bar
+//   Repaint             painting the bar from its shapes
+//   RenderQProgressBar  painting the toolkit's bar
 //
-// The third number is the bar's value in percent. Each draws to an RGB32 image, as a window's backing store is.
+// The third number is the bar's value in percent. All draw to an RGB32 image, the format of a window's backing store.
 
 #include <benchmark/benchmark.h>
 
@@ -70,7 +70,7 @@ void ValueChange(benchmark::State& state) {
     int step = 0;
     for (auto _ : state) {
         seconds += kFrameSeconds;
-        // All of the device's 199 steps, in an order that comes near to none twice in a row.
+        // All of the device's 199 steps, in an order in which successive values are far apart.
         step = (step + 74) % 199;
         stage.bar.setFloatValue(step / 199.0);
         stage.frame();
@@ -98,7 +98,7 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Unit(benchmark::kMicrosecond);
 }
 
-/// More widths of a full bar, to see how the cost grows.
+/// More widths of a full bar, to show how the cost grows.
 void widths(benchmark::internal::Benchmark* benchmark) {
     for (const std::int64_t width : {200, 400, 800, 1200, 1600}) {
         benchmark->Args({width, 20, 100});

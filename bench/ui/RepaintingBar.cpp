@@ -31,7 +31,7 @@ void strokeRing(QPainter& painter, const QRectF& rect, const QColor& color) {
     painter.setPen(Qt::NoPen);
 }
 
-// Between two lines through the tiles' corners lies a band of half a tile's width, rising to the right.
+// Between two lines through the tiles' corners is a band of half a tile's width, rising to the right.
 void paintStripes(QPainter& painter, QSizeF size, double stripesAt) {
     painter.setOpacity(0.04);
     painter.fillRect(QRectF({0.0, 0.0}, size), Qt::white);

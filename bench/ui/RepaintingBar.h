@@ -5,9 +5,9 @@
 
 namespace kelvo {
 
-/// Paints the progress bar's picture straight from its shapes, as a widget that keeps nothing between frames would:
-/// trough, border, and within the fill's clip path gradient, stripes, highlight and tint. `stripesAt` is how far, in
-/// points, the stripes have moved.
+/// Paints the progress bar from its shapes, like a widget that keeps nothing between frames: trough and border, then
+/// gradient, stripes, highlight and tint within the fill's clip path. `stripesAt` is the offset of the stripes in
+/// points.
 void paintWholeBar(QPainter& painter, QSizeF size, double value, double stripesAt);
 
 }  // namespace kelvo

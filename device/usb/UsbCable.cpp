@@ -24,8 +24,8 @@ void UsbCable::plug(UniqueFd socket) {
 }
 
 void UsbCable::unplug() {
-    // The kernel has the other end of the socket. It would notice a closed end later; it notices a shut one before this
-    // call returns.
+    // The kernel has the other end of the socket. It notices a shutdown before this call returns, but a close only
+    // later.
     shutdown(socket_.get(), SHUT_RDWR);
     socket_.reset();
 }
@@ -45,7 +45,7 @@ std::optional<std::string> UsbCable::serve(short revents, Clock::time_point now)
     std::optional<std::string> end;
     try {
         if ((revents & ~POLLOUT) != 0 && !takeFromHost(now)) {
-            end = "the host has let go";
+            end = "the host has closed the connection";
         }
         device_.deliverDue(now);
         sendToHost();
@@ -70,7 +70,7 @@ bool UsbCable::takeFromHost(Clock::time_point now) {
     return length > 0;
 }
 
-// An error is left to the next recv, which meets it too.
+// The next recv reports any error.
 void UsbCable::sendToHost() {
     const std::vector<std::uint8_t> answers = device_.takeAnswers();
     unsent_.insert(unsent_.end(), answers.begin(), answers.end());

@@ -10,16 +10,17 @@
 
 namespace kelvo {
 
-/// The cable between a UsbKr310 and its host: a stream socket that carries USB/IP. One thread.
+/// The cable between a UsbKr310 and its host: a stream socket with USB/IP messages. One thread.
 class UsbCable {
 public:
     using Clock = UsbKr310::Clock;
 
-    /// `device` outlives this object.
+    /// `device` must outlive this object.
     explicit UsbCable(UsbKr310& device) : device_(device) {}
 
-    /// Puts the device, freshly powered up, on the cable whose other end is the host. The cable must be unplugged.
+    /// Powers the device up and connects it with the host at the other end of `socket`. The cable must be unplugged.
     void plug(UniqueFd socket);
+    /// No effect while unplugged.
     void unplug();
     [[nodiscard]] bool isPlugged() const { return static_cast<bool>(socket_); }
 
@@ -27,12 +28,11 @@ public:
     [[nodiscard]] int fd() const { return socket_.get(); }
     [[nodiscard]] short events() const;
 
-    /// When `serve` has something to do even if poll(2) reports nothing.
+    /// When `serve` must be called even if poll(2) reports no event.
     [[nodiscard]] std::optional<Clock::time_point> nextDue() const;
 
-    /// Takes what the host has sent, and sends what is due and what is left. Never blocks. Unplugs when the host has
-    /// closed its end, when it breaks the protocol, or when the device wants it, and returns the reason then; nothing
-    /// otherwise.
+    /// Receives from the host and sends what is due and what is unsent. Never blocks. Unplugs and returns the reason
+    /// when the host has closed its end, when it breaks the protocol, and when a fault of the device requires it.
     [[nodiscard]] std::optional<std::string> serve(short revents, Clock::time_point now);
 
 private:

@@ -20,25 +20,28 @@ constexpr unsigned kSlowestPace = 10'000;
 
 struct UsbConsole::Command {
     std::string_view name;
-    std::string_view argument;  ///< what follows the name; empty for nothing
-    std::string_view answer;    ///< empty for the line itself, and after "quit", which has no answer
+    std::string_view argument;  ///< the argument after the name; empty for none
+    std::string_view answer;    ///< empty if the answer is the line itself, and for "quit", which has no answer
     std::string_view help;
     void (*run)(UsbConsole& console, std::string_view argument);
 };
 
-// The manual page has the same list; a test compares them.
+// A test compares this list with the manual page.
 const UsbConsole::Command UsbConsole::kCommands[] = {
     {"plug", "", "plugged", "plugs the pedal in, freshly powered up",
      [](UsbConsole& console, std::string_view) { console.plug(); }},
-    {"unplug", "", "unplugged", "pulls the cable", [](UsbConsole& console, std::string_view) { console.unplug(); }},
+    {"unplug", "", "unplugged", "pulls the cable",
+     [](UsbConsole& console, std::string_view) { console.cable_.unplug(); }},
     {"hang", "", "hanging", "the pedal takes no output report",
-     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::kHang); }},
+     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::Hang); }},
     {"stall", "", "stalling", "the pedal refuses every output report",
-     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::kStall); }},
+     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::Stall); }},
     {"go", "", "going", "undoes hang and stall",
-     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::kTake); }},
+     [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::Accept); }},
     {"memory", "", "listed", "lists what the pedal holds, one line for each slot",
-     [](UsbConsole& console, std::string_view) { console.listMemory(); }},
+     [](UsbConsole& console, std::string_view) {
+         std::ranges::for_each(memoryLines(console.pedal_.memory()), console.sink_);
+     }},
     {"reports", "", "reporting", "prints each output report from now on, in hexadecimal",
      [](UsbConsole& console, std::string_view) { console.printReports(); }},
     {"fault", "NAME[=N]", "", "switches a fault on",
@@ -55,7 +58,7 @@ const UsbConsole::Command UsbConsole::kCommands[] = {
 UsbConsole::UsbConsole(VirtualKr310& pedal, UsbKr310& device, UsbCable& cable, Plug plug, LineSink sink)
     : pedal_(pedal), device_(device), cable_(cable), plug_(std::move(plug)), sink_(std::move(sink)) {}
 
-bool UsbConsole::obey(std::string_view line) {
+bool UsbConsole::execute(std::string_view line) {
     const std::string_view name = line.substr(0, line.find(' '));
     const std::string_view argument = line.substr(std::min(name.size() + 1, line.size()));
     const auto command = std::ranges::find(kCommands, name, &Command::name);
@@ -84,18 +87,8 @@ void UsbConsole::plug() {
     }
 }
 
-void UsbConsole::unplug() {
-    if (cable_.isPlugged()) {
-        cable_.unplug();
-    }
-}
-
 void UsbConsole::setOutput(UsbKr310::Output output) {
     device_.setOutput(output, UsbKr310::Clock::now());
-}
-
-void UsbConsole::listMemory() {
-    std::ranges::for_each(memoryLines(pedal_.memory()), sink_);
 }
 
 void UsbConsole::printReports() {

@@ -9,29 +9,26 @@
 
 namespace kelvo {
 
-/// The command line of kr310-usb. The table in the source says what each command does and answers; the answer to one
-/// that takes an argument is the command itself. What cannot be done is answered by one line that begins with "error:
-/// ". One thread.
+/// The commands of kr310-usb. The table in the source lists their effects and answers. A command with an argument is
+/// answered by itself, a failed one by a line that begins with "error: ". One thread.
 class UsbConsole {
 public:
     using LineSink = std::function<void(std::string_view line)>;
-    /// Gives the device's end of a new cable to the host; throws std::runtime_error when it cannot.
+    /// Connects a new cable with the host and returns the device's end. Throws std::runtime_error on failure.
     using Plug = std::function<UniqueFd()>;
 
-    /// All that is referred to outlives this object.
+    /// All referenced objects must outlive this one.
     UsbConsole(VirtualKr310& pedal, UsbKr310& device, UsbCable& cable, Plug plug, LineSink sink);
 
-    /// Carries out one line, without its line end. False after "quit".
-    [[nodiscard]] bool obey(std::string_view line);
+    /// Executes one command line, without its line end. Returns false after "quit".
+    [[nodiscard]] bool execute(std::string_view line);
 
 private:
     struct Command;
     static const Command kCommands[];
 
     void plug();
-    void unplug();
     void setOutput(UsbKr310::Output output);
-    void listMemory();
     void printReports();
     void setFault(std::string_view text);
     void listFaults();

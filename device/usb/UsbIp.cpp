@@ -11,7 +11,7 @@ namespace {
 
 enum Command : std::uint32_t { kSubmit = 1, kUnlink = 2, kSubmitAnswer = 3, kUnlinkAnswer = 4 };
 
-/// Places of the header's words, and of the setup bytes.
+/// Offsets of the header's words and of the setup bytes.
 enum Offset : std::size_t {
     kCommand = 0,
     kNumber = 4,
@@ -24,7 +24,7 @@ enum Offset : std::size_t {
 };
 
 constexpr std::uint32_t kGreatestEndpoint = 15;
-/// What a transfer that is not isochronous has for a packet count: the documented value, and what the kernel sends.
+/// The packet count of a transfer that is not isochronous: the documented value, and the one that the kernel sends.
 constexpr std::uint32_t kNoPackets[] = {0xFFFFFFFF, 0};
 
 using Header = std::span<const std::uint8_t, kUsbIpHeaderSize>;
@@ -75,7 +75,7 @@ UsbRequest readSubmit(Header header) {
     demand(length <= kUsbIpLongestTransfer, "length", length);
     demand(std::ranges::find(kNoPackets, packets) != std::end(kNoPackets), "packet count", packets);
     UsbRequest request{.number = wordAt(header, kNumber),
-                       .direction = direction == 0 ? UsbDirection::kOut : UsbDirection::kIn,
+                       .direction = direction == 0 ? UsbDirection::Out : UsbDirection::In,
                        .endpoint = static_cast<std::uint8_t>(endpoint),
                        .length = length};
     std::ranges::copy(header.subspan(kSetup), request.setup.begin());
@@ -96,7 +96,7 @@ UsbIpMessage readHeader(Header header) {
 /// Bytes that follow the header.
 std::size_t payloadOf(const UsbIpMessage& message) {
     const auto* const request = std::get_if<UsbRequest>(&message);
-    return request != nullptr && request->direction == UsbDirection::kOut ? request->length : 0;
+    return request != nullptr && request->direction == UsbDirection::Out ? request->length : 0;
 }
 
 }  // namespace
@@ -107,17 +107,17 @@ std::vector<UsbIpMessage> UsbIpReader::take(std::span<const std::uint8_t> bytes)
     std::span<const std::uint8_t> rest(held_);
     while (rest.size() >= kUsbIpHeaderSize) {
         UsbIpMessage message = readHeader(rest.first<kUsbIpHeaderSize>());
-        const std::span<const std::uint8_t> behind = rest.subspan(kUsbIpHeaderSize);
+        const std::span<const std::uint8_t> afterHeader = rest.subspan(kUsbIpHeaderSize);
         const std::size_t payload = payloadOf(message);
-        if (payload > behind.size()) {
+        if (payload > afterHeader.size()) {
             break;
         }
         if (payload > 0) {
-            const auto data = behind.first(payload);
+            const auto data = afterHeader.first(payload);
             std::get<UsbRequest>(message).data.assign(data.begin(), data.end());
         }
         messages.push_back(std::move(message));
-        rest = behind.subspan(payload);
+        rest = afterHeader.subspan(payload);
     }
     held_.erase(held_.begin(), held_.end() - static_cast<std::ptrdiff_t>(rest.size()));
     return messages;
@@ -126,7 +126,7 @@ std::vector<UsbIpMessage> UsbIpReader::take(std::span<const std::uint8_t> bytes)
 void appendSubmitAnswer(std::vector<std::uint8_t>& out, const UsbRequest& request, std::int32_t status,
                         std::span<const std::uint8_t> data) {
     appendHeader(out, kSubmitAnswer, request.number, status, data.size());
-    if (request.direction == UsbDirection::kIn) {
+    if (request.direction == UsbDirection::In) {
         std::ranges::copy(data, std::back_inserter(out));
     }
 }

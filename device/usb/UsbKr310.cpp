@@ -36,7 +36,7 @@ void UsbKr310::handle(const UsbRequest& request, Clock::time_point now) {
         control(request);
     } else if (request.endpoint != kUsbReportEndpoint) {
         appendSubmitAnswer(answers_, request, kUsbStall, {});
-    } else if (request.direction == UsbDirection::kIn) {
+    } else if (request.direction == UsbDirection::In) {
         waitingIn_.push_back(request);
     } else {
         takeOutput(request, now);
@@ -45,8 +45,8 @@ void UsbKr310::handle(const UsbRequest& request, Clock::time_point now) {
 
 void UsbKr310::handle(const UsbUnlink& unlink) {
     const auto isTarget = [&](const UsbRequest& request) { return request.number == unlink.target; };
-    const bool waiting = std::erase_if(waitingIn_, isTarget) + std::erase_if(waitingOut_, isTarget) > 0;
-    appendUnlinkAnswer(answers_, unlink, waiting ? kUsbUnlinked : 0);
+    const bool wasPending = std::erase_if(waitingIn_, isTarget) + std::erase_if(waitingOut_, isTarget) > 0;
+    appendUnlinkAnswer(answers_, unlink, wasPending ? kUsbUnlinked : 0);
 }
 
 void UsbKr310::control(const UsbRequest& request) {
@@ -55,34 +55,34 @@ void UsbKr310::control(const UsbRequest& request) {
         appendSubmitAnswer(answers_, request, kUsbStall, {});
         return;
     }
-    // The header's length and the one in the setup bytes come from the same place, but neither is ours to trust.
+    // The length in the header and the one in the setup bytes should be equal, but the host may send anything.
     answer->resize(std::min(answer->size(), request.length));
     appendSubmitAnswer(answers_, request, 0, *answer);
 }
 
 void UsbKr310::takeOutput(const UsbRequest& request, Clock::time_point now) {
     switch (output_) {
-        case Output::kTake:
+        case Output::Accept:
             return takeReport(request, now);
-        case Output::kHang:
+        case Output::Hang:
             return waitingOut_.push_back(request);
-        case Output::kStall:
+        case Output::Stall:
             return appendSubmitAnswer(answers_, request, kUsbStall, {});
     }
 }
 
 void UsbKr310::takeReport(const UsbRequest& request, Clock::time_point now) {
     switch (pedal_.deliverNext()) {
-        case VirtualKr310::Delivery::kUnplugged:
+        case VirtualKr310::Delivery::Unplugged:
             wantsUnplug_ = true;
             return;
-        case VirtualKr310::Delivery::kRefused:
+        case VirtualKr310::Delivery::Refused:
             return appendSubmitAnswer(answers_, request, kUsbStall, {});
-        case VirtualKr310::Delivery::kProtocolError:
+        case VirtualKr310::Delivery::ProtocolError:
             return appendSubmitAnswer(answers_, request, kUsbProtocolError, {});
-        case VirtualKr310::Delivery::kNoAnswer:
+        case VirtualKr310::Delivery::NoAnswer:
             return waitingOut_.push_back(request);
-        case VirtualKr310::Delivery::kTaken:
+        case VirtualKr310::Delivery::Accepted:
             break;
     }
     reportSink_(request.data);

@@ -14,47 +14,48 @@
 
 namespace kelvo {
 
-/// A virtual KR310 as a USB device: takes the host's USB/IP bytes, gives the bytes of its answers. It has no clock and
-/// no socket; its owner says what time it is. One thread.
+/// A virtual KR310 as a USB device: the host's USB/IP bytes in, the bytes of its answers out. It has no clock and no
+/// socket; the caller passes the time. One thread.
 ///
-/// An output report of 64 bytes goes to the pedal; of Faults it also obeys refuseReport (that transfer stalls),
-/// protocolErrorAtReport, noAnswerAtReport (until the host gives it up) and unplugAtReport (see `wantsUnplug`). An
-/// input report is longer than the endpoint's 64 bytes only by a fault, and is cut to what the host asked for.
+/// Output reports go to the pedal. This class implements Faults::refuseReport (the transfer stalls),
+/// protocolErrorAtReport, noAnswerAtReport (until the host cancels the transfer) and unplugAtReport (see
+/// `wantsUnplug`). A fault can make an input report longer than the endpoint's 64 bytes; it is cut to the length that
+/// the host requested.
 class UsbKr310 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// What the OUT endpoint does with a report: take it, keep the host waiting, or stall.
-    enum class Output { kTake, kHang, kStall };
+    /// The reaction of the OUT endpoint to a report: accept it, leave it pending, or stall.
+    enum class Output { Accept, Hang, Stall };
 
-    /// `pedal` outlives this object.
+    /// `pedal` must outlive this object.
     explicit UsbKr310(VirtualKr310& pedal) : pedal_(pedal) {}
 
-    /// The cable has been plugged in: the pedal is freshly powered up and nothing is under way. `Output` stays.
+    /// The cable has been plugged in: powers the pedal up and discards all requests and answers. `Output` stays.
     void powerUp();
 
-    /// Takes bytes of the host. Throws std::runtime_error, whose text is the reason, when they break the protocol; pull
+    /// Processes bytes from the host. Throws std::runtime_error with the reason when they break the protocol; unplug
     /// the cable then.
     void receive(std::span<const std::uint8_t> bytes, Clock::time_point now);
 
-    /// A change also settles the output reports that hang: they are taken, or they stall.
+    /// Also applies to the pending output reports: they are accepted or they stall.
     void setOutput(Output output, Clock::time_point now);
 
-    /// Gets every output report from now on that goes to the pedal.
+    /// `sink` gets every later output report that goes to the pedal.
     void setReportSink(std::function<void(std::span<const std::uint8_t> report)> sink) {
         reportSink_ = std::move(sink);
     }
 
-    /// Answers waiting IN requests with the input reports that are due.
+    /// Answers pending IN requests with the input reports that are due.
     void deliverDue(Clock::time_point now);
 
-    /// When `deliverDue` has something to do next; nothing while no request or no report is there.
+    /// When `deliverDue` can answer a request; nothing without a pending request or a report.
     [[nodiscard]] std::optional<Clock::time_point> nextDue() const;
 
     /// The bytes for the host since the last call.
     [[nodiscard]] std::vector<std::uint8_t> takeAnswers();
 
-    /// A report has come at which the cable is to be pulled. From then on everything is ignored until `powerUp`.
+    /// A fault requires the cable to be unplugged. Everything is ignored until `powerUp`.
     [[nodiscard]] bool wantsUnplug() const { return wantsUnplug_; }
 
 private:
@@ -66,10 +67,10 @@ private:
 
     VirtualKr310& pedal_;
     UsbIpReader reader_;
-    Output output_ = Output::kTake;
+    Output output_ = Output::Accept;
     std::function<void(std::span<const std::uint8_t>)> reportSink_ = [](const auto&) {};
     bool wantsUnplug_ = false;
-    /// Requests without an answer so far, in the order in which they came.
+    /// Pending requests in the order of their arrival.
     std::vector<UsbRequest> waitingIn_;
     std::vector<UsbRequest> waitingOut_;
     std::multimap<Clock::time_point, std::vector<std::uint8_t>> reports_;

@@ -20,7 +20,7 @@ namespace {
 
 using Clock = UsbCable::Clock;
 
-/// Time until `due` for ppoll(2), no less than nothing.
+/// Time until `due` for ppoll(2), not negative.
 timespec timeUntil(Clock::time_point due) {
     const std::chrono::nanoseconds left = std::max<Clock::duration>(due - Clock::now(), {});
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
@@ -29,33 +29,33 @@ timespec timeUntil(Clock::time_point due) {
 
 constexpr std::size_t kLongestCommand = 256;
 
-/// Cuts what is read from a descriptor into lines for the console.
+/// Splits the input into lines for the console.
 class CommandReader {
 public:
     CommandReader(int fd, UsbConsole& console, const UsbConsole::LineSink& sink)
         : fd_(fd), console_(console), sink_(sink) {}
 
-    /// Reads once and obeys every line that became complete. False at the end.
+    /// Reads once and executes every complete line. Returns false after "quit" and at the end of the input.
     bool serve() {
         std::array<char, 4096> buffer{};
         const ssize_t length = read(fd_, buffer.data(), buffer.size());
         if (length <= 0) {
             return false;
         }
-        bool going = true;
+        bool continues = true;
         for (const char character : std::span(buffer).first(static_cast<std::size_t>(length))) {
             if (character != '\n') {
-                // One more than is allowed is kept, so that the line is known to be too long.
+                // One byte more than allowed is stored, to detect a line that is too long.
                 if (line_.size() <= kLongestCommand) {
                     line_ += character;
                 }
             } else if (const std::string line = std::exchange(line_, {}); line.size() > kLongestCommand) {
                 sink_("error: a command has at most " + std::to_string(kLongestCommand) + " bytes");
             } else {
-                going = going && console_.obey(line);
+                continues = continues && console_.execute(line);
             }
         }
-        return going;
+        return continues;
     }
 
 private:
@@ -69,7 +69,7 @@ private:
 
 void runUsbLoop(int commands, UsbConsole& console, UsbCable& cable, const UsbConsole::LineSink& sink) {
     CommandReader reader(commands, console, sink);
-    for (bool going = true; going;) {
+    for (bool continues = true; continues;) {
         const std::optional<Clock::time_point> due = cable.nextDue();
         const timespec patience = due ? timeUntil(*due) : timespec{};
         std::array<pollfd, 2> fds{{{commands, POLLIN, 0}, {cable.fd(), cable.events(), 0}}};
@@ -80,17 +80,15 @@ void runUsbLoop(int commands, UsbConsole& console, UsbCable& cable, const UsbCon
             sink("error: nothing can be waited for: " + std::generic_category().message(errno));
             break;
         }
-        // The cable first: its descriptor is the one that was waited for only until a command is obeyed.
+        // The cable first: a command may replace its descriptor.
         if (const auto end = cable.serve(fds[1].revents, Clock::now())) {
             sink("unplugged: " + *end);
         }
         if (fds[0].revents != 0) {
-            going = reader.serve();
+            continues = reader.serve();
         }
     }
-    if (cable.isPlugged()) {
-        cable.unplug();
-    }
+    cable.unplug();
 }
 
 }  // namespace kelvo

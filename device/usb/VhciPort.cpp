@@ -17,7 +17,7 @@ namespace {
 
 /// The kernel's VDEV_ST_NULL: nothing is attached to the port.
 constexpr unsigned kFree = 4;
-/// The device's number on the bus it is said to come from: bus 1, device 2. Nobody asks for it.
+/// The device's number on the remote bus: bus 1, device 2. Nothing depends on it.
 constexpr unsigned kDeviceId = 0x10002;
 /// The kernel's USB_SPEED_FULL.
 constexpr unsigned kFullSpeed = 2;

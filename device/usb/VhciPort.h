@@ -8,16 +8,15 @@
 
 namespace kelvo {
 
-/// Where the stock module vhci-hcd shows its first controller.
+/// The first controller of the kernel module vhci-hcd in sysfs.
 inline constexpr auto kVhciController = "/sys/devices/platform/vhci_hcd.0";
 
-/// The first free port for a full-speed device in the text of the controller's file "status"; nothing when all are
-/// taken, or still busy with the last device that was pulled.
+/// The first free port for a full-speed device, from the controller's file "status". Nothing if all are in use, or
+/// still busy with a device that was just unplugged.
 [[nodiscard]] std::optional<unsigned> freePort(std::istream& status);
 
-/// Plugs a full-speed device into this machine's own kernel. The kernel is the host at the other end of the socket that
-/// is returned; closing it pulls the cable. Throws std::runtime_error, whose text says what is missing, when it cannot
-/// be done.
+/// Plugs a full-speed device into this machine's kernel. Returns a socket with the kernel, as the host, at its other
+/// end; closing it unplugs the device. Throws std::runtime_error with the reason on failure.
 [[nodiscard]] UniqueFd plugIntoKernel(const std::filesystem::path& controller = kVhciController);
 
 }  // namespace kelvo

@@ -6,8 +6,8 @@
 
 namespace kelvo::fuzz {
 
-/// A second, plain reading of the amp model format: whether the file is accepted. `words` holds what an earlier file
-/// left and takes what this one brings, also when it is refused. Shares nothing with `files/`.
+/// A second, simple reader of the amp model format. Returns whether the file is accepted. `words` contains the words of
+/// an earlier file and gets those of this one, even if it is refused. Shares no code with `files/`.
 [[nodiscard]] inline bool modelAmp(std::span<const std::uint8_t> file, std::array<std::uint32_t, 512>& words) {
     std::uint64_t sum = 0;
     std::uint64_t expected = 0;

@@ -10,13 +10,13 @@
 
 namespace kelvo::fuzz {
 
-/// What the controller must send and show, told as plainly as possible. Shares nothing with `app/` and `protocol/`.
+/// A simple model of what the controller must send and show. Shares no code with `app/` and `protocol/`.
 class ControllerModel {
 public:
     using Words = std::array<std::uint32_t, 512>;
     using Labels = std::array<std::string, 10>;
 
-    /// A row is chosen for a transfer: -1 is none.
+    /// Chooses a row for a transfer; -1 means none.
     void choose(int row) { row_ = row; }
     void importIR(const Words& points, const std::string& name) {
         ir_ = {points, name, row_};
@@ -39,16 +39,16 @@ public:
             ir_.row = -1;
         }
     }
-    /// A frame from the device, with all 1024 bytes of the buffer that it stands in.
+    /// Handles a frame from the device, with all 1024 bytes of the unpacker's buffer.
     void frame(const std::array<std::uint8_t, 1024>& buffer);
 
-    /// The frames that must have gone out since this was asked last.
+    /// The frames that must have been sent since the last call.
     std::vector<test::Bytes> takeSent() { return std::exchange(sent_, {}); }
 
     Labels cabLabels;
     Labels ampLabels;
     std::uint8_t progress = 0;
-    /// The greatest share of 199 that a bar takes has been seen last; values beyond leave it.
+    /// The bar's value: the last progress up to 199, divided by 199. Larger values do not change it.
     double shownProgress = 0.0;
     int irTick = 0;
     int ampTick = 0;

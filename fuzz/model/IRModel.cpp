@@ -77,7 +77,7 @@ std::uint32_t sample(const Wave& wave, std::size_t frame) {
     }
 }
 
-/// The frames that are there, and silence up to `cap`.
+/// The frames of the file, and silence up to `cap`.
 std::vector<std::uint32_t> decode(const Wave& wave, std::size_t cap) {
     std::vector<std::uint32_t> words(cap + 1);
     if (wave.channels > 2) {

@@ -6,15 +6,15 @@
 
 namespace kelvo::fuzz {
 
-/// What an impulse-response file must come to.
+/// The required result for an impulse-response file.
 struct IRModelResult {
     bool opened = false;
     bool converted = false;
-    std::array<std::uint32_t, 512> points{};  ///< only meaningful when converted
+    std::array<std::uint32_t, 512> points{};  ///< only valid when converted
 };
 
-/// A second, plain reading of the file format and of the conversion: byte by byte, with sums and products worked out in
-/// double precision and rounded once each. Shares nothing with `files/`.
+/// A second, simple implementation of the file format and the conversion: byte by byte, with sums and products in
+/// double precision, each rounded once. Shares no code with `files/`.
 [[nodiscard]] IRModelResult modelIR(std::span<const std::uint8_t> file);
 
 }  // namespace kelvo::fuzz

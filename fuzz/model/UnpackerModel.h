@@ -12,13 +12,13 @@
 
 namespace kelvo::fuzz {
 
-/// Ring and unpacker as one plain thing: a queue of bytes and a buffer of 1024, whose first `held` bytes begin with
-/// 0xAA. Shares nothing with `link/` and `protocol/`.
+/// A simple model of ring and unpacker: a queue of bytes and a buffer of 1024, whose first `held` bytes begin with
+/// 0xAA. Shares no code with `link/` and `protocol/`.
 class UnpackerModel {
 public:
     using Buffer = std::array<std::uint8_t, 1024>;
 
-    /// One input report. All of its bytes fit into the ring's 10240, or none is taken.
+    /// Adds the bytes of one input report, or none of them if the ring's 10240 would overflow.
     void report(std::span<const std::uint8_t> bytes) {
         if (bytes.size() != 64) {
             return;
@@ -29,7 +29,7 @@ public:
         }
     }
 
-    /// One tick of the receive thread: the buffers as they are when a frame is handed on.
+    /// One tick of the receive thread. Returns the buffer at each frame that is passed on.
     std::vector<Buffer> tick() {
         std::vector<Buffer> delivered;
         while (true) {
@@ -86,7 +86,7 @@ private:
         }
         return true;
     }
-    /// Closes the gap between `to` and `from`; what lay behind the held bytes stays.
+    /// Moves the held bytes from `from` on to `to`. Bytes after them stay.
     void drop(std::size_t from, std::size_t to) {
         for (; from < held_; ++from, ++to) {
             buffer_[to] = buffer_[from];

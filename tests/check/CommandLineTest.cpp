@@ -74,8 +74,8 @@ TEST(CommandLine, saysWhatIsWrong) {
         {{"--set", "a.wav"}, "--set needs --json."},
         {{"--prepare", "", "a.wav"}, "No folder is named for --prepare."},
         {{"--prepare", "\xFF", "a.wav"}, "The folder's name must be valid UTF-8."},
-        {{"--prepare", "x", "--json", "a.wav"}, "--prepare goes with neither --json nor --plot."},
-        {{"--prepare", "x", "--plot=x.png", "a.wav"}, "--prepare goes with neither --json nor --plot."},
+        {{"--prepare", "x", "--json", "a.wav"}, "--prepare cannot be combined with --json or --plot."},
+        {{"--prepare", "x", "--plot=x.png", "a.wav"}, "--prepare cannot be combined with --json or --plot."},
     };
     for (const auto& [arguments, mistake] : rows) {
         EXPECT_EQ(parse(arguments).request.mistake, mistake) << arguments.join(' ').toStdString();

@@ -77,12 +77,12 @@ TEST_F(Program, goesOnBehindARefusedFileAndEndsWith1) {
               "  response: up to 0.00 dB off the file's, at 8000 Hz\n"
               "a.mp3: refused: its name ends neither in \".wav\" nor in \".amp\"\n"
               "\n"
-              "1 of 3 will be taken\n");
+              "1 of 3 are accepted\n");
     EXPECT_EQ(result.err, "");
 }
 
 TEST_F(Program, ofTwoFiles_endsWithASummary) {
-    EXPECT_TRUE(run({wave("a.wav"), wave("b.wav")}).out.ends_with("\n\n2 of 2 will be taken\n"));
+    EXPECT_TRUE(run({wave("a.wav"), wave("b.wav")}).out.ends_with("\n\n2 of 2 are accepted\n"));
 }
 
 TEST_F(Program, ofAFolder_endsWithASummaryAndTheLinesForSox) {
@@ -94,7 +94,7 @@ TEST_F(Program, ofAFolder_endsWithASummaryAndTheLinesForSox) {
         result.out,
         "./x.wav: refused: its sample rate in Hz, at byte 24, is 8000; allowed are 44100, 48000, 88200 and 96000\n"
         "\n"
-        "0 of 1 will be taken\n"
+        "0 of 1 are accepted\n"
         "sox --no-clobber './x.wav' './x-converted.wav' rate 44100\n");
 }
 

@@ -21,7 +21,6 @@ TEST(UnreadableFile, isExplainedByTheStepThatFailed) {
         {{.step = Type, .mode = S_IFIFO | 0600}, "it is a pipe, not a regular file"},
         {{.step = Type, .mode = S_IFCHR | 0666}, "it is a device, not a regular file"},
         {{.step = Length, .size = 0x100000000}, "it is 4294967296 bytes long; at most 4294967295 are allowed"},
-        {{.step = Memory, .size = 70000}, "its 70000 bytes do not fit into the memory"},
         {{.step = Read, .size = 8, .held = 5}, "it ended at byte 5 of 8 while it was read"},
         {{.step = Read, .error = EIO, .size = 8, .held = 5}, "it cannot be read: Input/output error"},
     };

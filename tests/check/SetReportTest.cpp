@@ -30,15 +30,15 @@ TEST(SetReport, countsAndHasTheLinesForSoxAsTheyAre) {
                                     {.path = "b.wav", .refusal = "x", .soxLine = "sox 'b.wav'"},
                                     {.path = "c.wav", .refusal = "x"},
                                     {.path = "d.wav", .refusal = "x", .soxLine = "sox 'd.wav'"}});
-    EXPECT_EQ(set.text().toStdString(), "\n1 of 4 will be taken\nsox 'b.wav'\nsox 'd.wav'\n");
-    EXPECT_EQ(SetReport().text(), "\n0 of 0 will be taken\n");
+    EXPECT_EQ(set.text().toStdString(), "\n1 of 4 are accepted\nsox 'b.wav'\nsox 'd.wav'\n");
+    EXPECT_EQ(SetReport().text(), "\n0 of 0 are accepted\n");
 }
 
 TEST(SetReport, namesTheFilesOfTheSameNameInTheSameKindOfSlot) {
     const SetReport set = reportOf({wave("x/a\n.wav", "CAB\x1B", {}), amp("c.amp", "CAB\x1B"), wave("d.wav", "D", {}),
                                     wave("b.wav", "CAB\x1B", {}), amp("D.amp", "D")});
     EXPECT_EQ(set.text().toStdString(),
-              "\n5 of 5 will be taken\nthe name \"CAB\\x1b\" is that of x/a\\x0a.wav, b.wav\n");
+              "\n5 of 5 are accepted\nthe name \"CAB\\x1b\" is that of x/a\\x0a.wav, b.wav\n");
 }
 
 TEST(SetReport, namesTheFilesThatAreMoreThan1dB5OffTheMedian) {
@@ -47,12 +47,12 @@ TEST(SetReport, namesTheFilesThatAreMoreThan1dB5OffTheMedian) {
                   wave("d.wav", "D", {}), wave("e.wav", "E", -0.1), wave("f.wav", "F", -2.0), wave("g.wav", "G", 4.0)});
     // The median is that of -3.1, -2.0, -1.5, -0.1, 0.0, 4.0: -0.8.
     EXPECT_EQ(set.text().toStdString(),
-              "\n7 of 7 will be taken\n%2%3.wav is 2.3 dB quieter than the set\ng.wav is 4.8 dB louder than the set\n");
+              "\n7 of 7 are accepted\n%2%3.wav is 2.3 dB quieter than the set\ng.wav is 4.8 dB louder than the set\n");
 }
 
 TEST(SetReport, ofASetThatIsEvenSaysNothingMore) {
     EXPECT_EQ(reportOf({wave("a.wav", "A", 1.5), wave("b.wav", "B", 0.0), wave("c.wav", "C", 3.0)}).text(),
-              "\n3 of 3 will be taken\n");
+              "\n3 of 3 are accepted\n");
 }
 
 TEST(SetReport, isAnObjectForPrograms) {

@@ -13,6 +13,7 @@
 #include <optional>
 #include <utility>
 
+#include "DiskFile.h"
 #include "ReadHook.h"
 #include "SampleFiles.h"
 #include "UniqueFd.h"
@@ -30,6 +31,13 @@ namespace {
 
 std::optional<FileBytes> bytesOf(const std::optional<FileContent>& file) {
     return file ? std::optional(FileBytes(file->bytes.get(), file->bytes.get() + file->size)) : std::nullopt;
+}
+
+ReadFailure failureOf(const QString& path) {
+    DiskFile file(QFile::encodeName(path));
+    FileBytes bytes(file.size());
+    EXPECT_FALSE(file.read(0, bytes));
+    return file.failure().value_or(ReadFailure{});
 }
 
 ssize_t unexpectedRead(int, void*, std::size_t, off_t) {
@@ -103,8 +111,8 @@ TEST_F(WholeFile, refusesWithoutReading_andSaysWhy) {
                            {dir.path("fifo"), Type, 0, S_IFIFO},
                            {dir.path("huge"), Length, 0, 0, 4294967296}}) {
         SCOPED_TRACE(row.path.toStdString());
-        ReadFailure failure;
-        EXPECT_FALSE(readWholeFile(row.path, &failure));
+        EXPECT_FALSE(readWholeFile(row.path));
+        const ReadFailure failure = failureOf(row.path);
         EXPECT_EQ(failure.step, row.step);
         EXPECT_EQ(failure.error, row.error);
         EXPECT_TRUE(row.step != Type || (failure.mode & S_IFMT) == row.type);
@@ -208,8 +216,7 @@ TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);
         return __real_pread64(fd, buffer, size, offset);
     };
-    ReadFailure failure;
-    EXPECT_FALSE(readWholeFile(path, &failure));
+    ReadFailure failure = failureOf(path);
     EXPECT_EQ(failure.step, ReadFailure::Step::Read);
     EXPECT_EQ(failure.error, 0);
     EXPECT_EQ(failure.size, 8U);
@@ -218,7 +225,7 @@ TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
         errno = EIO;
         return -1;
     };
-    EXPECT_FALSE(readWholeFile(path, &failure));
+    failure = failureOf(path);
     EXPECT_EQ(failure.step, ReadFailure::Step::Read);
     EXPECT_EQ(failure.error, EIO);
     EXPECT_EQ(failure.held, 0U);

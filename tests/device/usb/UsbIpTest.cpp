@@ -30,14 +30,14 @@ TEST(UsbIpReader, readsMessagesThatComeTogether) {
     ASSERT_EQ(messages.size(), 3U);
     const auto& in = std::get<UsbRequest>(messages[0]);
     EXPECT_EQ(in.number, 7U);
-    EXPECT_EQ(in.direction, UsbDirection::kIn);
+    EXPECT_EQ(in.direction, UsbDirection::In);
     EXPECT_EQ(in.endpoint, 0);
     EXPECT_EQ(in.length, 64U);
     EXPECT_THAT(in.setup, ElementsAre(0x80, 0x06, 0x00, 0x01, 0x00, 0x00, 0x40, 0x00));
     EXPECT_TRUE(in.data.empty());
     const auto& out = std::get<UsbRequest>(messages[1]);
     EXPECT_EQ(out.number, 8U);
-    EXPECT_EQ(out.direction, UsbDirection::kOut);
+    EXPECT_EQ(out.direction, UsbDirection::Out);
     EXPECT_EQ(out.endpoint, 1);
     EXPECT_THAT(out.data, ElementsAre(0xAA, 0xBB, 0xCC));
     EXPECT_EQ(std::get<UsbUnlink>(messages[2]).number, 9U);
@@ -108,7 +108,7 @@ TEST(UsbIpReader, takesTheLongestTransferAndTheLastEndpoint) {
 
 TEST(UsbIpAnswer, toARequestForDataCarriesTheData) {
     Bytes out;
-    const UsbRequest request{.number = 0x01020304, .direction = UsbDirection::kIn, .length = 64};
+    const UsbRequest request{.number = 0x01020304, .direction = UsbDirection::In, .length = 64};
     appendSubmitAnswer(out, request, 0, unhex("12 01"));
     EXPECT_EQ(hex(out),
               "00 00 00 03 01 02 03 04 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 02 00 00 00 00 "

@@ -105,27 +105,27 @@ TEST_F(UsbPedal, hasNothingToUnlinkOnceARequestIsAnswered) {
 }
 
 TEST_F(UsbPedal, whileItHangs_keepsOutputReportsWaiting) {
-    device.setOutput(UsbKr310::Output::kHang, kStart);
+    device.setOutput(UsbKr310::Output::Hang, kStart);
     EXPECT_EQ(answersTo(outRequest(kOne, connectReport())), "");
     EXPECT_EQ(answersTo(unlinkRequest(kTwo, kOne)), unlinkAnswer(kTwo, kUnlinkedWord));
-    device.setOutput(UsbKr310::Output::kTake, kStart);
+    device.setOutput(UsbKr310::Output::Accept, kStart);
     EXPECT_EQ(device.takeAnswers(), Bytes());
 }
 
 TEST_F(UsbPedal, whenItGoesOn_takesWhatWaited) {
-    device.setOutput(UsbKr310::Output::kHang, kStart);
+    device.setOutput(UsbKr310::Output::Hang, kStart);
     EXPECT_EQ(answersTo(join({inRequest(kOne), outRequest(kTwo, connectReport())})), "");
-    device.setOutput(UsbKr310::Output::kTake, kStart);
+    device.setOutput(UsbKr310::Output::Accept, kStart);
     EXPECT_EQ(hex(device.takeAnswers()),
               joined(submitAnswer(kTwo, kZeroWord, kSize), submitAnswer(kOne, kZeroWord, kSize, progressZero())));
 }
 
 TEST_F(UsbPedal, whileItStalls_refusesOutputReportsAndAnswersControlRequests) {
-    device.setOutput(UsbKr310::Output::kStall, kStart);
+    device.setOutput(UsbKr310::Output::Stall, kStart);
     EXPECT_EQ(answersTo(outRequest(kOne, connectReport())), submitAnswer(kOne, kStallWord, kZeroWord));
     const HostRequest idle{.endpoint = kZeroWord, .length = kZeroWord, .setup = "21 0A 00 00 00 00 00 00"};
     EXPECT_EQ(answersTo(idle.bytes()), submitAnswer(kOne, kZeroWord, kZeroWord));
-    device.setOutput(UsbKr310::Output::kTake, kStart);
+    device.setOutput(UsbKr310::Output::Accept, kStart);
     EXPECT_EQ(answersTo(inRequest(kTwo)), "");
 }
 

@@ -251,7 +251,7 @@ TEST_F(RunningLoop, goesThroughTheStartUpAtThePaceThatIsSet) {
 TEST_F(RunningLoop, saysThatTheHostHasLetGo) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     host.reset();
-    EXPECT_THAT(said(1), ElementsAre("unplugged: the host has let go"));
+    EXPECT_THAT(said(1), ElementsAre("unplugged: the host has closed the connection"));
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
 }
 
@@ -367,9 +367,9 @@ TEST(UsbConsole, saysWhyItCannotPlugIn) {
     UsbConsole console(
         pedal, device, cable, []() -> UniqueFd { throw std::runtime_error("no port"); },
         [&](std::string_view line) { lines.emplace_back(line); });
-    EXPECT_TRUE(console.obey("plug"));
+    EXPECT_TRUE(console.execute("plug"));
     EXPECT_FALSE(cable.isPlugged());
-    EXPECT_FALSE(console.obey("quit"));
+    EXPECT_FALSE(console.execute("quit"));
     EXPECT_THAT(lines, ElementsAre("error: no port"));
 }
 
