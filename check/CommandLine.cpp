@@ -10,7 +10,7 @@ ProgramText introduction() {
         .synopsis = QStringLiteral("[--json [--set] | --plot OUT.png | --prepare DIR] FILE..."),
         .help = QStringLiteral(
             R"(Reports whether Kelvo accepts each .wav or .amp FILE, why not, and what the pedal would get.
-A folder stands for the .wav and .amp files in it.
+A folder means the .wav and .amp files in it.
 
   --json          print one JSON object for each FILE instead
   --set           with --json, print one more object for the complete set

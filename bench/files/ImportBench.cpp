@@ -178,7 +178,7 @@ void addRefusals(const Files& files) {
         const std::string name = std::to_string(size);
         addRefusal(files, "neither-mark/" + name, marked(disorder(size * kMiB)));
         addRefusal(files, "all-f/" + name, FileBytes(size * kMiB, 'f'));
-        addRefusal(files, "all-f-behind-RIFF/" + name, marked(FileBytes(size * kMiB, 'f')));
+        addRefusal(files, "all-f-after-RIFF/" + name, marked(FileBytes(size * kMiB, 'f')));
     }
 }
 

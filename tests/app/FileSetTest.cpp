@@ -1,4 +1,4 @@
-// Several files dropped together: one after the other into the row below the drop and those below it.
+// Several files dropped together fill the row under the drop and the rows below it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -120,7 +120,7 @@ TEST_F(Folder, countsItsFilesAndKnowsThePlaceOfOneThatIsGone) {
     EXPECT_THAT(count("3.wav", {}), testing::Pair(0, 3));
     EXPECT_THAT(count("3.wav", {1}), testing::Pair(3, 3));
     EXPECT_THAT(count("3.wav", {-1}), testing::Pair(2, 3));
-    // It is walked from where a file stood that is gone.
+    // The walk starts at the place of a removed file.
     EXPECT_THAT(names("3.wav", {1}), ElementsAre("2.wav", "4.wav", ""));
     EXPECT_THAT(names("3.wav", {-1}), ElementsAre("1.wav", "2.wav", "4.wav"));
 }

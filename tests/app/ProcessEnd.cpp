@@ -95,7 +95,7 @@ int main(int argc, char** argv) {
     kelvo::KelvoAppDelegate controller(manager, kelvo::desktopServices());
     const Session session{controller, manager};
     StepDriver driver(session.steps(way), [](const std::string& step) {
-        std::fprintf(stderr, "waited in vain for: %s\n", step.c_str());
+        std::fprintf(stderr, "timed out waiting for: %s\n", step.c_str());
         std::_Exit(1);
     });
     driver.start();

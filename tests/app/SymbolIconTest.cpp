@@ -60,7 +60,7 @@ TEST_F(SymbolIcon, isSharpAtEverySize) {
     EXPECT_TRUE(test::isApproved(sheet, KELVO_GOLDEN "/symbols.png"));
 }
 
-// A grey arrow of a theme would look the same on a dead button as on a live one.
+// A grey arrow of a theme would look the same on a disabled button.
 TEST_F(SymbolIcon, ofAStepIsOurOwnWhateverTheThemeHas) {
     const SampleDir themes;
     ASSERT_TRUE(QDir().mkpath(themes.path("arrows/16")));

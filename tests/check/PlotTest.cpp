@@ -178,7 +178,7 @@ TEST(Plot, drawsTheLevelsOverTime) {
     EXPECT_NEAR(curveRow(picture, kTimeArea, 529), 66, 1);     // 5.75 ms
     EXPECT_NEAR(curveRow(picture, kTimeArea, 537), 244.5, 1);  // 5.84 ms
     EXPECT_NEAR(curveRow(picture, kTimeArea, 952), 244.5, 1);
-    EXPECT_EQ(curveRow(picture, kTimeArea, 960), -1);  // behind 11.6 ms
+    EXPECT_EQ(curveRow(picture, kTimeArea, 960), -1);  // after 11.6 ms
 }
 
 TEST(Plot, drawsItsCurveInDarkBlueAPixelAndAHalfWide) {

@@ -171,7 +171,7 @@ TEST(WaveFacts, ofAPulseAt88200HzDependOnItsPlace) {
     EXPECT_FALSE(check(pulse(88200, 101, 600)).level);
 }
 
-// Point 11 is 0.968 of the way from frame 11 to frame 12, so that 0.032 of a pulse at 12 stay behind there, and the
+// Point 11 is 0.968 of the way from frame 11 to frame 12, so that 0.032 of a pulse at 12 remain there, and the
 // rest of it in point 12 at 13.056.
 TEST(WaveFacts, ofAPulseAt48000HzKnowTheInterpolation) {
     const WaveFacts facts = check(pulse(48000, 12, 600));

@@ -1,5 +1,5 @@
-// What kelvo-check makes of files that are right, wrong or doubtful in one way each: one line of golden/reports.txt for
-// each file. After a wanted change, review what the test prints and put it there.
+// The reports of kelvo-check on files that are right, wrong or doubtful in one way each: one line of golden/reports.txt
+// for each file. After a wanted change, review what the test prints and put it there.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// The lines that mend a refused wave file, and what a shell and sox make of them.
+// The lines that convert a refused wave file, and what a shell and sox do with them.
 
 #include <gtest/gtest.h>
 

@@ -21,7 +21,7 @@ constexpr std::uint8_t kAmp = 0xE2;
 /// The bytes of "AA 55 02".
 [[nodiscard]] Bytes unhex(std::string_view text);
 
-/// One 64-byte report with its count byte; behind the counted bytes lie remains of an earlier report.
+/// One 64-byte report with its count byte; the bytes after the counted ones remain from an earlier report.
 [[nodiscard]] Bytes makeReport(std::span<const std::uint8_t> payload);
 /// The reports a host sends for a frame: 63 bytes each, the last one the rest.
 [[nodiscard]] std::vector<Bytes> makeReports(std::span<const std::uint8_t> frame);
@@ -35,13 +35,13 @@ constexpr std::uint8_t kAmp = 0xE2;
 /// AA 55 02 00 E0 00 02 25.
 [[nodiscard]] Bytes connectFrame();
 
-/// Gives the pedal these frames, each in reports of its own, and gathers what it does.
+/// Gives the pedal these frames, each in separate reports, and gathers what it does.
 VirtualKr310::Reaction send(VirtualKr310& pedal, const std::vector<Bytes>& frames);
 /// Sends the packets of these phases for one slot.
 VirtualKr310::Reaction sendPhases(VirtualKr310& pedal, std::uint8_t command, std::uint8_t slot, const Bytes& phases,
                                   unsigned shift = 0);
 
-/// The counted bytes of every report, joined. A count over 63 stands for 63.
+/// The counted bytes of every report, joined. A count over 63 means 63.
 [[nodiscard]] std::string answered(const VirtualKr310::Reaction& reaction);
 
 }  // namespace kelvo

@@ -20,7 +20,7 @@ public:
     explicit Bench(const VirtualHidManager::Options& options = {.record = true});
     ~Bench();
 
-    /// Opens the manager, by default for a KR310, and serves it on a thread of its own.
+    /// Opens the manager, by default for a KR310, and serves it on a separate thread.
     void start(const HidMatching& wanted = {0x0483, 0x5703, 200});
     /// Stops the manager and waits until `run` has returned.
     void finish();

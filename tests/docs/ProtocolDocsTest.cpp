@@ -43,7 +43,7 @@ constexpr Sent kFrames[] = {{"Connect query", 0},   {"IR data packet", 1},  {"IR
                             {"AMP data packet", 8}, {"AMP name packet", 9}, {"Deletion", 10}};
 constexpr Sent kReports[] = {{"Connect query in its report", 0}, {"IR name packet in its report", 28}};
 
-/// All output reports of the session that the page tells of: start, one import of each kind, a deletion.
+/// All output reports of the session that the page describes: start, one import of each kind, a deletion.
 std::vector<Report> sessionReports() {
     WaveFile wave{.bitsPerSample = 24};
     std::array<std::uint32_t, 512> words{};
@@ -93,7 +93,7 @@ TEST(ProtocolDocs, showTheFramesAndReportsThatGoToThePedal) {
 }
 
 /// An example from the pedal: at which of its bytes the frame begins, and what the page says comes of it.
-struct Heard {
+struct Received {
     const char* example;
     std::ptrdiff_t begin;
     void (*expectEffect)(const KelvoAppDelegate& controller, const Bytes& sent);
@@ -105,7 +105,7 @@ void expectSecondIRPacket(const KelvoAppDelegate& controller, const Bytes& sent)
     EXPECT_EQ(sent[6], 2);
 }
 
-const Heard kHeard[] = {
+const Received kReceived[] = {
     {"CAB names", 0,
      [](const KelvoAppDelegate& controller, const Bytes&) {
          EXPECT_EQ(controller.IRNameArr(),
@@ -123,10 +123,10 @@ const Heard kHeard[] = {
          EXPECT_THAT(sent, IsEmpty());
          EXPECT_EQ(controller.transferState().IRTick, 0);
      }},
-    {"Frame behind a stray header byte", 1, expectSecondIRPacket},
+    {"Frame after a stray header byte", 1, expectSecondIRPacket},
 };
 
-/// The frames that the unpacker makes of bytes from the pedal, within one tick.
+/// The frames in bytes from the pedal, within one tick.
 std::vector<RecordingApp::Frame> unpacked(const Bytes& bytes) {
     RecordingApp app;
     DUP_init();
@@ -136,7 +136,7 @@ std::vector<RecordingApp::Frame> unpacked(const Bytes& bytes) {
     return app.frames();
 }
 
-class FromThePedal : public testing::TestWithParam<Heard> {};
+class FromThePedal : public testing::TestWithParam<Received> {};
 
 TEST_P(FromThePedal, comesOutOfTheUnpackerWholeAndDoesWhatThePageSays) {
     const auto& [name, begin, expectEffect] = GetParam();
@@ -155,7 +155,7 @@ TEST_P(FromThePedal, comesOutOfTheUnpackerWholeAndDoesWhatThePageSays) {
     expectEffect(controller, link.device->sentBytes());
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, FromThePedal, testing::ValuesIn(kHeard));
+INSTANTIATE_TEST_SUITE_P(Examples, FromThePedal, testing::ValuesIn(kReceived));
 
 TEST(ProtocolDocs, holdTheExamplesThatAreCheckedHereAndNoOthers) {
     std::vector<std::string> checked;
@@ -165,8 +165,8 @@ TEST(ProtocolDocs, holdTheExamplesThatAreCheckedHereAndNoOthers) {
     for (const Sent& sent : kReports) {
         checked.emplace_back(sent.example);
     }
-    for (const Heard& heard : kHeard) {
-        checked.emplace_back(heard.example);
+    for (const Received& received : kReceived) {
+        checked.emplace_back(received.example);
     }
     std::vector<std::string> found;
     for (const auto& [name, example] : documented()) {

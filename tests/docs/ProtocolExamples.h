@@ -52,7 +52,7 @@ inline ProtocolExample parseExample(std::istream& block) {
     return example;
 }
 
-/// The examples of a page by name. An example is a fenced block of the language hex; its name stands in bold at the
+/// The examples of a page by name. An example is a fenced block of the language hex; its name is in bold at the
 /// beginning of a line above it. Throws std::runtime_error for a block without a name, of another language or without
 /// an end, for a name that comes twice, and for what is no byte.
 inline ProtocolExamples readExamples(std::istream& page) {

@@ -55,7 +55,7 @@ const NameCase kIRNames[] = {
     {"Stra\u00DFe.wav", "STRASSE"},  // sharp s: two letters in upper case
     {"\uFB01n.wav", "FIN"},          // ligature fi
     {"\u00E9.wav", "\xC3"},          // one unit, the first of two bytes
-    {"e\u0301.wav", "E\xCC"},        // a combining accent is a unit of its own
+    {"e\u0301.wav", "E\xCC"},        // a combining accent is a separate unit
     {"\U0001D11E.wav", "\xF0\x9D"},  // two units of a four-byte letter
     {"\U00010428.wav", "\xF0\x90"},  // outside the BMP, and has an upper case
     {"\U0001D11E\U0001D11E.wav", "\xF0\x9D\x84\x9E"},

@@ -252,7 +252,7 @@ const Conversion kConversions[] = {
      formatOf(32),
      floatBytes({-1.5F, -2.0F, 256.0F, kInfinity, -kInfinity, kNaN, std::numeric_limits<float>::max()}),
      {0xC00000, 0x800000, 0x800000, 0x800000, 0x800000, 0x800000, 0x800000}},
-    // What resampling makes of points 0, 2 and 4.
+    // Points 0, 2 and 4 after resampling.
     {"floatsThatDoNotFit_at88200",
      formatOf(32, 1, 88200),
      floatBytes({kNaN, kInfinity, -kInfinity, std::numeric_limits<float>::max(), 2.0F, 1.5F}),

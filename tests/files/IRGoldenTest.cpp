@@ -63,7 +63,7 @@ Words convert(std::span<const std::uint32_t> samples, std::uint32_t rate, std::u
     return points;
 }
 
-/// The points of a rate at which each is a sample of its own.
+/// The points of a rate at which each is a separate sample.
 Words everyNth(const std::array<std::uint32_t, kFrames>& samples, std::size_t n) {
     Words points;
     for (std::size_t k = 0; k < points.size(); ++k) {

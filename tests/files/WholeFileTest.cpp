@@ -145,7 +145,7 @@ TEST_F(WholeFile, refusesAFifoThatHoldsBytesAndLeavesThemThere) {
     EXPECT_EQ(::read(end.get(), buffer, sizeof buffer), 4);
 }
 
-// Root may read everything, so this thread looks at the files as somebody else while it can; for any other user the
+// Root may read everything, so this thread reads the files as another user if it can; for any other user the
 // call changes nothing and the file is shut to its owner too.
 TEST_F(WholeFile, refusesAFileThatTheUserMayNotRead) {
     const QString path = dir.write("private", content);
@@ -172,7 +172,7 @@ TEST_F(WholeFile, readsALengthOf32Bits) {
         return 0;
     };
     EXPECT_FALSE(readWholeFile(path));
-    // A process of 32 bits has no room for it.
+    // A process of 32 bits has no memory for it.
     EXPECT_EQ(wanted, sizeof(std::size_t) == 4 ? 0U : 0xFFFFFFFFU);
 }
 

@@ -7,7 +7,7 @@
 
 namespace kelvo {
 
-/// Reports that are written until one is refused. Nobody takes anything out of the cable, so a write is soon one that
+/// Reports that are written until one is refused. Nothing reads from the cable, so a write is soon one that
 /// the kernel does not let return.
 class BlockedWrite {
 public:

@@ -26,7 +26,7 @@ struct Answer {
     std::vector<std::uint8_t> bytes = {};
 };
 
-/// Takes the place of the kernel behind one node and gives prepared answers, one per call. What is not prepared is
+/// Replaces the kernel at one node and gives prepared answers, one per call. What is not prepared is
 /// answered with EIO.
 class NodeScript {
 public:
@@ -53,7 +53,7 @@ private:
 };
 
 /// USB devices in a sysfs, a /dev and a udev of the test's own. Device `number` has the node /dev/hidraw<number>; the
-/// node is the one end of a pseudo-terminal, its cable the other. Every device takes a number of its own, and stays in
+/// node is the one end of a pseudo-terminal, its cable the other. Every device gets its own number, and stays in
 /// sysfs when it is unplugged.
 class FakeBus {
 public:
@@ -74,7 +74,7 @@ public:
     /// A "node" that is a plain file.
     void plugPlainFile(int number);
 
-    /// udev tells of the node again: "add", "change" or "remove".
+    /// udev reports the node again: "add", "change" or "remove".
     void sendEvent(int number, const char* action);
     /// udev tells that the device has gone.
     void unplug(int number) { sendEvent(number, "remove"); }
@@ -88,7 +88,7 @@ public:
     /// Waits for `count` bytes written to the node.
     std::vector<std::uint8_t> receive(int number, std::size_t count);
 
-    /// Called before every change: umockdev 0.17 mixes up its paths when two threads use libudev at once, so whoever
+    /// Called before every change: umockdev 0.17 mixes up its paths when two threads use libudev at once, so whatever
     /// watches the bus on a thread has to be waiting.
     std::function<void()> settle = [] {};
 

@@ -58,7 +58,7 @@ std::vector<std::pair<std::string, bool>> openedSince(const std::map<int, std::s
     return opened;
 }
 
-/// Waits until fewer than `count` descriptors are open. The fake bus has some of its own, and opens and closes them on
+/// Waits until fewer than `count` descriptors are open. The fake bus has some as well, and opens and closes them on
 /// its own thread.
 bool descriptorsFallBelow(std::size_t count) {
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(20);

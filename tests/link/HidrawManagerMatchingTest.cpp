@@ -173,7 +173,7 @@ TEST(HidrawManagerMatching, announcesADeviceThatArrivesAfterTheRemovalOfTheFirst
     EXPECT_TRUE(deviceIs(bus, 1, link));
 }
 
-// udev may be so late that the node of the device it tells of belongs to the next one already.
+// udev may be so late that the node of the reported device belongs to the next one already.
 TEST(HidrawManagerMatching, passesOverADeviceThatHasGoneBeforeUdevToldOfIt) {
     FakeBus bus;
     RunningManager link(bus);

@@ -17,7 +17,7 @@
 
 namespace kelvo {
 
-/// A HidrawManager that looks for the KR310 on a thread of its own and writes down, in order, what it reports:
+/// A HidrawManager that looks for the KR310 on a separate thread and records, in order, what it reports:
 /// "arrived", "report of N bytes beginning with B", "removed" (of the device that arrived), and "log: " and each line
 /// of the system log. A callback on another thread than that one fails the test. Stops and ends with the object.
 class RunningManager {
@@ -25,7 +25,7 @@ public:
     explicit RunningManager(FakeBus& bus);
     ~RunningManager();
 
-    /// Opens the manager, once more.
+    /// Opens the manager again.
     bool open();
 
     /// Starts the thread; `prepare` is called on it first.
@@ -35,7 +35,7 @@ public:
     void waitUntilIdle(long systemCall = SYS_ppoll) const;
     /// Sends the thread a signal; returns when its handler has run.
     void interrupt() const;
-    /// Waits for the thread's end. Somebody must have stopped the manager.
+    /// Waits for the thread's end. The manager must have been stopped.
     void join();
 
     /// Waits until there are `count` events, at most 20 s, and returns all there are.

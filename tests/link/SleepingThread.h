@@ -32,7 +32,7 @@ inline void waitUntil(const std::function<bool()>& there, const std::string& wha
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!there()) {
         if (std::chrono::steady_clock::now() > giveUp) {
-            throw std::runtime_error("waited in vain for " + what);
+            throw std::runtime_error("timed out waiting for " + what);
         }
         std::this_thread::yield();
     }

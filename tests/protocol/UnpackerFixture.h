@@ -16,7 +16,7 @@ namespace kelvo::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Three small frames whose CRCs were worked out by hand, outside this program.
+/// Three small frames whose CRCs were computed outside this program.
 inline const Bytes kConnectFrame{0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25};
 inline const Bytes kProgressFrame{0xAA, 0x55, 0x02, 0x00, 0xA5, 0xC7, 0x59, 0xB7};
 inline const Bytes kAcknowledgeFrame{0xAA, 0x55, 0x02, 0x00, 0xE1, 0x01, 0x21, 0x35};

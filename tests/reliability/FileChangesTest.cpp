@@ -193,7 +193,7 @@ FileBytes changedAtRandom(std::minstd_rand& random) {
                                .channels = static_cast<std::uint32_t>(below(4)),
                                .data = rising(below(20000))}
                           .bytes();
-    // What stands between the form type and each chunk: up to the end of a block, give or take a few bytes.
+    // The bytes between the form type and each chunk: up to the end of a block, give or take a few bytes.
     const auto insert = [&](std::ptrdiff_t at) {
         const std::size_t length = below(2) * (4096 * (1 + below(2)) - 40 + below(48));
         bytes.insert(bytes.begin() + at, length, static_cast<std::uint8_t>(below(2) == 0 ? 'f' : 'd'));

@@ -26,7 +26,7 @@ std::uint32_t ampWord(std::uint32_t n) {
     return (0x80 | n) << 24 | irPoint(n);
 }
 
-/// Asks for names and progress on a thread of its own until it ends.
+/// Asks for names and progress on a separate thread until it ends.
 class Chatter {
 public:
     explicit Chatter(const VirtualHidManager& manager) : manager_(manager), thread_([this] { talk(); }) {}
@@ -134,7 +134,7 @@ TEST_F(Stress, overlappingImportsDeletionsListsAndProgress_neverMixTwoImportsInA
         if (!isIR && !isAmp) {
             continue;
         }
-        EXPECT_LT(packet.data[0], 5) << "a row that nobody chose";
+        EXPECT_LT(packet.data[0], 5) << "a row that was not chosen";
         if (packet.data[1] <= (isIR ? 3 : 4)) {
             const auto import = importOf(packet);
             ASSERT_TRUE(import.has_value()) << "a packet of two imports, phase " << int{packet.data[1]};

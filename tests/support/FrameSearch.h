@@ -20,7 +20,7 @@ inline unsigned plainCrc(Bytes::const_iterator begin, Bytes::const_iterator end)
     return crc ^ 0xFFFF;
 }
 
-/// The frames in a stream that is known whole: the leftmost good frame wins, and the search goes on behind it; a byte
+/// The frames in a complete stream: the leftmost good frame wins, and the search continues after it; a byte
 /// that begins no good frame is skipped. Stops where bytes are missing.
 inline std::vector<Bytes> framesIn(const Bytes& stream) {
     std::vector<Bytes> frames;

@@ -6,7 +6,7 @@
 namespace kelvo::test {
 
 /// While it lives, it is given what the code under test logs; the newest of several wins. A program that is linked with
-/// it has an NSLog without the system log: lines that nobody listens to are dropped. The listener runs on the thread
+/// it has an NSLog without the system log: lines without a listener are dropped. The listener runs on the thread
 /// that logs, one call at a time.
 class LogListener {
 public:

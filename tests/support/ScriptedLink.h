@@ -19,7 +19,7 @@ inline bool write(const Bytes& bytes) {
     return HID_WreteData(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
 }
 
-/// The link on a HID thread of its own, with a scripted manager and one device, for the length of a test.
+/// The link on a separate HID thread, with a scripted manager and one device, for the length of a test.
 class ScriptedLink {
 public:
     ScriptedLink() : thread_([this] { OpenHidDevice(manager, [this] { ++removals; }); }) {}
@@ -58,7 +58,7 @@ public:
     const std::shared_ptr<ScriptedDevice> device = std::make_shared<ScriptedDevice>();
 
 private:
-    std::thread thread_;  // last: it uses what stands above
+    std::thread thread_;  // last: it uses the members above
 };
 
 }  // namespace kelvo::test

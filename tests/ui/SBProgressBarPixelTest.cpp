@@ -1,5 +1,5 @@
-// The colours below are worked out by hand from the bar's description, for a pixel's middle. In a bar of 20 points with
-// the fill's layers one point further down, at y + 1/2:
+// The colours below are computed from the bar's description, not by the program, for a pixel's middle. In a bar of 20
+// points with the fill's layers one point further down, at y + 1/2:
 //   trough   0.55 - 0.15 (y + 0.5) / 20
 //   fill     0.75 + 0.25 (y - 0.5) / 20, then 0.96 of it under a stripe and 0.04 more beside one
 //   line     0.4 of that + 0.6, in the fill's first row
@@ -116,7 +116,7 @@ TEST(SBProgressBarPixels, borderShadowAndStripes_showTheirChangeAtTheNextResizeO
     stage.bar.setBorderWidth(2.0);
     stage.bar.setShadowWidth(2.0);
     stage.bar.setStripesImage(SBProgressBar::stripesImageWithSize({10, 20}));
-    // Not even in the first frame, when something else is drawn anew, or at another resolution.
+    // Not even in the first frame, when something else is drawn again, or at another resolution.
     EXPECT_EQ(stage.shot(), before);
     stage.bar.setColorTint(QColor(Qt::green));
     stage.bar.setColorTint(std::nullopt);

@@ -27,7 +27,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr int kPulls = 20;
 constexpr std::chrono::milliseconds kRest{300};
 
-/// When the kernel tells whoever has the node open that the device has gone.
+/// When the kernel reports to the node's reader that the device has gone.
 Clock::time_point waitForEndOfNode(const UniqueFd& node) {
     pollfd end{node.get(), 0, 0};
     while ((end.revents & POLLHUP) == 0) {
@@ -90,7 +90,7 @@ Pull measureOnePull(PluggedPedal& pedal, Business business) {
     // An answer from the display comes after everything that was drawn before.
     EXPECT_FALSE(QGuiApplication::primaryScreen()->grabWindow(0, 0, 0, 1, 1).isNull());
     const Clock::time_point shown = Clock::now();
-    // Whoever wakes first of the two shows that the kernel has told.
+    // The first of the two that wakes shows that the kernel has reported it.
     const Clock::time_point told = std::min(gone.get(), asked);
     delete visibleMessageBox();
     return {told - pulled, asked - told, shown - asked};
@@ -122,7 +122,7 @@ void measurePulls(Business business) {
         pedal.plug();
     }
     report("pull to alert on the screen, 20 times:", all);
-    report("  until the kernel tells of it:", kernel);
+    report("  until the kernel reports it:", kernel);
     // The utility's own share. What the toolkit and the screen take depends on the machine, and this one is emulated.
     EXPECT_LT(report("  from there until the alert is asked for:", link), 50.0);
     report("  both together:", asked);

@@ -12,7 +12,7 @@
 
 namespace kelvo::test {
 
-/// A HidrawManager that serves the real cable on a thread of its own, and counts what it reports. Stops and ends with
+/// A HidrawManager that serves the real cable on a separate thread, and counts what it reports. Stops and ends with
 /// the object.
 class CableLink {
 public:

@@ -1,4 +1,4 @@
-// What a kernel makes of the virtual KR310.
+// How a kernel sees the virtual KR310.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -13,7 +13,7 @@
 
 namespace kelvo::test {
 
-/// kr310-usb in a process of its own, plugged into this machine's kernel. Ends with the object.
+/// kr310-usb in a separate process, plugged into this machine's kernel. Ends with the object.
 class PluggedPedal {
 public:
     /// Starts it, plugs it in and waits for its node.

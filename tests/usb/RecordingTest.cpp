@@ -19,7 +19,7 @@ const QString kOpenBack = QStringLiteral(KELVO_SAMPLES "/Open Back.wav");
 const QString kDusty = QStringLiteral(KELVO_SAMPLES "/Dusty.wav");
 const QString kLead = QStringLiteral(KELVO_SAMPLES "/Lead.amp");
 
-/// scripts/record-pedal at work, with a folder that stays where KELVO_RECORDINGS names one.
+/// A running scripts/record-pedal, with a folder that stays where KELVO_RECORDINGS names one.
 class Recorder {
 public:
     explicit Recorder(const QString& name)
@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Fault{"lateAnswers", "fault delay=1500", "late answer: up to 1.5"},
                     Fault{"wrongCrc", "fault corrupt-crc=150", "wrong CRC: from the pedal (first at "},
                     Fault{"otherOrder", "fault amp-names-first", "order of the start: AMP names before CAB names "},
-                    Fault{"extraFrame", "fault duplicate-ack", "frame that nobody asked for: 0xE1 phase 1"}),
+                    Fault{"extraFrame", "fault duplicate-ack", "unrequested frame: 0xE1 phase 1"}),
     [](const auto& test) { return test.param.name; });
 
 }  // namespace

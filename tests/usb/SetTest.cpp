@@ -1,4 +1,4 @@
-// Files one after the other over the kernel's own USB stack: every output report that the pedal gets is told.
+// Sets and steps over the kernel's USB stack; the pedal prints every output report that it gets.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 
 constexpr UsbKr310::Clock::time_point kStart{std::chrono::hours(1)};
 
-/// The first input report of a start-up: progress 0, and 0xAA behind it.
+/// The first input report of a start-up: progress 0, and 0xAA after it.
 Bytes progressZero() {
     Bytes report = unhex("08 AA 55 02 00 A5 00 F0 1C");
     report.resize(64, 0xAA);

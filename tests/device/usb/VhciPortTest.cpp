@@ -70,7 +70,7 @@ TEST_F(VhciFolder, getsPortSocketDeviceAndSpeed) {
     put("attach", "");
     const UniqueFd device = plugIntoKernel(folder);
     EXPECT_THAT(firstLine("attach"), testing::MatchesRegex("2 [0-9]+ 65538 2"));
-    // Nobody holds the other end here, so it is closed.
+    // The other end is not open here.
     char byte = 0;
     EXPECT_EQ(read(device.get(), &byte, 1), 0);
 }
