@@ -8,7 +8,7 @@ namespace kelvo {
 namespace {
 
 constexpr std::uint8_t kHeader[] = {0xAA, 0x55};
-constexpr std::size_t kReportSize = kReportPayload + 1;
+constexpr std::size_t kReportBytes = kReportPayload + 1;
 /// Bytes of a frame that LENGTH does not count: header, LENGTH itself, CRC.
 constexpr std::size_t kEnvelope = 6;
 /// LENGTH counts the command byte and the data. A frame without a command is invalid.
@@ -68,7 +68,7 @@ std::vector<std::uint8_t> writeFrame(const Frame& frame) {
 }
 
 std::vector<Frame> FrameReader::takeReport(std::span<const std::uint8_t> report) {
-    if (report.size() != kReportSize || report[0] < 1 || report[0] > kReportPayload) {
+    if (report.size() != kReportBytes || report[0] < 1 || report[0] > kReportPayload) {
         return {};
     }
     std::ranges::copy(report.subspan(1, report[0]), std::back_inserter(held_));
