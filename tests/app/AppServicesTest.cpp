@@ -57,7 +57,7 @@ protected:
     std::vector<int> answers_;
 };
 
-TEST_F(RealAlert, hasTheIconOfItsStyleAndIsModalToTheWholeApplication) {
+TEST_F(RealAlert, hasTheIconOfItsStyle_isModalToTheApplication) {
     EXPECT_EQ(show(question()).icon(), QMessageBox::Warning);
     EXPECT_EQ(visibleMessageBox()->windowModality(), Qt::ApplicationModal);
     delete visibleMessageBox();
@@ -73,7 +73,7 @@ TEST_F(RealAlert, countsItsButtonsFromThousandAndIsGoneOnceItIsAnswered) {
     EXPECT_TRUE(window_.findChildren<QMessageBox*>().isEmpty());
 }
 
-TEST_F(RealAlert, takesReturnAndEscapeForTheButtonThatChangesNothing) {
+TEST_F(RealAlert, returnAndEscape_chooseTheButtonThatChangesNothing) {
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
         QMessageBox& box = show(question());
         box.activateWindow();
@@ -170,7 +170,7 @@ TEST_F(RealChooser, offersOneFileOfTheTypeInEitherCaseAndBlocksNothing) {
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-TEST_F(RealChooser, takesAnotherExtensionForACancel) {
+TEST_F(RealChooser, otherExtension_countsAsACancel) {
     enterPath(show("wav"), files_.write("a.amp", FileBytes{1}));
     show("wav").reject();
     EXPECT_THAT(answers_, ElementsAre("wav 0 ", "wav 0 "));
@@ -215,7 +215,7 @@ TEST_F(RealChooser, isKeptForTheNextTimeWithoutItsLastChoice) {
     EXPECT_TRUE(first.isVisible());
 }
 
-TEST_F(RealChooser, leavesNothingOfAUseBehind) {
+TEST_F(RealChooser, reopened_showsNothingOfItsLastUse) {
     const auto children = [this] {
         show("wav").reject();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -250,7 +250,7 @@ TEST_F(RealChooser, isCalledByWhatIsSelectedNow) {
     EXPECT_EQ(chooser.windowTitle(), "for row 2");
 }
 
-TEST_F(RealChooser, standsBesideTheWindowOnTheScreen) {
+TEST_F(RealChooser, isPlacedBesideTheWindow) {
     window_.move(0, 0);
     const QRect chooser = show("wav").frameGeometry();
     const QRect screen = window_.screen()->availableGeometry();

@@ -36,7 +36,7 @@ protected:
     std::vector<std::string> changes() const { return app_.manager.activity().changes; }
 };
 
-TEST_F(FileSet, goesInNaturalOrderIntoTheRowBelowTheDropAndThoseBelowIt) {
+TEST_F(FileSet, files_fillTheRowsFromTheDropInNaturalOrder) {
     EXPECT_TRUE(drop(cab_, 4, waves({"IR 10", "ir 9", "IR 2"})));
     ASSERT_TRUE(changed(3));
     EXPECT_THAT(changes(), ElementsAre(StartsWith("CAB 31 <- \"IR 2\""), StartsWith("CAB 32 <- \"IR 9\""),
@@ -47,7 +47,7 @@ TEST_F(FileSet, goesInNaturalOrderIntoTheRowBelowTheDropAndThoseBelowIt) {
     EXPECT_THAT(waitingRows(cab_), IsEmpty());
 }
 
-TEST_F(FileSet, ofSeveralFoldersGoesOneFolderAfterTheOther) {
+TEST_F(FileSet, severalFolders_areImportedInSequence) {
     ASSERT_TRUE(QDir(files_.path("")).mkdir("b"));
     ASSERT_TRUE(QDir(files_.path("")).mkdir("a"));
     EXPECT_TRUE(drop(cab_, 0, waves({"b/1", "a/2", "b/3"})));
@@ -105,7 +105,7 @@ TEST_F(FileSet, ofTenModelsSendsEveryReportThatTenSingleImportsSend) {
     EXPECT_EQ(app_.pedal.memory().amp[9].words[1], 0x0A25212DU);
 }
 
-TEST_F(FileSet, skipsRefusedFilesWhichTakeNoRow) {
+TEST_F(FileSet, refusedFiles_useNoRow) {
     ASSERT_TRUE(QDir(files_.path("")).mkdir("0.wav"));
     QList<QUrl> files = waves({"1", "4"}) + urls({bad("2.wav"), amp("3.amp"), bad("5.wav"), files_.path("gone.wav"),
                                                   files_.path("0.wav"), files_.path("")});
@@ -116,14 +116,14 @@ TEST_F(FileSet, skipsRefusedFilesWhichTakeNoRow) {
     EXPECT_EQ(app_.cabLabel(4), "31.TWEED 1X8");
 }
 
-TEST_F(FileSet, ofModelsPassesOverAWaveAmongThem) {
+TEST_F(FileSet, setOfModels_skipsAWave) {
     EXPECT_TRUE(drop(amp_, 8, urls({amp("a.amp"), wave("b.wav"), amp("c.amp")})));
     ASSERT_TRUE(changed(2));
     EXPECT_THAT(changes(), ElementsAre(StartsWith("AMP 64 <- \"a\""), StartsWith("AMP 65 <- \"c\"")));
     EXPECT_EQ(app_.ampLabel(9), "65.C");
 }
 
-TEST_F(FileSet, ofRefusedFilesOnlyIsNotAcceptedOnceTheyHaveBeenJudged) {
+TEST_F(FileSet, refusedFilesOnly_cannotBeDroppedAfterTheirVerdict) {
     // One that is whole and of a depth that is not converted.
     const QString strange = files_.write("3.wav", WaveFile{.bitsPerSample = 12, .data = FileBytes(8)}.bytes());
     const auto isRefused = [](SlotTableView& table, const QList<QUrl>& files) {
@@ -135,14 +135,14 @@ TEST_F(FileSet, ofRefusedFilesOnlyIsNotAcceptedOnceTheyHaveBeenJudged) {
     EXPECT_TRUE(isRefused(amp_, urls({bad("1.amp"), files_.path("gone.amp")})));
 }
 
-TEST_F(FileSet, ofRefusedFilesOnlyThatIsDroppedBeforeTheyAreJudgedChangesNothing) {
+TEST_F(FileSet, refusedFilesDroppedBeforeTheirVerdict_changeNothing) {
     EXPECT_TRUE(drop(cab_, 2, urls({bad("1.wav"), bad("2.wav")})));
     EXPECT_EQ(app_.cabLabel(2), "29.VINTAGE412");
     EXPECT_EQ(transfer(), 0U);
     EXPECT_THAT(waitingRows(cab_), IsEmpty());
 }
 
-TEST_F(FileSet, takesAFileThatIsNamedTwiceOnce) {
+TEST_F(FileSet, fileNamedTwice_isImportedOnce) {
     const QList<QUrl> two = waves({"1", "2"});
     ASSERT_TRUE(QFile::link(files_.path(""), files_.path("again")));
     EXPECT_TRUE(drop(
@@ -222,7 +222,7 @@ TEST_F(FileSet, isJudgedOncePerDragAndStoppedWhenItLeaves) {
     EXPECT_TRUE(stop.stop_requested());
 }
 
-TEST_F(FileSet, leavesEachRowItsOwnFileToGoOnFrom) {
+TEST_F(FileSet, eachRow_stepsFromItsOwnFile) {
     waves({"1", "2", "3", "4", "5"});
     EXPECT_TRUE(drop(cab_, 3, urls({files_.path("2.wav"), files_.path("4.wav")})));
     ASSERT_TRUE(changed(2));
@@ -235,7 +235,7 @@ TEST_F(FileSet, leavesEachRowItsOwnFileToGoOnFrom) {
     EXPECT_FALSE(button("nextIR").isEnabled());
 }
 
-TEST_F(FileSet, thatAPedalHangsInLeavesTheWayToASingleImport) {
+TEST_F(FileSet, hungSet_isReplacedByASingleImport) {
     // The pedal keeps the end of the first to itself, so that it can be made to hang in the second.
     app_.pedal.setFaults({.silentFromPhase = 4});
     EXPECT_TRUE(drop(cab_, 0, waves({"1", "2", "3"})));
@@ -278,7 +278,7 @@ protected:
     }
 };
 
-TEST_F(FileSetOfASilentPedal, goesOnWhenTheLastAcknowledgementHasCome) {
+TEST_F(FileSetOfASilentPedal, continuesAfterTheLastAcknowledgement) {
     begin();
     EXPECT_EQ(app_.cabLabel(5), "32.");
     acknowledge({1, 2, 3});
@@ -307,7 +307,7 @@ TEST_F(FileSetOfASilentPedal, endsWithTheLastRow) {
     expectTheEndAfter(2);
 }
 
-TEST_F(FileSetOfASilentPedal, ofModelsGoesOnWhenTheirNameIsAcknowledged) {
+TEST_F(FileSetOfASilentPedal, setOfModels_continuesWhenTheNameIsAcknowledged) {
     ASSERT_TRUE(drop(amp_, 0, urls({amp("1.amp"), amp("2.amp")})));
     EXPECT_THAT(waitingRows(amp_), ElementsAre(1));
     acknowledge({1, 2, 3, 4}, 0xE2);
@@ -327,7 +327,7 @@ TEST_F(FileSetOfASilentPedal, waitsForTheEndOfATransferOfEitherKind) {
     EXPECT_THAT(waitingRows(cab_), ElementsAre(5));
 }
 
-TEST_F(FileSetOfASilentPedal, leavesTheRowOfAFileThatIsGoneInTheMeantimeToTheNext) {
+TEST_F(FileSetOfASilentPedal, removedFile_leavesItsRowToTheNext) {
     begin();
     ASSERT_TRUE(QFile::remove(files_.path("2.wav")));
     acknowledge({1, 2, 3, 4});
@@ -338,7 +338,7 @@ TEST_F(FileSetOfASilentPedal, leavesTheRowOfAFileThatIsGoneInTheMeantimeToTheNex
     EXPECT_EQ(app_.cabLabel(6), "33.BASS 4X10");
 }
 
-TEST_F(FileSetOfASilentPedal, goesOnWhenAChooserIsCancelledAndIsDroppedWhenAFileIsChosen) {
+TEST_F(FileSetOfASilentPedal, survivesACancelledChooser_isDiscardedByAChosenFile) {
     begin();
     app_.services.choice.clear();
     click(app_.controller.addAMP());
@@ -349,7 +349,7 @@ TEST_F(FileSetOfASilentPedal, goesOnWhenAChooserIsCancelledAndIsDroppedWhenAFile
     expectTheEndAfter(2);
 }
 
-TEST_F(FileSetOfASilentPedal, isFollowedByTheNextFileThatAKeyAskedFor) {
+TEST_F(FileSetOfASilentPedal, isFollowedByARequestedStep) {
     begin();
     ASSERT_TRUE(willBring("2.wav"));
     press(Qt::Key_Down);
@@ -365,14 +365,14 @@ TEST_F(FileSetOfASilentPedal, isFollowedByTheNextFileThatAKeyAskedFor) {
     expectTheEndAfter(4);
 }
 
-TEST_F(FileSetOfASilentPedal, staysWhereAKeyAsksForNothing) {
+TEST_F(FileSetOfASilentPedal, stepWithoutAFile_discardsNothing) {
     begin();
     clickRow(cab_, 9);
     press(Qt::Key_Down);
     EXPECT_THAT(waitingRows(cab_), ElementsAre(5, 6));
 }
 
-TEST_F(FileSetOfASilentPedal, isFollowedByAnotherSetWhichReplacesItInTheSameRows) {
+TEST_F(FileSetOfASilentPedal, anotherSet_replacesItInTheSameRows) {
     begin();
     ASSERT_TRUE(drop(amp_, 5, urls({amp("a.amp")})));
     ASSERT_TRUE(drop(cab_, 6, waves({"7", "8"})));
@@ -389,7 +389,7 @@ TEST_F(FileSetOfASilentPedal, isFollowedByAnotherSetWhichReplacesItInTheSameRows
     expectTheEndAfter(5);
 }
 
-TEST_F(FileSetOfASilentPedal, holdsWhileAQuestionStands) {
+TEST_F(FileSetOfASilentPedal, pausesWhileAQuestionIsOpen) {
     begin();
     clickRow(cab_, 5);
     app_.controller.deleteCAB();
@@ -400,7 +400,7 @@ TEST_F(FileSetOfASilentPedal, holdsWhileAQuestionStands) {
     EXPECT_EQ(sending(), "2");
 }
 
-TEST_F(FileSetOfASilentPedal, ofWhichAWaitingRowIsDeletedGoesOnWithTheRest) {
+TEST_F(FileSetOfASilentPedal, deletedPendingRow_isLeftOut) {
     begin();
     clickRow(cab_, 5);
     app_.controller.deleteCAB();
@@ -414,7 +414,7 @@ TEST_F(FileSetOfASilentPedal, ofWhichAWaitingRowIsDeletedGoesOnWithTheRest) {
     expectTheEndAfter(2);
 }
 
-TEST_F(FileSetOfASilentPedal, losesNothingByTheDeletionOfAnotherRow) {
+TEST_F(FileSetOfASilentPedal, deletionOfAnotherRow_discardsNothing) {
     ASSERT_TRUE(drop(amp_, 2, urls({amp("a.amp"), amp("b.amp")})));
     clickRow(cab_, 3);
     app_.controller.deleteCAB();
@@ -455,7 +455,7 @@ TEST_F(FileSetOfAHungPedal, isReplacedByADrop) {
     expectTheEndAfter(4);
 }
 
-TEST_F(FileSetOfAHungPedal, isReplacedByASetOfTheOtherKindWhichGoesOnToItsEnd) {
+TEST_F(FileSetOfAHungPedal, isReplacedByASetOfTheOtherKind) {
     hang();
     ASSERT_TRUE(drop(amp_, 0, urls({amp("a.amp"), amp("b.amp")})));
     EXPECT_THAT(rowsThatAre(SlotState::CutOff, cab_), ElementsAre(5));
@@ -474,7 +474,7 @@ TEST_F(FileSetOfAHungPedal, isReplacedByAStep) {
     expectTheEndAfter(3);
 }
 
-TEST_F(FileSetOfAHungPedal, goesOnWhenThePedalAnswersAfterAll) {
+TEST_F(FileSetOfAHungPedal, continuesWhenThePedalAnswers) {
     hang();
     acknowledge({3, 4});
     EXPECT_EQ(sending(), "3");

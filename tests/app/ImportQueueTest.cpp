@@ -97,7 +97,7 @@ TEST_F(Queue, dropsAStepWhoseFolderIsStillReadWhenTheUserImports) {
     EXPECT_THAT(target_.imports, ElementsAre(Pair(3, "1.wav"), Pair(4, "3.wav")));
 }
 
-TEST_F(Queue, goesOnInOtherFoldersWhileOneDoesNotAnswer) {
+TEST_F(Queue, stepsInOtherFoldersWhileOneDoesNotAnswer) {
     queue_.importNow(bank_, 3, url("1.wav"));
     queue_.step(bank_, 3, 1);
     const QUrl elsewhere = QUrl::fromLocalFile(other_.path("a.wav"));
@@ -116,7 +116,7 @@ TEST_F(Queue, keepsTheRowsFileWhereTheImportOfItsNeighbourFails) {
     EXPECT_EQ(place(0).file, url("1.wav"));
 }
 
-TEST_F(Queue, isToldNothingByReadersThatAreGone) {
+TEST_F(Queue, ignoresReadersThatAreGone) {
     queue_.importNow(bank_, 0, url("1.wav"));
     queue_.step(bank_, 0, 1);
     letAnswer();

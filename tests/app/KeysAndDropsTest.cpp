@@ -114,7 +114,7 @@ TEST_F(KeysAndDrops, aDroppedFileThatItsReaderRefusesChangesNothing) {
     EXPECT_EQ(app_.ampLabel(2), "58.LEAD      ");
 }
 
-TEST_F(KeysAndDrops, aFileThatOnlyHangsOverATableChangesNoTransfer) {
+TEST_F(KeysAndDrops, draggedFile_changesNoTransfer) {
     app_.importIR(4, wave("a.wav"));
     ASSERT_TRUE(app_.waitForChanges(1));
     app_.importAMP(5, amp("a.amp"));
@@ -134,7 +134,7 @@ TEST_F(KeysAndDrops, aDoubleClickOnARowImports) {
     EXPECT_THAT(app_.services.openPanelTitles, ElementsAre("Choose a .wav file for CAB 30"));
 }
 
-TEST_F(KeysAndDrops, copyTakesTheRowsThatWereSentAndPasteImportsThem) {
+TEST_F(KeysAndDrops, copy_listsSentRows_pasteImportsThem) {
     const QString first = wave("One two.wav");
     const QString second = wave("b.wav");
     app_.importIR(7, first);

@@ -215,7 +215,7 @@ TEST_F(NextFileOfASilentPedal, waitsForTheEndOfTheRunningTransferAndTheLatestWin
     EXPECT_TRUE(willBring("5.wav"));
 }
 
-TEST_F(NextFileOfASilentPedal, doesNotTakeTheLateEndOfARestartedTransferForItsOwn) {
+TEST_F(NextFileOfASilentPedal, lateEndOfAReplacedTransfer_isIgnored) {
     begin(0, "2.wav");
     acknowledge({1, 2, 3});
     app_.importIR(0, files_.path("5.wav"));
@@ -230,7 +230,7 @@ TEST_F(NextFileOfASilentPedal, doesNotTakeTheLateEndOfARestartedTransferForItsOw
     EXPECT_EQ(sending(), "6");
 }
 
-TEST_F(NextFileOfASilentPedal, isDroppedWhenTheUserImportsHimself) {
+TEST_F(NextFileOfASilentPedal, isDiscardedByAnImport) {
     begin(0, "2.wav");
     press(Qt::Key_Down);
     app_.importIR(0, files_.path("8.wav"));
@@ -240,7 +240,7 @@ TEST_F(NextFileOfASilentPedal, isDroppedWhenTheUserImportsHimself) {
     EXPECT_EQ(sending(), "8");
 }
 
-TEST_F(NextFileOfASilentPedal, isDroppedWhenItsRowIsDeletedButNotWithAnother) {
+TEST_F(NextFileOfASilentPedal, isDiscardedWithItsRowOnly) {
     begin(0, "2.wav");
     press(Qt::Key_Down);
     clickRow(cab_, 1);
@@ -275,7 +275,7 @@ protected:
     HeldKey() : NextFile({.answerDelay = std::chrono::milliseconds(GetParam())}) {}
 };
 
-TEST_P(HeldKey, leavesTheLastFileInTheSlotAndCutsNoTransferOff) {
+TEST_P(HeldKey, lastFileFillsTheSlot_noTransferIsCutOff) {
     for (int i = 1; i <= 60; ++i) {
         wave(QString("%1.wav").arg(i), static_cast<std::uint8_t>(i));
     }

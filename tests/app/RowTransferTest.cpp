@@ -57,7 +57,7 @@ protected:
     }
 };
 
-TEST_F(HandFedTransfer, nobodyAskedFor_isNothing) {
+TEST_F(HandFedTransfer, unrequestedAcknowledgements_changeNothing) {
     acknowledge({0, 1, 2, 3, 4, 5});
     acknowledge({0, 1, 2, 3, 4, 5}, 0xE2);
     EXPECT_EQ(rowsThatAre(SlotState::Idle, cab_).size(), 10U);

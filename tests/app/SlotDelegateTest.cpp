@@ -110,7 +110,7 @@ TEST_F(SlotDrawing, numberAndNameStandApartInTheTablesFont) {
     EXPECT_NE(nameOf(draw("27.MMMM")), small);
 }
 
-TEST_F(SlotDrawing, aNameStandsInTheMiddleOfTheRowsHeight) {
+TEST_F(SlotDrawing, name_isVerticallyCentred) {
     // One that leaves as much above as below: where half a pixel goes is the toolkit's affair.
     QFont font = table_.font();
     int pixels = QFontInfo(font).pixelSize();
@@ -129,7 +129,7 @@ TEST_F(SlotDrawing, aNameStandsInTheMiddleOfTheRowsHeight) {
     EXPECT_EQ(draw("27.MMMM").copy(names), expected.copy(names));
 }
 
-TEST_F(SlotDrawing, aClearedSlotsWordStandsWhereNamesDo) {
+TEST_F(SlotDrawing, clearedSlotsWord_isWhereNamesAre) {
     const int name = SlotDelegate::labelWidth(table_.fontMetrics(), "27.") - SlotDelegate::kLabelMargin;
     const auto firstInk = [&](const QString& label) {
         const QImage image = draw(label);

@@ -31,7 +31,7 @@ int gapsInTheFrame(QWidget& window, const SlotTableView& table) {
 }
 
 // Half of the whole points lie between two pixels, so where the window's margins put the table matters.
-TEST(SlotTableFrame, hasAllFourSidesAtAScaleOfOneAndAHalfWhereverTheTableStands) {
+TEST(SlotTableFrame, hasFourSidesAtAScaleOfOneAndAHalf) {
     ASSERT_TRUE(isScaled);
     RunningApp app;
     app.start();

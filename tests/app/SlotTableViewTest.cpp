@@ -38,7 +38,7 @@ TEST_F(FilledTable, aClickBesideTheRowsLeavesTheSelection) {
     EXPECT_EQ(cab_.selectedRow(), 4);
 }
 
-TEST_F(FilledTable, controlDoesNotTakeTheSelectionAway) {
+TEST_F(FilledTable, controlClick_keepsTheSelection) {
     clickRow(cab_, 4);
     const QPoint sameRow = cab_.visualRect(cab_.model()->index(4, 0)).center();
     QTest::mouseClick(cab_.viewport(), Qt::LeftButton, Qt::ControlModifier, sameRow);
@@ -49,7 +49,7 @@ TEST_F(FilledTable, controlDoesNotTakeTheSelectionAway) {
     EXPECT_EQ(cab_.selectedRow(), 4);
 }
 
-TEST_F(FilledTable, aNoticeStandsInTheSixthRow) {
+TEST_F(FilledTable, notice_isInTheSixthRow) {
     const QImage before = cab_.viewport()->grab().toImage();
     cab_.setNotice("W");
     const QImage after = cab_.viewport()->grab().toImage();
@@ -169,7 +169,7 @@ TEST_F(FinishedTransfer, leavesAFullLineThatFadesWithinSixTenths) {
     EXPECT_EQ(foot(kRow + 1), foot(kRow - 1));
 }
 
-TEST_F(FinishedTransfer, standsAndIsGoneWhereTheDesktopWantsNoAnimations) {
+TEST_F(FinishedTransfer, withoutAnimations_disappearsAtTheEnd) {
     StillStyle still;
     cab_.setStyle(&still);
     QVariantAnimation& fading = finish(kRow);

@@ -134,7 +134,7 @@ TEST_F(Deletion, ofRowThree_sendsSlotThreeAndShows30EmptyAtOnce) {
     EXPECT_THAT(std::vector<int>(reports[8].begin() + 18, reports[8].end()), Each(0));
 }
 
-TEST_F(Deletion, duringATransfer_neitherTakesItsBytesNorItsSlot) {
+TEST_F(Deletion, duringATransfer_usesNeitherItsBytesNorItsSlot) {
     const SampleDir files;
     app_.pedal.setFaults({.silentFromPhase = 1});
     app_.importIR(3, files.write("a.wav", WaveFile{.data = FileBytes(1024, 0x55)}.bytes()));

@@ -45,7 +45,7 @@ TEST(StartOrder, theQuery_isSentBeforeTheReceiveThreadExists) {
     EXPECT_EQ(counts[2], counts[0] + 1);
 }
 
-TEST(StartOrder, bothTables_sayWhatIsAwaited) {
+TEST(StartOrder, bothTables_showTheNotice) {
     RunningApp app;
     const auto says = [](SlotTableView& table, const QString& notice) {
         const QImage shown = table.grab().toImage();

@@ -127,7 +127,7 @@ TEST(StartUp, theNamesAreNotPaintedBeforeTheyCanBeUsed) {
     EXPECT_EQ(painted.dead, 0);
 }
 
-TEST(StartUp, aPedalThatComesAfterTheTwoSecondsIsOpenedButNotAskedAnything) {
+TEST(StartUp, latePedal_isOpenedAndGetsNoQuery) {
     RunningApp app;
     app.controller.applicationDidFinishLaunching();
     app.manager.plug();

@@ -19,7 +19,7 @@ std::string logged(std::string_view line, int priority) {
     return testing::internal::GetCapturedStderr();
 }
 
-TEST(NSLog, writesTheLineToTheSystemLogAsItStands) {
+TEST(NSLog, writesTheLineUnchangedToTheSystemLog) {
     EXPECT_EQ(logged("100%s %n \xff 27.GREENBACK", LOG_NOTICE), "kelvo: 100%s %n \xff 27.GREENBACK\n");
 }
 

@@ -83,7 +83,7 @@ TEST_F(CheckFile, goesFromTheWorkingDirectoryOn) {
     ASSERT_TRUE(QDir::setCurrent("/"));
 }
 
-TEST_F(CheckFile, takesSeveralSlashesAtTheFrontForOne) {
+TEST_F(CheckFile, leadingSlashes_countAsOne) {
     const QString path = QString::fromUtf8(check("A.wav", goodWave()).path);
     EXPECT_EQ(refusal("/" + path), "");
     EXPECT_EQ(refusal("///" + path), "");
@@ -105,7 +105,7 @@ TEST_F(CheckFile, ofAnAmpWhosePathNeedsEscapes_saysWhereItIsLookedForAndWhatToDo
     EXPECT_EQ(check("two words/a.amp", ampFile({})).refusal.toStdString(), expected("two%20words/a.amp"));
 }
 
-TEST_F(CheckFile, ofAnAmpThatIsNoGoodAnyway_saysThatAndNothingOfItsPath) {
+TEST_F(CheckFile, badAmp_isReportedWithoutItsPath) {
     EXPECT_EQ(check("My Lead.amp", {}).refusal, "it is empty");
     EXPECT_EQ(refusal(dir.path("no such.amp")), "it cannot be opened: No such file or directory");
 }

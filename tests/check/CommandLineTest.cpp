@@ -18,7 +18,7 @@ TEST(CommandLine, namesTheFilesInTheirOrderAndKeepsEveryByte) {
     EXPECT_EQ(parse({"--", "--help", "--plot", "-x.wav"}).files, (QByteArrayList{"--help", "--plot", "-x.wav"}));
 }
 
-TEST(CommandLine, takesThePicturesNameInBothForms) {
+TEST(CommandLine, pictureName_isAcceptedInBothForms) {
     for (const QByteArrayList& arguments :
          {QByteArrayList{"--plot", "\xFF.png", "a.wav"}, QByteArrayList{"--plot=\xFF.png", "a.wav"},
           QByteArrayList{"a.wav", "--plot", "\xFF.png"}}) {

@@ -56,7 +56,7 @@ TEST_F(Program, ofTheSamples_printsWhatItAlwaysDid) {
     EXPECT_EQ(result.err, "");
 }
 
-TEST_F(Program, goesOnBehindARefusedFileAndEndsWith1) {
+TEST_F(Program, refusedFile_isFollowedByTheRest_endsWith1) {
     process.setWorkingDirectory(dir.path("."));
     wave();
     const Outcome result = run({"no.wav", "a.wav", "a.mp3"});
@@ -170,7 +170,7 @@ TEST_F(Program, plotsOneWaveWithoutADisplay) {
     EXPECT_EQ(saved.pixel(500, 95), 0xFFFFFFFF);
 }
 
-TEST_F(Program, plotsNothingOfARefusedFileAndLeavesThePictureThatWasThere) {
+TEST_F(Program, refusedFile_keepsTheOldPicture) {
     const QString picture = dir.write("x.png", FileBytes{1, 2, 3});
     const Outcome result = run({"--plot", picture, dir.write("a.wav", {})});
     EXPECT_EQ(result.status, 1);
@@ -187,7 +187,7 @@ TEST_F(Program, endsWith2WhenThePictureCannotBeWritten) {
     EXPECT_EQ(result.err, "kelvo-check: no/\\x0a.png cannot be written: No such file or directory\n");
 }
 
-TEST_F(Program, leavesThePictureThatWasThereOnAFullDisk) {
+TEST_F(Program, fullDisk_keepsTheOldPicture) {
     process.setWorkingDirectory(dir.path("."));
     dir.write("x.png", FileBytes{1, 2, 3});
     const QString line = QString("trap '' XFSZ; ulimit -f 1; exec %1 --plot x.png a.wav").arg(KELVO_CHECK);

@@ -49,7 +49,7 @@ WaveFacts check(const FileBytes& bytes) {
     return checkFile(dir.write("a.wav", bytes).toUtf8()).wave.value();
 }
 
-TEST(Recording, takesSamplesAsTheirMakerMeansThem) {
+TEST(Recording, samples_areReadAsWritten) {
     using Samples = std::vector<double>;
     EXPECT_EQ(samplesOf(WaveFile{.bitsPerSample = 8, .data = {0x80, 0x00, 0xC0}}.bytes()), (Samples{0, -1, 0.5}));
     EXPECT_EQ(samplesOf(WaveFile{.data = {0x00, 0x40, 0x00, 0x80}}.bytes()), (Samples{0.5, -1}));
@@ -65,14 +65,14 @@ TEST(Recording, takesSamplesAsTheirMakerMeansThem) {
     EXPECT_EQ(samplesOf(doubles), Samples{-0.5});
 }
 
-TEST(Recording, takesTheFirstChannelOfTheFramesThatAreThere) {
+TEST(Recording, firstChannel_ofTheCompleteFrames) {
     FileBytes bytes = WaveFile{.channels = 2, .data = {0, 0x40, 1, 1, 0, 0x20, 1, 1, 0, 0x10, 1}}.bytes();
     EXPECT_EQ(samplesOf(bytes), (std::vector<double>{0.5, 0.25}));
     bytes[40] = 4;
     EXPECT_EQ(samplesOf(bytes), std::vector<double>{0.5});
 }
 
-TEST(Recording, takesWhatIsNoNumberForSilence) {
+TEST(Recording, notANumber_isSilence) {
     EXPECT_EQ(samplesOf(WaveFile{.bitsPerSample = 32,
                                  .data = floatBytes({std::numeric_limits<float>::quiet_NaN(),
                                                      std::numeric_limits<float>::infinity(), 1.0F})}
@@ -115,7 +115,7 @@ TEST(RecordingFacts, countTheEnergyOfTheTimeThatThePointsLast) {
     EXPECT_EQ(factsOfFile(two.bytes())->energy, 0.5);
 }
 
-TEST(RecordingFacts, takeATenthOfThePeakForTheOnset) {
+TEST(RecordingFacts, onset_isATenthOfThePeak) {
     WaveFile wave{.sampleRate = 48000, .data = FileBytes(200)};
     wave.data[9] = 0x05;   // frame 4, less than a tenth
     wave.data[97] = 0x06;  // frame 48
@@ -157,7 +157,7 @@ TEST(WaveFacts, ofAPulseAt10msAreThoseOfADelay) {
     EXPECT_NEAR(facts.deviation->decibels, 0.0, 1e-9);
 }
 
-TEST(WaveFacts, ofAPulseAt12msAreThatAllIsLost) {
+TEST(WaveFacts, pulseAt12ms_isLostCompletely) {
     const WaveFacts facts = check(pulse(48000, 576, 600));
     EXPECT_FALSE(facts.level);
     EXPECT_EQ(facts.whole->onset, 12.0);
@@ -190,7 +190,7 @@ TEST(WaveFacts, of8BitsShowTheirSilenceAtFullScale) {
     EXPECT_GT(std::abs(facts.deviation->decibels), 10.0);
 }
 
-TEST(WaveFacts, thatAreNotDefinedAreNotThere) {
+TEST(WaveFacts, undefinedFacts_areAbsent) {
     EXPECT_FALSE(check(WaveFile{.channels = 3, .data = FileBytes(600, 0x11)}.bytes()).whole);
     FileBytes muLaw = WaveFile{.bitsPerSample = 8, .data = FileBytes(600, 0x11)}.bytes();
     muLaw[20] = 7;

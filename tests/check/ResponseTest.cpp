@@ -28,7 +28,7 @@ std::array<double, 512> cosine(int cycles) {
     return points;
 }
 
-TEST(Gain, ofAnImpulseIs0dBAtEveryFrequencyWhereverItStands) {
+TEST(Gain, ofAnImpulse_is0dBAtAnyPosition) {
     for (const std::size_t place : {0, 1, 511}) {
         std::array<double, 512> points{};
         points[place] = 1.0;
@@ -74,7 +74,7 @@ TEST(Gain, isGivenForEachFrequencyInTurn) {
     EXPECT_NEAR(gains[16], 3.0103, 1e-4);
 }
 
-TEST(ComparedFrequencies, are100WholeOnesFrom80To8000) {
+TEST(ComparedFrequencies, are100IntegersFrom80To8000) {
     const auto& frequencies = comparedFrequencies();
     ASSERT_EQ(frequencies.size(), 100U);
     EXPECT_EQ(frequencies[0], 80.0);

@@ -17,7 +17,7 @@ std::string lineFor(const WaveFile& wave, const QByteArray& path = "a.wav") {
     return soxLine(path, bytes, findWave(bytes)).toStdString();
 }
 
-TEST(SoxLine, changesOnlyWhatIsWrongOrWouldNotKeepTheSound) {
+TEST(SoxLine, changesOnlyWhatIsNecessary) {
     constexpr const char* kIntegers = " -b 24 -e signed-integer";
     const auto line = [](const std::string& depth, const std::string& effects) {
         return "sox --no-clobber './a.wav'" + depth + " './a-converted.wav'" + effects;
@@ -70,14 +70,14 @@ TEST(SoxLine, overwritesNothing) {
     EXPECT_EQ(kept.readAll(), "keep");
 }
 
-TEST(SoxLine, keepsItsOutputInValidUtf8AndTellsBytesApart) {
+TEST(SoxLine, output_isValidUtf8AndDistinct) {
     EXPECT_EQ(validName("a\xFF\xC3\xBC\xC3"), "a%FF\xC3\xBC%C3");
     EXPECT_EQ(validName("\xF0\x9F\x8E\xB8\xED\xA0\x80"), "\xF0\x9F\x8E\xB8%ED%A0%80");
     EXPECT_TRUE(lineFor({.sampleRate = 22050}, "\xFF.wav").find("%FF-converted.wav") != std::string::npos);
     EXPECT_EQ(lineFor({.sampleRate = 22050}, "\xFF/a.wav"), "");
 }
 
-TEST(SoxLine, makesAFileThatIsTaken) {
+TEST(SoxLine, makesAnAcceptedFile) {
     const SampleDir dir;
     ASSERT_TRUE(QDir::setCurrent(dir.path(".")));
     const FileBytes data(6 * 8 * 4000);

@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(Programs, EachProgram, testing::ValuesIn(kPrograms), []
 /// Those that a reader who leaves must not end by a signal, as it does kelvo-check and every filter.
 class LastingProgram : public testing::TestWithParam<const char*> {};
 
-TEST_P(LastingProgram, endsWith2WhenNobodyReadsItsAnswerAnyMore) {
+TEST_P(LastingProgram, closedOutput_endsWith2) {
     const QTemporaryDir dir;
     const char* const command = R"(mkfifo "$1"; exec 3<>"$1" 4>"$1" 3<&-; exec "$0" --help >&4)";
     const Outcome result =
@@ -164,7 +164,7 @@ TEST_F(KelvoTour, withoutAFolderForItsPictures_saysSoAtOnce) {
     EXPECT_EQ(result.err, "kelvo-tour: /proc/pictures cannot be written to\n");
 }
 
-TEST_F(KelvoTour, takesTheToolkitsOptionsInEitherForm) {
+TEST_F(KelvoTour, acceptsTheToolkitsOptionsInEitherForm) {
     const Outcome result =
         runProgram("kelvo-tour", {pictures, "--platform=offscreen", KELVO_SAMPLES, "-style", "Windows"});
     EXPECT_EQ(result.status, 0) << result.err;

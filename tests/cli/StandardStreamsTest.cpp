@@ -11,7 +11,7 @@
 namespace kelvo::test {
 namespace {
 
-TEST(KeepStandardStreams, putsSomethingThatGivesAndTakesNothingInThePlaceOfTheClosed) {
+TEST(KeepStandardStreams, closedStreams_becomeDevNull) {
     std::array<UniqueFd, 3> kept;
     for (int fd = 0; fd < 3; ++fd) {
         kept[static_cast<std::size_t>(fd)] = UniqueFd(fcntl(fd, F_DUPFD, 10));

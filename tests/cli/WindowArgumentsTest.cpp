@@ -25,7 +25,7 @@ TEST(WindowArguments, keepTheToolkitsOptionsAndTheWordsApart) {
     EXPECT_EQ(read.argv()[read.argc()], nullptr);
 }
 
-TEST(WindowArguments, giveTheToolkitTheFormThatItTakes) {
+TEST(WindowArguments, giveTheToolkitItsOwnForm) {
     Read read({"name", "--platform=offscreen:a=b", "--plugin", "one", "-plugin=two"});
     EXPECT_EQ(read.request().mistake, "");
     EXPECT_THAT(read.toolkit(), ElementsAre("name", "-platform", "offscreen:a=b", "-plugin", "one", "-plugin", "two"));
@@ -37,7 +37,7 @@ TEST(WindowArguments, ofNoneGiveTheToolkitTheProgramsNameOnly) {
     EXPECT_THAT(read.toolkit(), ElementsAre("name"));
 }
 
-TEST(WindowArguments, takeEverythingBehindTwoDashesForWords) {
+TEST(WindowArguments, afterTwoDashes_everythingIsAWord) {
     Read read({"name", "--", "-style", "-x"});
     EXPECT_EQ(read.request().mistake, "");
     EXPECT_EQ(read.words(), (QStringList{"-style", "-x"}));
@@ -53,7 +53,7 @@ TEST(WindowArguments, areExplainedAsFarAsSomebodyTypesThem) {
 )");
 }
 
-TEST(WindowArguments, ofMoreWordsThanAreTakenAreAMistake) {
+TEST(WindowArguments, tooManyWords_areAnError) {
     EXPECT_EQ(Read({"name", "one", "two", "three"}).request().mistake, "Unexpected word 'three'.");
     EXPECT_EQ(Read({"name", "one", "two", "three", "four"}).request().mistake, "Unexpected word 'three'.");
 }

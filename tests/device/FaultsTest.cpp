@@ -18,7 +18,7 @@ Faults parsed(std::string_view text) {
     return faults;
 }
 
-TEST(FaultTable, hasNumbersForThoseThatTakeOneOnly) {
+TEST(FaultTable, onlyFaultsWithANumber_haveARange) {
     for (const FaultEntry& fault : faultTable()) {
         if (fault.argument.empty()) {
             EXPECT_EQ(fault.usual, 0U) << fault.name;
@@ -27,7 +27,7 @@ TEST(FaultTable, hasNumbersForThoseThatTakeOneOnly) {
     }
 }
 
-TEST(FaultTable, saysWhichNumbersAreTaken) {
+TEST(FaultTable, describesAcceptedNumbers) {
     std::map<std::string_view, std::string> numbers;
     for (const FaultEntry& fault : faultTable()) {
         if (!fault.argument.empty()) {
@@ -72,7 +72,7 @@ TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
     EXPECT_EQ(parsed("unplug").unplugAtReport, 1U);
 }
 
-TEST(SwitchOn, takesTheNumberBehindTheEqualsSign) {
+TEST(SwitchOn, readsTheNumberAfterTheEqualsSign) {
     EXPECT_EQ(parsed("silent=3").silentFromPhase, 3);
     EXPECT_EQ(parsed("delay=20").answerDelay, milliseconds(20));
     EXPECT_EQ(parsed("ack-out-of-range=0").acknowledgementOutOfRange, 0);

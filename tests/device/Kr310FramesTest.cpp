@@ -71,7 +71,7 @@ TEST(FrameReader, findsTheLongestFrame) {
     EXPECT_EQ(read(reader, stream).size(), 4U + 1017 * 3 - 1);
 }
 
-TEST(FrameReader, takesNoMoreThanTheCountedBytes) {
+TEST(FrameReader, readsOnlyTheCountedBytes) {
     FrameReader reader;
     Bytes report = makeReport(unhex("AA 55 02 00 E0 00 02"));
     report[8] = 0x25;

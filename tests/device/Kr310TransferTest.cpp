@@ -61,7 +61,7 @@ TEST(Kr310Transfer, fillsAllThirtyTwoBitsFromFourPlanes) {
     EXPECT_EQ(content->words[511], 0xFF020304U);
 }
 
-TEST(Kr310Transfer, takesANameOfTenBytesOrUpToItsFirstZero) {
+TEST(Kr310Transfer, name_isTenBytesOrEndsAtItsFirstZero) {
     Kr310Transfer cab = withPlanes();
     EXPECT_EQ(takeName(cab, 0, "0123456789").value().name, "0123456789");
     cab = withPlanes();

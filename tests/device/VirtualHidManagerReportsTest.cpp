@@ -11,7 +11,7 @@ using std::chrono::steady_clock;
 using Activity = VirtualHidManager::Activity;
 using Log = std::vector<std::string>;
 
-TEST(VirtualHidManagerReports, carryAWholeImport) {
+TEST(VirtualHidManagerReports, carryACompleteImport) {
     ConnectedBench bench;
     for (const std::uint8_t phase : {1, 2, 3, 4}) {
         EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, phase)));
@@ -24,7 +24,7 @@ TEST(VirtualHidManagerReports, carryAWholeImport) {
     EXPECT_EQ(bench.pedal.memory().cab[3].name, "MYCAB");
 }
 
-TEST(VirtualHidManagerReports, countAsPendingUntilTheHostHasTakenThem) {
+TEST(VirtualHidManagerReports, arePendingUntilTheHostHasReadThem) {
     Bench bench;
     std::size_t pending = 0;
     bench.onEvent = [&](const std::string& event) {
@@ -51,7 +51,7 @@ TEST(VirtualHidManagerReports, areNotKeptUnlessARecordIsWanted) {
     EXPECT_EQ(bench.pedal.memory().cab[3].name, "");
 }
 
-TEST(VirtualHidManagerReports, areRecordedWholeAndInOrder) {
+TEST(VirtualHidManagerReports, areRecordedCompletelyAndInOrder) {
     ConnectedBench bench;
     EXPECT_TRUE(bench.sendFrame(packet(0xE1, 3, 1)));
     EXPECT_TRUE(bench.sendConnect());
@@ -109,7 +109,7 @@ TEST(VirtualHidManagerReports, areHeldBackByTheDelay) {
     EXPECT_GE(steady_clock::now() - begin, milliseconds(30));
 }
 
-TEST(VirtualHidManagerReports, thatAreUnderWayAreLostWhenThePedalIsUnplugged) {
+TEST(VirtualHidManagerReports, pendingReports_areLostByAnUnplug) {
     ConnectedBench bench;
     bench.pedal.setStartup({199, seconds(3600)});
     EXPECT_TRUE(bench.sendConnect());
@@ -217,7 +217,7 @@ TEST(VirtualHidManagerReports, keepTheWirePaceInBothDirections) {
     EXPECT_GE(steady_clock::now() - begin, (8 + 7) * milliseconds(3));
 }
 
-TEST(VirtualHidManagerReports, thatWaitForTheWireAreRefusedAtOnceWhenThePedalIsUnplugged) {
+TEST(VirtualHidManagerReports, waitingForTheWire_areRefusedByAnUnplug) {
     ConnectedBench bench({.wirePace = seconds(3600), .record = true});
     std::jthread host([&] { EXPECT_FALSE(bench.sendFrame(deletePacket(3))); });
     EXPECT_TRUE(bench.manager.waitFor([](const Activity& seen) { return seen.outputReports.size() == 1; }));

@@ -51,7 +51,7 @@ TEST(VirtualKr310Startup, showsProgressAndGivesBothNameListsBeforeTheLastValue) 
     EXPECT_EQ(reaction.reports[3].bytes[0], 44);
 }
 
-TEST(VirtualKr310Startup, givesTheAmpNamesFirstWhenToldSo) {
+TEST(VirtualKr310Startup, sendsTheAmpNamesFirstIfConfigured) {
     VirtualKr310 pedal;
     pedal.setStartup({199, microseconds(0)});
     pedal.setFaults({.ampNamesFirst = true});
@@ -87,7 +87,7 @@ TEST(VirtualKr310Startup, endsWith199WhateverTheStep) {
     }
 }
 
-TEST(VirtualKr310Startup, takesAStepOfNoneAsOne) {
+TEST(VirtualKr310Startup, stepOfZero_countsAsOne) {
     VirtualKr310 pedal;
     pedal.setStartup({0, microseconds(0)});
     EXPECT_EQ(connect(pedal).reports.size(), 204U);

@@ -138,7 +138,7 @@ std::vector<RecordingApp::Frame> unpacked(const Bytes& bytes) {
 
 class FromThePedal : public testing::TestWithParam<Received> {};
 
-TEST_P(FromThePedal, comesOutOfTheUnpackerWholeAndDoesWhatThePageSays) {
+TEST_P(FromThePedal, isUnpackedAndHasTheDocumentedEffect) {
     const auto& [name, begin, expectEffect] = GetParam();
     const ProtocolExample example = documented().at(name);
     ASSERT_EQ(example.leftOut, 0U);
@@ -157,7 +157,7 @@ TEST_P(FromThePedal, comesOutOfTheUnpackerWholeAndDoesWhatThePageSays) {
 
 INSTANTIATE_TEST_SUITE_P(Examples, FromThePedal, testing::ValuesIn(kReceived));
 
-TEST(ProtocolDocs, holdTheExamplesThatAreCheckedHereAndNoOthers) {
+TEST(ProtocolDocs, containExactlyTheCheckedExamples) {
     std::vector<std::string> checked;
     for (const Sent& sent : kFrames) {
         checked.emplace_back(sent.example);

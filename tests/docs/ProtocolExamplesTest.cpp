@@ -14,7 +14,7 @@ ProtocolExamples examplesOf(const std::string& page) {
     return readExamples(text);
 }
 
-TEST(ProtocolExamples, takeTheirNameFromTheBoldBeginningOfALine) {
+TEST(ProtocolExamples, areNamedByTheBoldStartOfALine) {
     const ProtocolExamples examples = examplesOf("# Page\n**Two bytes**, to **nobody**:\n\n```hex\n0A fF\n```\ntext\n");
     ASSERT_EQ(examples.size(), 1U);
     EXPECT_THAT(examples.at("Two bytes").head, ElementsAre(0x0A, 0xFF));
@@ -29,7 +29,7 @@ TEST(ProtocolExamples, mayLeaveOutTheirMiddle) {
     EXPECT_THAT(example.tail, ElementsAre(3));
 }
 
-TEST(ProtocolExamples, areNotTakenFromAPageThatCannotBeChecked) {
+TEST(ProtocolExamples, rejectAPageThatCannotBeChecked) {
     for (const char* const page : {
              "```hex\n01\n```\n",                                          // no name
              "**One**\n```hex\n01\n```\n\n```hex\n02\n```\n",              // a name serves once

@@ -102,7 +102,7 @@ const AmpCase kRefused[] = {
 
 INSTANTIATE_TEST_SUITE_P(Files, RefusedAmp, testing::ValuesIn(kRefused), nameOf);
 
-TEST_F(AmpReader, takesAllWordsInOrder) {
+TEST_F(AmpReader, readsAllWordsInOrder) {
     FileBytes bytes;
     for (std::uint32_t i = 0; i < 512; ++i) {
         append(bytes, 0x80000000 + i, 4);
@@ -165,7 +165,7 @@ TEST_F(AmpReader, failureAfterASuccess_closesAndKeepsTheNameAndTheWords) {
     EXPECT_EQ(AmpPiontBuff[0], 0x04030201U);
 }
 
-TEST_F(AmpReader, pathIsTakenLiterally) {
+TEST_F(AmpReader, path_isLiteral) {
     ASSERT_TRUE(file.OpenFile(dir.write("My Amp.bin", model())));
     EXPECT_STREQ(file.CharFileName.data(), "My Amp.bin");
     EXPECT_FALSE(file.OpenFile(dir.path("My%20Amp.bin")));

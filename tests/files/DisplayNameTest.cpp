@@ -91,7 +91,7 @@ TEST(AMPName, comesFromTheFileName) {
     }
 }
 
-TEST(DisplayName, isTakenFromTheLastComponentOnly) {
+TEST(DisplayName, usesTheLastComponentOnly) {
     EXPECT_EQ(irName("//home/a.wav/b.wav.d/My IR.wav"), QString("MY IR"));
     EXPECT_EQ(irName("cab.wav"), QString("CAB"));
     EXPECT_EQ(irName("/a/b.wav/"), QString(""));

@@ -18,7 +18,7 @@ using FloatBuffer = std::array<float, kIRFrameCount>;
 using Points = std::array<float, kPointCount>;
 using Words = std::array<std::uint32_t, kPointCount>;
 
-TEST(NumberInAFile, takesTheBytesOfItsWidth) {
+TEST(NumberInAFile, readsTheBytesOfItsWidth) {
     const std::array<std::uint8_t, 5> bytes{0x01, 0x82, 0x03, 0x84, 0x05};
     EXPECT_EQ(FileView(bytes).number(0, 1), 0x01U);
     EXPECT_EQ(FileView(bytes).number(0, 2), 0x8201U);
@@ -125,7 +125,7 @@ TEST(Resample, pointJLiesAtSourcePositionJTimesTheRatio) {
     EXPECT_NEAR(out[511], 1112.447F, 0.001F);
 }
 
-TEST(Resample, takesEverySecondEntryAt88200) {
+TEST(Resample, usesEverySecondEntryAt88200) {
     Points out{};
     Resample(ramp(), 88200, out);
     EXPECT_EQ(out[0], 0.0F);

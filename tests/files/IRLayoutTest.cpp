@@ -152,7 +152,7 @@ TEST(WaveLayout, cutOffAtAnyByte_breaksTheRuleOfThatChunk) {
     EXPECT_EQ(findWave(std::span(good).first(43)).dataOffset, 36U);
 }
 
-TEST(WaveLayout, missingChunk_standsAtTheEndOfTheFile) {
+TEST(WaveLayout, missingChunk_isAtTheEndOfTheFile) {
     EXPECT_EQ(findWave(edited(12, "FMT ")).fmtOffset, 48U);
     EXPECT_EQ(findWave(edited(36, "Data")).dataOffset, 48U);
 }

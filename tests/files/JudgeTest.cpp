@@ -82,7 +82,7 @@ TEST_F(Judge, acceptsAWaveFileByItsRateAndDepthToo) {
     EXPECT_FALSE(isAccepted({.sampleRate = 96000, .channels = 0, .data = data}));
 }
 
-TEST_F(Judge, refusesWhatIsNoRegularFileWithoutWaiting) {
+TEST_F(Judge, refusesNonRegularFilesWithoutWaiting) {
     ASSERT_EQ(::mkfifo(QFile::encodeName(dir.path("fifo.wav")).constData(), 0600), 0);
     EXPECT_EQ(judgeIRFile(dir.path("fifo.wav")).failure->step, Step::Type);
     EXPECT_EQ(judgeAmpFile(dir.path("fifo.wav")).failure->step, Step::Type);

@@ -55,7 +55,7 @@ TEST_F(IRFile, beforeItIsOpened_hasABlankNameAndNoPoints) {
     EXPECT_TRUE(pointsAreUntouched());
 }
 
-TEST_F(IRFile, takesAWaveFile) {
+TEST_F(IRFile, acceptsAWaveFile) {
     EXPECT_TRUE(open(goodWave()));
     EXPECT_TRUE(file.IsFileOpenSuccess);
     EXPECT_FALSE(file.isInteralIR);
@@ -115,7 +115,7 @@ TEST_F(IRFile, givesTheSameEveryTime) {
     EXPECT_EQ(points, first);
 }
 
-TEST_F(IRFile, internalFile_isTakenWhateverItsLength) {
+TEST_F(IRFile, internalFile_isAcceptedAtAnyLength) {
     for (const std::size_t size : {8, 11, 12, 512, 2048, 5000}) {
         RVIRFile other;
         EXPECT_TRUE(other.OpenFilePath(dir.write("internal", internal(3, size)))) << size;

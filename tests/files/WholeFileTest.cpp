@@ -63,7 +63,7 @@ TEST_F(WholeFile, followsASymbolicLink) {
     EXPECT_EQ(bytesOf(readWholeFile(dir.path("link"))), content);
 }
 
-TEST_F(WholeFile, takesANameThatIsNotAscii) {
+TEST_F(WholeFile, acceptsANameThatIsNotAscii) {
     const QString name = QString::fromUtf8(
         "\xC3\x9C"
         "ber \xF0\x9D\x84\x9E %20.wav");
@@ -135,7 +135,7 @@ TEST_F(WholeFile, refusesASocket) {
     EXPECT_FALSE(readWholeFile(dir.path("s")));
 }
 
-TEST_F(WholeFile, refusesAFifoThatHoldsBytesAndLeavesThemThere) {
+TEST_F(WholeFile, refusesAFifoWithBytesAndReadsNone) {
     const QByteArray path = QFile::encodeName(dir.path("fifo.wav"));
     ASSERT_EQ(::mkfifo(path.constData(), 0600), 0);
     const UniqueFd end(::open(path.constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
@@ -176,7 +176,7 @@ TEST_F(WholeFile, readsALengthOf32Bits) {
     EXPECT_EQ(wanted, sizeof(std::size_t) == 4 ? 0U : 0xFFFFFFFFU);
 }
 
-TEST_F(WholeFile, goesOnAfterAnInterruptedRead) {
+TEST_F(WholeFile, continuesAfterAnInterruptedRead) {
     const QString path = dir.write("a", content);
     int calls = 0;
     readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) -> ssize_t {
@@ -190,7 +190,7 @@ TEST_F(WholeFile, goesOnAfterAnInterruptedRead) {
     EXPECT_EQ(calls, 3);
 }
 
-TEST_F(WholeFile, putsShortReadsTogether) {
+TEST_F(WholeFile, joinsShortReads) {
     const QString path = dir.write("a", content);
     readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
         return __real_pread64(fd, buffer, std::min<std::size_t>(size, 3), offset);
@@ -210,7 +210,7 @@ TEST_F(WholeFile, doesNotReadWhatIsAppendedMeanwhile) {
     EXPECT_EQ(bytesOf(readWholeFile(path)), content);
 }
 
-TEST_F(WholeFile, ofOneThatCouldNotBeReadToItsEnd_saysHowFarItCame) {
+TEST_F(WholeFile, failedRead_reportsItsPosition) {
     const QString path = dir.write("a", content);
     readHook = [&](int fd, void* buffer, std::size_t size, off_t offset) {
         EXPECT_EQ(::truncate(QFile::encodeName(path).constData(), 5), 0);

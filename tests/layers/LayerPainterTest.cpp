@@ -131,7 +131,7 @@ TEST_F(LayerPainterTest, cornerRadius_isAtMostHalfTheShorterSide) {
     EXPECT_GT(qAlpha(image.pixel(0, 10)), 240);
 }
 
-TEST_F(LayerPainterTest, opacity_fadesTheLayerAsAWhole) {
+TEST_F(LayerPainterTest, opacity_fadesTheCompleteLayer) {
     root.setFrame({0, 0, 2, 1});
     root.setBackground(Layer::Gradient{Qt::white});
     addSublayer({0, 0, 1, 1}, Qt::black);
@@ -155,7 +155,7 @@ TEST_F(LayerPainterTest, animatedPosition_isWhereTheLayerIsShown) {
     EXPECT_EQ(drawn({4, 1}), "..r.");
 }
 
-TEST_F(LayerPainterTest, contents_fillTheBoundsAtTheResolutionAsked) {
+TEST_F(LayerPainterTest, contents_fillTheBoundsAtTheRequestedResolution) {
     root.setFrame({0, 0, 2, 1});
     root.setContents(redLeftHalf({20, 10}));
     EXPECT_EQ(drawn({8, 2}, 4.0),

@@ -116,7 +116,7 @@ TEST_F(LayerTest, positionAnimation_movesWhatIsShownButNotTheProperty) {
     EXPECT_EQ(layer.shownPosition(), QPointF(3, 4));
 }
 
-TEST_F(LayerTest, animationWithoutDuration_takesAQuarterSecond) {
+TEST_F(LayerTest, animationWithoutDuration_lastsAQuarterSecond) {
     for (const double duration : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
         layer.addAnimation({.keyPath = "opacity", .duration = duration}, "a");
         EXPECT_EQ(layer.animation("a")->duration, 0.25);

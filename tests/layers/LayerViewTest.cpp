@@ -82,7 +82,7 @@ TEST_F(LayerViewTest, movingOnScreen_asksForAtMostSixtyFramesASecond) {
     EXPECT_EQ(QAbstractEventDispatcher::instance()->registeredTimers(&view).at(0).interval, 17);
 }
 
-TEST_F(LayerViewTest, standingStillOrNeverShown_asksForNone) {
+TEST_F(LayerViewTest, atRestOrNeverShown_requestsNoFrames) {
     moveForEver();
     EXPECT_FALSE(asksForFrames());
     layer.removeAnimation("x");

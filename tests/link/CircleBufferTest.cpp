@@ -29,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(CircleBuffer, takesAWriteThatFitsAndNothingOfALongerOne) {
+TEST_F(CircleBuffer, writeThatFits_isStored_longerOneIsNot) {
     const Bytes first(10000, 0x11);
     const Bytes second(241, 0x22);
     ASSERT_TRUE(putRX_buffer(first.data(), 10000));
@@ -114,7 +114,7 @@ TEST_F(CircleBuffer, isGuardedByOneMutexInAllItDoes) {
     EXPECT_EQ(record.locked, Mutexes(3, record.locked[0]));
 }
 
-TEST_F(CircleBuffer, passesAByteStreamFromOneThreadToAnotherWholeAndInOrder) {
+TEST_F(CircleBuffer, streamBetweenThreads_isCompleteAndInOrder) {
     constexpr std::uint32_t kReports = 2000;
     std::thread hidThread([] {
         std::array<std::uint8_t, 63> report{};

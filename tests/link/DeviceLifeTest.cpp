@@ -119,7 +119,7 @@ TEST(SecondDevice, isIgnoredWhileOneIsOpen) {
     EXPECT_EQ(link.removals, 0);
 }
 
-TEST(SecondDevice, doesNotTakeOverWhenTheFirstIsRemoved) {
+TEST(SecondDevice, isNotUsedWhenTheFirstIsRemoved) {
     ScriptedLink link;
     const auto second = std::make_shared<ScriptedDevice>();
     ASSERT_TRUE(link.attach());

@@ -42,7 +42,7 @@ TEST(HidrawManagerAccess, aNodeWithoutPermission_isNoDeviceAndOneLogLine) {
                                       "70-kelvo.rules)"});
 }
 
-TEST(HidrawManagerAccess, aNodeWithoutPermission_isTakenWhenTheRulesHaveBeenApplied) {
+TEST(HidrawManagerAccess, nodeWithoutPermission_isOpenedAfterTheRules) {
     FakeBus bus;
     bus.plug(0);
     setAccess(bus, 0, 0);

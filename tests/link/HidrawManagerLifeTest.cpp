@@ -135,7 +135,7 @@ TEST(HidrawManagerLife, openThatFails_findsNothingUntilItIsOpenedAgain) {
     EXPECT_EQ(link.waitFor(2), (Events{"log: " + kCannotWatch, "arrived"}));
 }
 
-TEST(HidrawManagerLife, madeWithoutADescriptor_findsNothingThoughThereAreSomeAgainAndWaitsForStop) {
+TEST(HidrawManagerLife, madeWithoutADescriptor_findsNothingAndWaitsForStop) {
     FakeBus bus;
     bus.plug(0);
     auto none = std::make_optional<NoDescriptors>();
@@ -171,7 +171,7 @@ TEST(HidrawManagerLife, aSignal_endsNothing) {
 }
 
 // A poll(2) over more descriptors than the process may have fails, each time.
-TEST(HidrawManagerLife, aWaitThatKeepsFailing_isTheEndOfTheDeviceAndOfTheRunAndOneLogLine) {
+TEST(HidrawManagerLife, failingWait_endsTheDeviceAndTheRunWithOneLogLine) {
     FakeBus bus;
     bus.plug(0);
     RunningManager link(bus);

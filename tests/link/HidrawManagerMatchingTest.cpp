@@ -174,7 +174,7 @@ TEST(HidrawManagerMatching, announcesADeviceThatArrivesAfterTheRemovalOfTheFirst
 }
 
 // udev may be so late that the node of the reported device belongs to the next one already.
-TEST(HidrawManagerMatching, passesOverADeviceThatHasGoneBeforeUdevToldOfIt) {
+TEST(HidrawManagerMatching, ignoresADeviceThatIsGoneBeforeUdevReportsIt) {
     FakeBus bus;
     RunningManager link(bus);
     link.onEvent = [&](const std::string& event) {

@@ -39,7 +39,7 @@ TEST(HidrawManagerReport, deliversEveryInputReportWithItsLength) {
                       "report of 65 bytes beginning with 3", "report of 1 bytes beginning with 255"}));
 }
 
-TEST(HidrawManagerReport, takesNoMemory) {
+TEST(HidrawManagerReport, allocatesNoMemory) {
     FakeBus bus;
     bus.plug(0);
     RunningManager link(bus);

@@ -59,7 +59,7 @@ TEST_P(HidrawManagerEnd, whileReading_isReportedOnceAfterTheQueuedReports) {
 INSTANTIATE_TEST_SUITE_P(, HidrawManagerEnd, testing::Values(EIO, ENODEV, EPROTO, ESHUTDOWN),
                          [](const auto& error) { return std::string(strerrorname_np(error.param)); });
 
-TEST(HidrawManagerUnplug, toldByUdev_waitsForTheQueuedReports) {
+TEST(HidrawManagerUnplug, reportedByUdev_waitsForTheQueuedReports) {
     NodeScript script({}, {{.bytes = Bytes(64, 1)}, {.bytes = Bytes(64, 2)}, {.error = EIO}});
     FakeBus bus;
     bus.setScript(0, script);
@@ -96,7 +96,7 @@ TEST(HidrawManagerUnplug, inTheMiddleOfABlockedWrite_isNoticedByTheEndOfTheNode)
     write.waitForRefusal();
 }
 
-TEST(HidrawManagerUnplug, leavesTheDescriptorOpenUnderABlockedWriteEvenWhenTheManagerHasGone) {
+TEST(HidrawManagerUnplug, keepsTheDescriptorOpenDuringABlockedWrite) {
     FakeBus bus;
     bus.plug(0);
     auto link = std::make_unique<RunningManager>(bus);

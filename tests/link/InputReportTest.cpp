@@ -71,7 +71,7 @@ TEST_F(InputReport, afterAnotherContinuesTheStream) {
     EXPECT_EQ(takeRing(), (Bytes{1, 2, 3, 1, 2}));
 }
 
-TEST_F(InputReport, thatDoesNotFitIsLostWhole) {
+TEST_F(InputReport, thatDoesNotFit_isDroppedCompletely) {
     const Bytes filler(10230, 0);
     ASSERT_TRUE(putRX_buffer(filler.data(), 10230));
     deliver(reportOf(64, 11));
@@ -99,7 +99,7 @@ TEST(InputReportWithoutDevice, addsNothing) {
     EXPECT_EQ(takeRing(), Bytes{});
 }
 
-TEST(InputReportAlone, takesNoMemory) {
+TEST(InputReportAlone, allocatesNoMemory) {
     struct CountingManager : test::ScriptedHidManager {
         bool open(const HidMatching& matching, HidCallbacks callbacks) override {
             callbacks.inputReport = [this, link = callbacks.inputReport](const auto& device, auto report) {
@@ -122,7 +122,7 @@ TEST(InputReportAlone, takesNoMemory) {
     EXPECT_EQ(takeRing(), series(1, 63));
 }
 
-TEST_F(InputReport, isReadWholeOrNotAtAll) {
+TEST_F(InputReport, isReadCompletelyOrNotAtAll) {
     deliver(reportOf(64, 3));
     Bytes out{9, 9, 9, 9};
     EXPECT_FALSE(HID_ReadData(4, out.data()));

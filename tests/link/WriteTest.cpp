@@ -64,7 +64,7 @@ TEST_F(Write, ofTheStartUpFrameIsOneReport) {
     EXPECT_EQ(Bytes(report.begin(), report.begin() + 9), (Bytes{8, 0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25}));
 }
 
-TEST_F(Write, ofAShortFrameLeavesTheLongFramesOldBytesBehindIt) {
+TEST_F(Write, shortFrame_isFollowedByOldBytesOfALongOne) {
     ASSERT_TRUE(write(Bytes(63, 0x11)));
     ASSERT_TRUE(write({0xA1, 0xA2, 0xA3}));
     Report expected;
@@ -76,7 +76,7 @@ TEST_F(Write, ofAShortFrameLeavesTheLongFramesOldBytesBehindIt) {
     EXPECT_EQ(link.device->reports()[1], expected);
 }
 
-TEST_F(Write, leavesTheOwnFramesOldBytesInItsLastReport) {
+TEST_F(Write, lastReport_endsWithOldBytesOfItsFrame) {
     Bytes frame(63, 0x11);
     frame.push_back(0x22);
     ASSERT_TRUE(write(frame));

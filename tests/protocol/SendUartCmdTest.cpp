@@ -80,7 +80,7 @@ TEST_F(SendUartCmdTest, sendsTheZerosAfterADeletedRow) {
     EXPECT_EQ(link.device->sentBytes(), expected);
 }
 
-TEST_F(SendUartCmdTest, trustsLengthsThatNoReceiverTakes) {
+TEST_F(SendUartCmdTest, sendsLengthsThatNoReceiverAccepts) {
     Bytes frame = frameWith(1280, 0x42);
     SendUartCmd(frame.data());
     EXPECT_EQ(link.device->sentBytes().size(), 1286U);

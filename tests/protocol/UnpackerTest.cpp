@@ -119,7 +119,7 @@ const Stream kResyncs[] = {
 
 INSTANTIATE_TEST_SUITE_P(AfterAnError, UnpackerStream, testing::ValuesIn(kResyncs), nameOf);
 
-TEST_F(Unpacker, takesNoMemory) {
+TEST_F(Unpacker, allocatesNoMemory) {
     struct CountingApp : AppClass {
         CountingApp() { AppClassPoint = this; }
         ~CountingApp() override { AppClassPoint = nullptr; }
@@ -145,7 +145,7 @@ TEST_F(Unpacker, afterInit_forgetsTheBeginningOfAFrame) {
     EXPECT_EQ(app.commands(), Commands{0xE0});
 }
 
-TEST_F(Unpacker, deliversTheWholeFrameBuffer) {
+TEST_F(Unpacker, deliversTheCompleteFrameBuffer) {
     feed(joined({longestFrame(), kConnectFrame}));
     ASSERT_EQ(app.commands(), (Commands{0x42, 0xE0}));
     EXPECT_EQ(firstBytes(app.frames()[0], 1024), longestFrame());

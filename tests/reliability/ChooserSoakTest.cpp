@@ -29,7 +29,7 @@ std::size_t heldMemory() {
     return holdings().memory;
 }
 
-TEST(ChooserSoakTest, twoHundredImportsThroughTheRealChooser_takeLessThanAMegabyte) {
+TEST(ChooserSoakTest, twoHundredImportsThroughTheRealChooser_useLessThanAMegabyte) {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const SampleDir files;
     const QString wave = files.write("a.wav", waveOf(7));

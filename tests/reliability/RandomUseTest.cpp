@@ -108,7 +108,7 @@ protected:
     UsedWindow use_{Faults{.answerDelay = std::chrono::milliseconds(GetParam())}};
 };
 
-TEST_P(AtAPedalThatAnswersAfter, aDropDuringATransferWaitsForItsEnd) {
+TEST_P(AtAPedalThatAnswersAfter, dropDuringATransfer_waitsForItsEnd) {
     use_.dropWaves(1, {"W1.wav"});
     use_.dropWaves(7, {"W2.wav"});
     ASSERT_TRUE(use_.changed(2));
@@ -118,7 +118,7 @@ TEST_P(AtAPedalThatAnswersAfter, aDropDuringATransferWaitsForItsEnd) {
     EXPECT_THAT(use_.sentRows(use_.cab), ElementsAre(1, 7));
 }
 
-TEST_P(AtAPedalThatAnswersAfter, anImportOfTheOtherKindSpoilsNoFinishedRow) {
+TEST_P(AtAPedalThatAnswersAfter, importOfTheOtherKind_spoilsNoFinishedRow) {
     use_.app.importIR(4, use_.files.path("W1.wav"));
     ASSERT_TRUE(serveUntil([&] { return use_.app.controller.transferState().IRProgress.acknowledged >= 3; }));
     use_.app.importAMP(8, use_.files.path("A1.amp"));
@@ -128,7 +128,7 @@ TEST_P(AtAPedalThatAnswersAfter, anImportOfTheOtherKindSpoilsNoFinishedRow) {
     EXPECT_THAT(use_.sentRows(use_.cab), ElementsAre(4));
 }
 
-TEST_P(AtAPedalThatAnswersAfter, aTransferThatAnImportCutsOffIsNotSent) {
+TEST_P(AtAPedalThatAnswersAfter, transferCutOffByAnImport_isNotSent) {
     use_.app.importIR(3, use_.files.path("W1.wav"));
     use_.app.importIR(4, use_.files.path("W2.wav"));
     ASSERT_TRUE(use_.changed(1));
@@ -138,7 +138,7 @@ TEST_P(AtAPedalThatAnswersAfter, aTransferThatAnImportCutsOffIsNotSent) {
     EXPECT_EQ(testing::Value(use_.sentRows(use_.cab), testing::Contains(3)), isHeld);
 }
 
-TEST_P(AtAPedalThatAnswersAfter, aRowThatIsDeletedDuringItsTransferShowsTheFileThatFillsIt) {
+TEST_P(AtAPedalThatAnswersAfter, rowDeletedDuringItsTransfer_showsWhatItHolds) {
     use_.app.importIR(3, use_.files.path("W1.wav"));
     use_.askForDeletion(3);
     use_.confirmDeletion();
@@ -148,7 +148,7 @@ TEST_P(AtAPedalThatAnswersAfter, aRowThatIsDeletedDuringItsTransferShowsTheFileT
     EXPECT_EQ(use_.app.cabLabel(3), isHeld ? "30.W1" : "30EMPTY");
 }
 
-TEST_P(AtAPedalThatAnswersAfter, aSetOutlastsACancelledChooserAndNamesNoFileTwice) {
+TEST_P(AtAPedalThatAnswersAfter, set_survivesACancelledChooser_importsNoFileTwice) {
     ASSERT_TRUE(QFile::link(use_.files.path("W1.wav"), use_.files.path("W11a.wav")));
     use_.dropWaves(5, {"W1.wav", "W11a.wav", "W2.wav"});
     use_.app.services.choice.clear();
@@ -159,7 +159,7 @@ TEST_P(AtAPedalThatAnswersAfter, aSetOutlastsACancelledChooserAndNamesNoFileTwic
     EXPECT_EQ(use_.app.cabLabel(6), "33.W2");
 }
 
-TEST_P(AtAPedalThatAnswersAfter, aSetLeavesTheRowThatAQuestionIsAbout) {
+TEST_P(AtAPedalThatAnswersAfter, set_pausesDuringAQuestion) {
     use_.dropWaves(5, {"W1.wav", "W2.wav"});
     use_.askForDeletion(6);
     ASSERT_TRUE(use_.changed(1));

@@ -104,7 +104,7 @@ TEST(EventLoop, isNotHeldUpByAMutePedalWhileLoading) {
     EXPECT_LT(longest, kLongestStall);
 }
 
-TEST(EventLoop, isNotHeldUpByImportsAndDeletionsThatAMutePedalNeverAnswers) {
+TEST(EventLoop, doesNotStallDuringImportsWithoutAnswers) {
     const SampleDir files;
     const QString wave = files.write("a.wav", waveOf(0x123456));
     const QString amp = files.write("a.amp", ampOf(0x12345678));
@@ -128,7 +128,7 @@ TEST(EventLoop, isNotHeldUpByImportsAndDeletionsThatAMutePedalNeverAnswers) {
     EXPECT_LT(watch.longest(), kLongestStall);
 }
 
-TEST(EventLoop, isNotHeldUpByAWireThatTakesAMillisecondForEveryReport) {
+TEST(EventLoop, doesNotStallOnASlowWire) {
     const SampleDir files;
     const QString wave = files.write("a.wav", waveOf(0x123456));
     VirtualKr310 pedal;
@@ -205,7 +205,7 @@ protected:
     LoopWatch watch_;
 };
 
-TEST_F(OtherFiles, inAFolderThatHangs_holdUpNothing) {
+TEST_F(OtherFiles, inAFolderThatHangs_stallNothing) {
     ASSERT_TRUE(QDir(files_.path("")).mkdir("share"));
     QList<QUrl> shared;
     for (const char* const name : {"share/1.wav", "share/2.wav"}) {
@@ -225,7 +225,7 @@ TEST_F(OtherFiles, inAFolderThatHangs_holdUpNothing) {
     EXPECT_EQ(app_.pedal.memory().cab[0].name, "1");
 }
 
-TEST_F(OtherFiles, thatAreLargeAndRefused_holdUpNothing) {
+TEST_F(OtherFiles, thatAreLargeAndRefused_stallNothing) {
     const FileBytes noChunks{'R', 'I', 'F', 'F', 0, 0, 0, 0, 'W', 'A', 'V', 'E'};
     files_.write("99.wav", waveOf(1));
     import(0, files_.write("00.wav", waveOf(1)));

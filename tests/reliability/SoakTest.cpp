@@ -109,7 +109,7 @@ private:
     std::mt19937 random_{kSeed};
 };
 
-TEST(SoakTest, tenThousandImportsWithRandomFaults_arriveAndLeaveNothingBehind) {
+TEST(SoakTest, tenThousandImportsWithRandomFaults_arriveAndLeakNothing) {
     const SampleDir files;
     Soak soak(files);
     Holdings settled;

@@ -167,7 +167,7 @@ TEST_F(Stress, overlappingImportsDeletionsListsAndProgress_neverMixTwoImportsInA
                                      "AMP 58", "AMP 59", "AMP 60"}));
 }
 
-TEST_F(Stress, aNewImportAtEveryMomentOfARunningOne_restartsAndArrivesWhole) {
+TEST_F(Stress, newImportAtEveryMomentOfARunningOne_isComplete) {
     RunningApp app;
     startQuickly(app);
     for (std::uint32_t n = 0; n < 40; ++n) {

@@ -61,7 +61,7 @@ TEST_P(Unplugged, atEachOutputReport_bringsTheAlertAndWritesWhatWasCompleteBefor
     }
 }
 
-TEST_P(Unplugged, beforeEachAcknowledgement_bringsTheAlertAndWritesTheAskedSlotAtMost) {
+TEST_P(Unplugged, beforeEachAcknowledgement_showsTheAlertAndWritesOneSlotAtMost) {
     const SampleDir files;
     for (std::uint8_t phase = 1; phase <= GetParam().acknowledgements; ++phase) {
         RunningApp app;

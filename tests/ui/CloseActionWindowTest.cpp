@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-TEST(CloseActionWindow, askedToClose_staysAndDoesItsActionIfItHasOne) {
+TEST(CloseActionWindow, closeRequest_runsTheActionAndKeepsTheWindow) {
     CloseActionWindow window;
     window.show();
     EXPECT_FALSE(window.close());

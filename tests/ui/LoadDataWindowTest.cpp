@@ -49,7 +49,7 @@ TEST_F(LoadDataWindow, ticksAtOnceAndThenTwiceASecond) {
     ASSERT_TRUE(QTest::qWaitFor([this] { return text() == "75%"; }, 20000));
 }
 
-TEST_F(LoadDataWindow, percentage_isAWholeNumberAndOnlyExactlyOneEnds) {
+TEST_F(LoadDataWindow, percentage_isAnInteger_onlyExactlyOneEnds) {
     const std::pair<double, const char*> rows[] = {
         {0.0, "0%"},
         {0.5, "50%"},

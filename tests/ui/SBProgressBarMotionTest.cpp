@@ -130,7 +130,7 @@ TEST_F(BarMotion, animatesSetToWhatItIs_doesNothing) {
     EXPECT_FALSE(bar.scene().isAnimating());
 }
 
-TEST_F(BarMotion, animatesOnWhileHidden_waitsForTheShow) {
+TEST_F(BarMotion, animationWhileHidden_waitsForTheShow) {
     bar.setAnimates(false);
     stage.step(0.25);
     bar.setHidden(true);
@@ -142,7 +142,7 @@ TEST_F(BarMotion, animatesOnWhileHidden_waitsForTheShow) {
     EXPECT_TRUE(runs());
 }
 
-TEST_F(BarMotion, newDuration_takesEffectAtOnce) {
+TEST_F(BarMotion, newDuration_appliesAtOnce) {
     stage.step(0.1);
     bar.setAnimationDuration(0.6);
     EXPECT_EQ(bar.animationDuration(), 0.6);

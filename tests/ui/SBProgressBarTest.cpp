@@ -182,7 +182,7 @@ public:
     int resized = 0;
 };
 
-TEST(SBProgressBar, everyMoveToAWindow_registersOnceMoreForFrameChanges) {
+TEST(SBProgressBar, everyMoveToAWindow_registersAgainForFrameChanges) {
     QWidget first;
     QWidget second;
     auto* const box = new QWidget(&first);

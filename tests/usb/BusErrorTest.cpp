@@ -22,7 +22,7 @@ struct BusError {
 
 class BusErrorTest : public testing::TestWithParam<BusError> {};
 
-TEST_P(BusErrorTest, inTheMiddleOfATransfer_endsNothingAndTheNextImportIsWhole) {
+TEST_P(BusErrorTest, duringATransfer_endsNothing_nextImportIsComplete) {
     PluggedPedal pedal;
     CableApp app(pedal);
     app.start();

@@ -48,7 +48,7 @@ protected:
     CableApp app_{pedal_};
 };
 
-TEST_F(FilesInARow, tenWavesOfOneDropSendEveryReportThatTenSingleImportsSend) {
+TEST_F(FilesInARow, setOfTen_sendsTheReportsOfTenImports) {
     QList<QUrl> dropped;
     for (std::uint32_t i = 1; i <= 10; ++i) {
         dropped.append(QUrl::fromLocalFile(files_.write(QString("Set %1.wav").arg(i), waveOf(i))));
@@ -65,7 +65,7 @@ TEST_F(FilesInARow, tenWavesOfOneDropSendEveryReportThatTenSingleImportsSend) {
     EXPECT_THAT(pedal_.memory(), testing::Contains(testing::StartsWith("CAB 36 \"SET 10\"")));
 }
 
-TEST_F(FilesInARow, theNextFileSendsEveryReportThatItsSingleImportSends) {
+TEST_F(FilesInARow, step_sendsTheReportsOfAnImport) {
     const QString first = files_.write("a.wav", waveOf(1));
     const QString second = files_.write("b.wav", waveOf(2));
     app_.importIR(4, first);
@@ -83,7 +83,7 @@ TEST_F(FilesInARow, theNextFileSendsEveryReportThatItsSingleImportSends) {
     EXPECT_EQ(pedal_.takeReports(), ofTheKey);
 }
 
-TEST_F(FilesInARow, aDropDuringATransferWaitsForItsEndThoughEachAnswerIsLate) {
+TEST_F(FilesInARow, dropDuringASlowTransfer_waitsForItsEnd) {
     pedal_.tell("fault delay=300", "fault delay=300");
     SlotTableView& table = app_.controller.ImportIRTableV();
     ASSERT_TRUE(drop(table, 1, {QUrl::fromLocalFile(files_.write("a.wav", waveOf(1)))}));
@@ -96,7 +96,7 @@ TEST_F(FilesInARow, aDropDuringATransferWaitsForItsEndThoughEachAnswerIsLate) {
                 testing::IsSupersetOf({testing::StartsWith("CAB 28 \"A\""), testing::StartsWith("CAB 34 \"B\"")}));
 }
 
-TEST_F(FilesInARow, aTransferEndsInItsOwnRowThoughAnImportOfTheOtherKindHasBegun) {
+TEST_F(FilesInARow, transfer_endsInItsOwnRow) {
     pedal_.tell("fault delay=300", "fault delay=300");
     app_.importIR(4, files_.write("a.wav", waveOf(1)));
     ASSERT_TRUE(serveUntil([&] { return app_.controller.transferState().IRProgress.acknowledged == 3; }));

@@ -55,7 +55,7 @@ struct PlaceInATransfer {
 
 class UnplugInATransfer : public testing::TestWithParam<PlaceInATransfer> {};
 
-TEST_P(UnplugInATransfer, isTheEndAndLeavesTheOldSlot) {
+TEST_P(UnplugInATransfer, showsTheAlertAndKeepsTheOldSlot) {
     PluggedPedal pedal;
     CableApp app(pedal);
     app.start();

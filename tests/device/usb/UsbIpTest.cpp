@@ -44,7 +44,7 @@ TEST(UsbIpReader, readsMessagesThatComeTogether) {
     EXPECT_EQ(std::get<UsbUnlink>(messages[2]).target, 7U);
 }
 
-TEST(UsbIpReader, waitsForTheRestOfAMessageThatIsCutAnywhere) {
+TEST(UsbIpReader, cutMessage_waitsForItsRest) {
     const Bytes both = join({unhex(kSubmitOut), unhex(kUnlinkSeven)});
     for (std::size_t cut = 0; cut <= both.size(); ++cut) {
         UsbIpReader reader;
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                     HostileHeader{24, "FF FF FF FF", "the host sent a USB/IP header with length 4294967295"},
                     HostileHeader{32, "00 00 00 01", "the host sent a USB/IP header with packet count 1"}));
 
-TEST(UsbIpReader, takesTheLongestTransferAndTheLastEndpoint) {
+TEST(UsbIpReader, acceptsTheLongestTransferAndTheLastEndpoint) {
     const HostRequest longest{.endpoint = "00 00 00 0F", .length = "00 00 FF FF"};
     const auto messages = UsbIpReader().take(longest.bytes(Bytes(65535, 0x5A)));
     ASSERT_EQ(messages.size(), 1U);

@@ -63,7 +63,7 @@ TEST_F(UsbPedal, keepsARequestForAReportUntilThereIsOne) {
               joined(submitAnswer(kTwo, kZeroWord, kSize), submitAnswer(kOne, kZeroWord, kSize, progressZero())));
 }
 
-TEST_F(UsbPedal, keepsAReportUntilItIsAskedFor) {
+TEST_F(UsbPedal, keepsAReportUntilItIsRequested) {
     EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, kZeroWord, kSize));
     EXPECT_EQ(device.nextDue(), std::nullopt);
     EXPECT_EQ(answersTo(inRequest(kOne)), submitAnswer(kOne, kZeroWord, kSize, progressZero()));
@@ -79,21 +79,21 @@ TEST_F(UsbPedal, holdsAReportBackUntilItIsDue) {
     EXPECT_EQ(hex(device.takeAnswers()).substr(0, 23), "00 00 00 03 00 00 00 03");
 }
 
-TEST_F(UsbPedal, cutsAReportToWhatTheHostAskedFor) {
+TEST_F(UsbPedal, cutsAReportToTheRequestedLength) {
     const HostRequest request{.direction = kOne, .length = "00 00 00 09"};
     EXPECT_NE(answersTo(outRequest(kTwo, connectReport())), "");
     EXPECT_EQ(answersTo(request.bytes()),
               submitAnswer(kOne, kZeroWord, "00 00 00 09", unhex("08 AA 55 02 00 A5 00 F0 1C")));
 }
 
-TEST_F(UsbPedal, ignoresAnOutputReportOfAnotherLengthButTakesIt) {
+TEST_F(UsbPedal, otherLength_isAcceptedAndIgnored) {
     const Bytes shorter = unhex("08 AA 55 02 00 E0 00 02 25");
     EXPECT_EQ(answersTo(HostRequest{.length = "00 00 00 09"}.bytes(shorter)),
               submitAnswer(kOne, kZeroWord, "00 00 00 09"));
     EXPECT_EQ(answersTo(inRequest(kTwo)), "");
 }
 
-TEST_F(UsbPedal, unlinksAWaitingRequestForAReport) {
+TEST_F(UsbPedal, unlinksAPendingRequest) {
     EXPECT_EQ(answersTo(inRequest(kOne)), "");
     EXPECT_EQ(answersTo(unlinkRequest(kTwo, kOne)), unlinkAnswer(kTwo, kUnlinkedWord));
     EXPECT_EQ(answersTo(outRequest(kThree, connectReport())), submitAnswer(kThree, kZeroWord, kSize));
@@ -112,7 +112,7 @@ TEST_F(UsbPedal, whileItHangs_keepsOutputReportsWaiting) {
     EXPECT_EQ(device.takeAnswers(), Bytes());
 }
 
-TEST_F(UsbPedal, whenItGoesOn_takesWhatWaited) {
+TEST_F(UsbPedal, afterAHang_acceptsPendingReports) {
     device.setOutput(UsbKr310::Output::Hang, kStart);
     EXPECT_EQ(answersTo(join({inRequest(kOne), outRequest(kTwo, connectReport())})), "");
     device.setOutput(UsbKr310::Output::Accept, kStart);
@@ -129,7 +129,7 @@ TEST_F(UsbPedal, whileItStalls_refusesOutputReportsAndAnswersControlRequests) {
     EXPECT_EQ(answersTo(inRequest(kTwo)), "");
 }
 
-TEST_F(UsbPedal, answersTheReportThatAFaultNamesWithThatError) {
+TEST_F(UsbPedal, faultyReport_getsItsError) {
     for (const auto& [faults, status] : {std::pair{Faults{.refuseReport = 2}, kStallWord},
                                          {Faults{.protocolErrorAtReport = 2}, std::string_view("FF FF FF B9")}}) {
         pedal.setFaults(faults);
@@ -141,7 +141,7 @@ TEST_F(UsbPedal, answersTheReportThatAFaultNamesWithThatError) {
     }
 }
 
-TEST_F(UsbPedal, leavesTheReportThatAFaultNamesToTheHostToGiveUp) {
+TEST_F(UsbPedal, unansweredReport_isGivenUpByTheHost) {
     pedal.setFaults({.noAnswerAtReport = 2});
     EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
     EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), "");
@@ -150,7 +150,7 @@ TEST_F(UsbPedal, leavesTheReportThatAFaultNamesToTheHostToGiveUp) {
     EXPECT_EQ(answersTo(inRequest(kOne)), "");
 }
 
-TEST_F(UsbPedal, wantsToBeUnpluggedAtTheReportThatAFaultNames) {
+TEST_F(UsbPedal, unplugFault_unplugsAtItsReport) {
     pedal.setFaults({.unplugAtReport = 2});
     EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
     EXPECT_FALSE(device.wantsUnplug());

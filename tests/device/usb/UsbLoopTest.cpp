@@ -151,7 +151,7 @@ TEST_F(RunningLoop, listsTheMemoryWithNamesAndChecksums) {
                             "AMP 64 \"\" crc32 f1e8ba9e", "AMP 65 \"\" crc32 f1e8ba9e", "listed"));
 }
 
-TEST_F(RunningLoop, printsEachOutputReportOnceItIsAskedTo) {
+TEST_F(RunningLoop, printsEachOutputReportOnRequest) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     sendToDevice(outRequest(kOne, Bytes(64, 0x11)));
     EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
