@@ -57,7 +57,7 @@ std::size_t countBeyondFullScale(FileView samples, std::size_t stride, std::size
 
 QString otherFormatTag(std::uint32_t tag, std::uint32_t bitsPerSample) {
     const bool isFloat = bitsPerSample == kFloatBits;
-    return QStringLiteral("its format tag is %1, but %2-bit samples are always taken as %3 (tag %4)")
+    return QStringLiteral("its format tag is %1, but %2-bit samples are always read as %3 (tag %4)")
         .arg(tag)
         .arg(bitsPerSample)
         .arg(isFloat ? QStringLiteral("floats") : QStringLiteral("integers"))
@@ -133,18 +133,18 @@ QStringList waveNotes(FileView file, const WaveLayout& wave, const WaveFacts& fa
                     .arg(format.channels)},
                {wave.data_block.size > held,
                 QStringLiteral(
-                    "its \"data\" chunk, at byte %1, declares %2 bytes of samples, of which the file holds %3")
+                    "its \"data\" chunk, at byte %1, declares %2 bytes of samples, of which the file contains %3")
                     .arg(wave.dataOffset)
                     .arg(wave.data_block.size)
                     .arg(held)},
                {isUsable && facts.framesUsed < wanted,
-                QStringLiteral("%1 of the %2 frames that are taken at %3 Hz are missing and count as silence")
+                QStringLiteral("%1 of the %2 frames that are used at %3 Hz are missing and count as silence")
                     .arg(wanted - facts.framesUsed)
                     .arg(wanted)
                     .arg(format.sampleRate)},
                {format.bitsPerSample == 8,
                 QStringLiteral(
-                    "its 8-bit samples are taken as they stand; their silence, 0x80, becomes negative full scale")},
+                    "its 8-bit samples are read as signed numbers; their silence, 0x80, becomes negative full scale")},
                {beyond > 0,
                 QStringLiteral("%1 of the %2 frames used are not within -1.0 to 1.0 and wrap to other levels")
                     .arg(beyond)

@@ -39,7 +39,7 @@ QString hex(std::uint32_t word) {
 QString unreadable(const ReadFailure& failure) {
     switch (failure.step) {
         case ReadFailure::Step::Open:
-            return failure.error == 0 ? QStringLiteral("its name holds a NUL")
+            return failure.error == 0 ? QStringLiteral("its name contains a NUL")
                                       : QStringLiteral("it cannot be opened: %1").arg(qt_error_string(failure.error));
         case ReadFailure::Step::Type:
             return QStringLiteral("it is a %1, not a regular file")

@@ -170,7 +170,7 @@ void Tour::writeTranscript() const {
     for (const std::string& line : manager_.activity().changes) {
         out << QString::fromStdString(line) << '\n';
     }
-    out << "\nWhat the pedal holds:\n";
+    out << "\nContents of the pedal:\n";
     for (const std::string& line : memoryLines(pedal_.memory())) {
         out << QString::fromStdString(line) << '\n';
     }

@@ -38,7 +38,7 @@ const UsbConsole::Command UsbConsole::kCommands[] = {
      [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::Stall); }},
     {"go", "", "going", "undoes hang and stall",
      [](UsbConsole& console, std::string_view) { console.setOutput(UsbKr310::Output::Accept); }},
-    {"memory", "", "listed", "lists what the pedal holds, one line for each slot",
+    {"memory", "", "listed", "lists the contents of the pedal, one line for each slot",
      [](UsbConsole& console, std::string_view) {
          std::ranges::for_each(memoryLines(console.pedal_.memory()), console.sink_);
      }},

@@ -60,7 +60,7 @@ TEST_F(CheckFile, ofWhatCannotBeRead_givesTheReadersReason) {
     EXPECT_EQ(refusal(dir.path("fifo.wav")), "it is a pipe, not a regular file");
     EXPECT_EQ(refusal(dir.path("zero.wav")), "it is a device, not a regular file");
     EXPECT_EQ(refusal(dir.path("missing.wav")), "it cannot be opened: No such file or directory");
-    EXPECT_EQ(refusal(dir.path("a.wav") + QChar::Null + ".wav"), "its name holds a NUL");
+    EXPECT_EQ(refusal(dir.path("a.wav") + QChar::Null + ".wav"), "its name contains a NUL");
 }
 
 TEST_F(CheckFile, ofAWave_takesAnyPath) {

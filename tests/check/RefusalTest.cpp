@@ -16,7 +16,7 @@ TEST(UnreadableFile, isExplainedByTheStepThatFailed) {
         {{.step = Open, .error = ENOENT}, "it cannot be opened: No such file or directory"},
         {{.step = Open, .error = ENOTDIR}, "it cannot be opened: Not a directory"},
         {{.step = Open, .error = EACCES}, "it cannot be opened: Permission denied"},
-        {{.step = Open}, "its name holds a NUL"},
+        {{.step = Open}, "its name contains a NUL"},
         {{.step = Type, .mode = S_IFDIR | 0755}, "it is a folder, not a regular file"},
         {{.step = Type, .mode = S_IFIFO | 0600}, "it is a pipe, not a regular file"},
         {{.step = Type, .mode = S_IFCHR | 0666}, "it is a device, not a regular file"},
