@@ -82,7 +82,8 @@ bool Transfer::layOutPacket(PacketBuffer& packet, std::int64_t slot) {
 }
 
 void Transfer::slotCleared(int row) {
-    if (progress_.row == row && lastSent_ == kind_.namePhase) {
+    const bool hasSentName = lastSent_ == kind_.namePhase || progress_.acknowledged == kind_.namePhase;
+    if (progress_.row == row && hasSentName) {
         progress_.row = -1;
     }
 }

@@ -35,7 +35,7 @@ public:
         if (row >= 0) {
             cabLabels[static_cast<std::size_t>(row)] = std::to_string(row + 27) + "EMPTY";
         }
-        if (ir_.row == row && ir_.lastPhase == 4) {
+        if (ir_.row == row && (ir_.lastPhase == 4 || ir_.acknowledged == 4)) {
             ir_.row = -1;
         }
     }

@@ -178,5 +178,11 @@ TEST_F(Acknowledgements, ofTheNameOnly_noLongerCountForARowThatWasCleared) {
     EXPECT_EQ(progress().row, -1);
 }
 
+TEST_F(Acknowledgements, afterTheEnd_keepNoRowThatWasCleared) {
+    acknowledge({1, 2, 3, 4, 2});
+    transfer_.slotCleared(3);
+    EXPECT_EQ(progress().row, -1);
+}
+
 }  // namespace
 }  // namespace kelvo::test
