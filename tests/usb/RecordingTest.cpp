@@ -93,7 +93,8 @@ TEST_P(RecordingOfAFault, differsInOneLine) {
     ASSERT_TRUE(pedal.says("CAB 27 <- \"OPEN BACK\" 512 points, crc32 4de60feb"));
     // The last acknowledgement.
     ASSERT_TRUE(serveUntil([&] { return app.controller.transferState().IRTick == 0; }));
-    EXPECT_THAT(differences({recorder.finish(), kOpenBack}), testing::ElementsAre(StartsWith(GetParam().line)));
+    // The recording may end before the last of the doubled answers, which is a difference as well.
+    EXPECT_THAT(differences({recorder.finish(), kOpenBack}), testing::Contains(StartsWith(GetParam().line)));
 }
 
 INSTANTIATE_TEST_SUITE_P(
