@@ -220,12 +220,13 @@ private:
     std::mt19937 random_;
 };
 
-/// Ten of two hundred runs, so that they share the time that each spends waiting.
+/// One of five tests that share the runs, because a run spends its time waiting.
 class RandomUses : public testing::TestWithParam<unsigned> {};
 
 TEST_P(RandomUses, neverShowWhatThePedalDoesNotHold) {
-    std::size_t sent = 0;
-    for (unsigned seed = 10 * GetParam(); seed < 10 * GetParam() + 10; ++seed) {
+    std::size_t changes = 0;
+    const int runs = std::max(qEnvironmentVariableIntValue("KELVO_RANDOM_RUNS"), 60);
+    for (unsigned seed = GetParam(); seed < static_cast<unsigned>(runs); seed += 5) {
         SCOPED_TRACE(seed);
         RandomUse use(seed);
         for (int i = 0; i < 15; ++i) {
@@ -233,12 +234,12 @@ TEST_P(RandomUses, neverShowWhatThePedalDoesNotHold) {
             static_cast<void>(serveUntil([] { return false; }, std::chrono::milliseconds(10)));
         }
         use.settle();
-        sent += use.sentRows(use.cab).size() + use.sentRows(use.app.controller.ImportCabTableV()).size();
+        changes += use.app.manager.activity().changes.size();
     }
-    EXPECT_GT(sent, 0U);
+    EXPECT_GT(changes, 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomUses, testing::Range(0U, 20U));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomUses, testing::Range(0U, 5U));
 
 }  // namespace
 }  // namespace kelvo::test

@@ -32,13 +32,12 @@ void expectTheEnd(RunningApp& app) {
 
 std::vector<Action> actions() {
     std::vector<Action> actions = singleActions();
-    actions.push_back(
-        {"SetOfWaves", 28, 4, {"CAB 34", "CAB 35", "CAB 36"}, [](RunningApp& app, const SampleDir& files) {
-             drop(app.controller.ImportIRTableV(), 7,
-                  {QUrl::fromLocalFile(files.write("a.wav", waveOf(0x123456))),
-                   QUrl::fromLocalFile(files.write("b.wav", waveOf(0x234567))),
-                   QUrl::fromLocalFile(files.write("c.wav", waveOf(0x345678)))});
-         }});
+    actions.push_back({"SetOfWaves", 28, 4, {"CAB 34", "CAB 35"}, [](RunningApp& app, const SampleDir& files) {
+                           drop(app.controller.ImportIRTableV(), 7,
+                                {QUrl::fromLocalFile(files.write("a.wav", waveOf(0x123456))),
+                                 QUrl::fromLocalFile(files.write("b.wav", waveOf(0x234567))),
+                                 QUrl::fromLocalFile(files.write("c.wav", waveOf(0x345678)))});
+                       }});
     return actions;
 }
 
