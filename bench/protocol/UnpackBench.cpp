@@ -90,7 +90,7 @@ void frames(benchmark::State& state, const kelvo::Frame& frame) {
 }
 
 void garbage(benchmark::State& state, std::span<const std::uint8_t> pattern) {
-    const Bytes bytes = repeated(pattern, static_cast<std::size_t>(state.range(0)));
+    const Bytes bytes = repeated(pattern, kTick);
     Receiver receiver;
     for (auto _ : state) {
         receive(bytes);
@@ -98,13 +98,7 @@ void garbage(benchmark::State& state, std::span<const std::uint8_t> pattern) {
     if (receiver.app.frames != 0) {
         state.SkipWithError("garbage was taken for a frame");
     }
-    state.SetBytesProcessed(state.iterations() * state.range(0));
-}
-
-void lengths(benchmark::internal::Benchmark* benchmark) {
-    for (const std::int64_t ticks : {1, 2, 4, 8, 16}) {
-        benchmark->Arg(ticks * static_cast<std::int64_t>(kTick));
-    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(kTick));
 }
 
 const kelvo::Frame kAcknowledgement{0xE1, {1}};
@@ -118,9 +112,9 @@ constexpr std::array<std::uint8_t, 4> kLongestLength{0xAA, 0x55, 0xFA, 0x03};
 
 BENCHMARK_CAPTURE(frames, acknowledgement, kAcknowledgement)->Name("Frames/acknowledgement");
 BENCHMARK_CAPTURE(frames, names, kNames)->Name("Frames/names");
-BENCHMARK_CAPTURE(garbage, aa, kOnlyHeaders)->Name("Garbage/AA")->Apply(lengths);
-BENCHMARK_CAPTURE(garbage, impossible, kImpossibleLength)->Name("Garbage/impossible-length")->Apply(lengths);
-BENCHMARK_CAPTURE(garbage, longest, kLongestLength)->Name("Garbage/longest-length")->Apply(lengths);
+BENCHMARK_CAPTURE(garbage, aa, kOnlyHeaders)->Name("Garbage/AA");
+BENCHMARK_CAPTURE(garbage, impossible, kImpossibleLength)->Name("Garbage/impossible-length");
+BENCHMARK_CAPTURE(garbage, longest, kLongestLength)->Name("Garbage/longest-length");
 
 }  // namespace
 

@@ -98,17 +98,10 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Unit(benchmark::kMicrosecond);
 }
 
-/// More widths of a full bar, to show how the cost grows.
-void widths(benchmark::internal::Benchmark* benchmark) {
-    for (const std::int64_t width : {200, 400, 800, 1200, 1600}) {
-        benchmark->Args({width, 20, 100});
-    }
-}
-
-BENCHMARK(Frame)->Apply(sizes)->Apply(widths);
-BENCHMARK(ValueChange)->Apply(sizes)->Apply(widths);
+BENCHMARK(Frame)->Apply(sizes);
+BENCHMARK(ValueChange)->Apply(sizes);
 BENCHMARK(Repaint)->Apply(sizes);
-BENCHMARK(RenderQProgressBar)->Apply(sizes)->Apply(widths);
+BENCHMARK(RenderQProgressBar)->Apply(sizes);
 
 }  // namespace
 
