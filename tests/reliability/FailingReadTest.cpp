@@ -6,9 +6,8 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdlib>
-#include <new>
 
+#include "Allocations.h"
 #include "ReliabilityApp.h"
 
 namespace {
@@ -17,8 +16,6 @@ namespace {
 std::atomic<std::size_t> pieceSize = 0;
 std::atomic<std::size_t> failingRead = 0;
 std::atomic<std::size_t> reads = 0;
-/// An allocation of just this size fails; 0: none does.
-std::atomic<std::size_t> failingSize = 0;
 
 }  // namespace
 
@@ -37,36 +34,6 @@ extern "C" ssize_t __wrap_pread64(int fd, void* buffer, std::size_t size,
     return __real_pread64(fd, buffer, std::min<std::size_t>(size, pieceSize), offset);
 }
 
-void* operator new(std::size_t size) {
-    void* memory = failingSize != 0 && size == failingSize ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-// A sanitizer's own arrays would not come by here.
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-
-// Not inlined, or g++ takes the free(3) in it for the wrong partner of new.
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
 namespace kelvo::test {
 namespace {
 
@@ -76,7 +43,10 @@ protected:
         startQuickly(app_);
         EXPECT_TRUE(serveUntil([this] { return !app_.cabLabel(9).isEmpty() && !app_.ampLabel(9).isEmpty(); }));
     }
-    ~FailingCall() override { pieceSize = failingRead = failingSize = 0; }
+    ~FailingCall() override {
+        pieceSize = failingRead = 0;
+        failAllocationsOf(0);
+    }
 
     void readInPieces(std::size_t size, std::size_t failing) {
         reads = 0;
@@ -135,11 +105,11 @@ TEST_F(FailingCall, anyReadOfAnAmp_endsTheImportAndTheNextWorks) {
 
 TEST_F(FailingCall, theMemoryForAFile_endsTheImportAndTheNextWorks) {
     expectNothingHappens([this] {
-        failingSize = 1580;
+        failAllocationsOf(1580);
         app_.importIR(3, wave_);
-        failingSize = 2055;
+        failAllocationsOf(2055);
         app_.importAMP(4, amp_);
-        failingSize = 0;
+        failAllocationsOf(0);
     });
     expectTheNextImportsWork();
 }

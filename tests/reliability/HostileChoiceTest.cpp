@@ -1,7 +1,6 @@
 // Choices that are no sound files, through the complete program: nothing is sent or kept, and the answer comes at once,
 // whatever size they report.
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -14,7 +13,6 @@
 
 #include "Driver.h"
 #include "ReliabilityApp.h"
-#include "UniqueFd.h"
 
 namespace kelvo::test {
 namespace {
@@ -86,17 +84,6 @@ TEST_F(HostileChoice, whatIsNoSoundFileOrTooLarge_isRefusedAtOnce) {
           sparse("4g.amp", ampOf(1), 0x100000000)}) {
         expectRefused(path);
     }
-}
-
-TEST_F(HostileChoice, fifoWithAWriter_isRefusedAndNotDrained) {
-    const QString path = files_.path("fed.wav");
-    ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-    const UniqueFd feeder(::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC | O_NONBLOCK));
-    const FileBytes wave = waveOf(1);
-    ASSERT_EQ(::write(feeder.get(), wave.data(), wave.size()), static_cast<ssize_t>(wave.size()));
-    expectRefused(path);
-    FileBytes left(wave.size() + 1);
-    EXPECT_EQ(::read(feeder.get(), left.data(), left.size()), static_cast<ssize_t>(wave.size()));
 }
 
 TEST_F(HostileChoice, largeFilesBesideAChosenOne_costNoMemory) {

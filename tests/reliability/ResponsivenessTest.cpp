@@ -128,30 +128,6 @@ TEST(EventLoop, doesNotStallDuringImportsWithoutAnswers) {
     EXPECT_LT(watch.longest(), kLongestStall);
 }
 
-TEST(EventLoop, doesNotStallOnASlowWire) {
-    const SampleDir files;
-    const QString wave = files.write("a.wav", waveOf(0x123456));
-    VirtualKr310 pedal;
-    VirtualHidManager manager(pedal, {.wirePace = milliseconds(1)});
-    ScriptedServices services;
-    KelvoAppDelegate controller(manager, services.functions());
-    std::array<std::uint8_t, kFrameBufferSize> done{0xAA, 0x55, 0x02, 0x00, 0xA5, 199};
-    controller.CMD_CallBack(done);
-    services.onSleep = [&](unsigned seconds) {
-        if (seconds == 2) {
-            EXPECT_TRUE(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
-        }
-    };
-    manager.plug();
-    controller.applicationDidFinishLaunching();
-    controller.ImportIRTableV().selectRow(2);
-    services.choice = QUrl::fromLocalFile(wave);
-    LoopWatch watch;
-    watch.serve([&] { controller.importIrButtonClick(); });
-    EXPECT_GT(watch.turns(), 20);
-    EXPECT_LT(watch.longest(), kLongestStall);
-}
-
 /// Lays a file system over a folder that answers nothing as long as this object lives: each access hangs.
 class HangingFolder {
 public:
