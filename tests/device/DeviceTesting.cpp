@@ -1,49 +1,31 @@
 #include "DeviceTesting.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <iterator>
-#include <stdexcept>
+#include <sstream>
 
 namespace kelvo {
 namespace {
 
-struct PacketCrc {
-    std::uint8_t command;
-    std::uint8_t slot;
-    std::uint8_t phase;
-    unsigned shift;
-    std::uint16_t crc;
-};
-
-constexpr PacketCrc kPacketCrcs[] = {
-    {0xE1, 0, 1, 0, 0x0671},   {0xE1, 0, 2, 0, 0xD806},   {0xE1, 0, 3, 0, 0xBCD2},   {0xE1, 0, 4, 0, 0xB56A},
-    {0xE1, 3, 1, 0, 0xC4BA},   {0xE1, 3, 2, 0, 0x1ACD},   {0xE1, 3, 3, 0, 0x7E19},   {0xE1, 3, 4, 0, 0xB0F5},
-    {0xE1, 9, 1, 0, 0x6A42},   {0xE1, 9, 2, 0, 0xB435},   {0xE1, 9, 3, 0, 0xD0E1},   {0xE1, 9, 4, 0, 0xADB7},
-    {0xE1, 10, 1, 0, 0xA889},  {0xE1, 10, 2, 0, 0x76FE},  {0xE1, 10, 3, 0, 0x122A},  {0xE1, 10, 4, 0, 0xA828},
-    {0xE1, 255, 1, 0, 0x965A}, {0xE1, 255, 2, 0, 0x482D}, {0xE1, 255, 3, 0, 0x2CF9}, {0xE1, 255, 4, 0, 0x8898},
-    {0xE1, 3, 1, 100, 0x8957}, {0xE1, 3, 2, 100, 0x05FC}, {0xE1, 3, 3, 100, 0x5DF6}, {0xE1, 3, 4, 100, 0x62CF},
-    {0xE2, 2, 1, 0, 0xB70D},   {0xE2, 2, 2, 0, 0x697A},   {0xE2, 2, 3, 0, 0x0DAE},   {0xE2, 2, 4, 0, 0xDF78},
-    {0xE2, 2, 5, 0, 0x3282},   {0xE2, 255, 1, 0, 0xA454}, {0xE2, 255, 2, 0, 0x7A23}, {0xE2, 255, 3, 0, 0x1EF7},
-    {0xE2, 255, 4, 0, 0xCC21}, {0xE2, 255, 5, 0, 0x099A}, {0xE2, 3, 1, 100, 0xBB59}, {0xE2, 3, 2, 100, 0x37F2},
-    {0xE2, 3, 3, 100, 0x6FF8}, {0xE2, 3, 4, 100, 0x7913}, {0xE2, 3, 5, 100, 0x7523},
-};
-
-struct DeleteCrc {
-    std::uint8_t slot;
-    std::uint16_t crc;
-};
-
-constexpr DeleteCrc kDeleteCrcs[] = {{0, 0x773E}, {3, 0xB5F5}, {9, 0x1B0D}, {10, 0xD9C6}, {255, 0xE715}};
-
-void append(Bytes& bytes, std::string_view text) {
-    std::ranges::copy(text, std::back_inserter(bytes));
-}
-
-void appendCrc(Bytes& bytes, std::uint16_t crc) {
-    bytes.push_back(static_cast<std::uint8_t>(crc >> 8));
-    bytes.push_back(static_cast<std::uint8_t>(crc & 0xFF));
+std::vector<Bytes> packets(std::uint8_t command, std::uint8_t slot, const Bytes& phases, std::uint8_t namePhase,
+                           std::string_view name) {
+    std::vector<Bytes> frames;
+    for (const std::uint8_t phase : phases) {
+        Bytes data = {slot, phase};
+        if (phase == namePhase) {
+            std::ranges::copy(name, std::back_inserter(data));
+            data.resize(12);
+        } else {
+            for (unsigned i = 0; i < 512; ++i) {
+                data.push_back(static_cast<std::uint8_t>(16U * phase + i));
+            }
+        }
+        frames.push_back(writeFrame({command, data}));
+    }
+    return frames;
 }
 
 }  // namespace
@@ -84,42 +66,31 @@ std::vector<Bytes> makeReports(std::span<const std::uint8_t> frame) {
     return reports;
 }
 
-Bytes packet(std::uint8_t command, std::uint8_t slot, std::uint8_t phase, unsigned shift) {
-    const auto entry = std::ranges::find_if(kPacketCrcs, [&](const PacketCrc& known) {
-        return known.command == command && known.slot == slot && known.phase == phase && known.shift == shift;
-    });
-    if (entry == std::ranges::end(kPacketCrcs)) {
-        throw std::invalid_argument("no CRC is known for this packet");
-    }
-    const bool isName = phase == (command == 0xE1 ? 4 : 5);
-    const std::uint8_t lengthLow = isName ? 0x0D : 0x03;
-    const std::uint8_t lengthHigh = isName ? 0x00 : 0x02;
-    Bytes bytes = {0xAA, 0x55, lengthLow, lengthHigh, command, slot, phase};
-    if (isName) {
-        append(bytes, shift != 0 ? "OTHERNAME!" : command == 0xE1 ? "MYCAB" : "CLEAN");
-        bytes.resize(17);
-    } else {
-        for (unsigned i = 0; i < 512; ++i) {
-            bytes.push_back(static_cast<std::uint8_t>(16U * phase + i + shift));
-        }
-    }
-    appendCrc(bytes, entry->crc);
-    return bytes;
-}
-
-Bytes deletePacket(std::uint8_t slot) {
-    const auto entry = std::ranges::find(kDeleteCrcs, slot, &DeleteCrc::slot);
-    if (entry == std::ranges::end(kDeleteCrcs)) {
-        throw std::invalid_argument("no CRC is known for this slot");
-    }
-    Bytes bytes = {0xAA, 0x55, 0x03, 0x02, 0xE4, slot};
-    bytes.resize(519);
-    appendCrc(bytes, entry->crc);
-    return bytes;
-}
-
 Bytes connectFrame() {
-    return {0xAA, 0x55, 0x02, 0x00, 0xE0, 0x00, 0x02, 0x25};
+    return unhex("AA 55 02 00 E0 00 02 25");
+}
+
+std::vector<Bytes> cab(std::uint8_t slot, const Bytes& phases) {
+    return packets(0xE1, slot, phases, 4, "MYCAB");
+}
+
+std::vector<Bytes> amp(std::uint8_t slot, const Bytes& phases) {
+    return packets(0xE2, slot, phases, 5, "CLEAN");
+}
+
+Bytes deletion(std::uint8_t slot) {
+    Bytes data(514);
+    data[0] = slot;
+    return writeFrame({0xE4, data});
+}
+
+Faults faultsOf(const std::string& texts) {
+    Faults faults;
+    std::istringstream names(texts);
+    for (std::string name; names >> name;) {
+        EXPECT_EQ(switchOn(name, faults), std::nullopt);
+    }
+    return faults;
 }
 
 VirtualKr310::Reaction send(VirtualKr310& pedal, const std::vector<Bytes>& frames) {
@@ -134,22 +105,19 @@ VirtualKr310::Reaction send(VirtualKr310& pedal, const std::vector<Bytes>& frame
     return all;
 }
 
-VirtualKr310::Reaction sendPhases(VirtualKr310& pedal, std::uint8_t command, std::uint8_t slot, const Bytes& phases,
-                                  unsigned shift) {
-    std::vector<Bytes> frames;
-    std::ranges::transform(phases, std::back_inserter(frames),
-                           [&](std::uint8_t phase) { return packet(command, slot, phase, shift); });
-    return send(pedal, frames);
-}
-
-std::string answered(const VirtualKr310::Reaction& reaction) {
-    Bytes bytes;
-    for (const InputReport& report : reaction.reports) {
-        const std::size_t count = std::min<std::size_t>(report.bytes.at(0), 63);
-        bytes.insert(bytes.end(), report.bytes.begin() + 1,
-                     report.bytes.begin() + 1 + static_cast<std::ptrdiff_t>(count));
+std::string answered(const std::vector<InputReport>& reports) {
+    FrameReader reader;
+    std::ostringstream text;
+    for (const InputReport& report : reports) {
+        for (const Frame& frame : reader.takeReport(report.bytes)) {
+            text << (text.str().empty() ? "" : " | ");
+            if (report.due.count() != 0) {
+                text << report.due.count() / 1000 << " ms ";
+            }
+            text << hex(std::span(&frame.command, 1)) << ": " << hex(frame.data);
+        }
     }
-    return hex(bytes);
+    return text.str();
 }
 
 }  // namespace kelvo

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -10,138 +8,107 @@
 namespace kelvo {
 namespace {
 
-using std::chrono::milliseconds;
-
-Faults parsed(std::string_view text) {
-    Faults faults;
-    EXPECT_EQ(switchOn(text, faults), std::nullopt);
-    return faults;
-}
-
-TEST(FaultTable, onlyFaultsWithANumber_haveARange) {
-    for (const FaultEntry& fault : faultTable()) {
-        if (fault.argument.empty()) {
-            EXPECT_EQ(fault.usual, 0U) << fault.name;
-            EXPECT_EQ(numbersOf(fault), "0 to 0") << fault.name;
+/// The number of a fault, -1 while it is off.
+template <auto member>
+std::int64_t numberIn(const Faults& faults) {
+    const auto count = [](auto value) -> std::int64_t {
+        if constexpr (requires { value.count(); }) {
+            return value.count();
+        } else {
+            return value;
         }
+    };
+    if constexpr (requires { (faults.*member).has_value(); }) {
+        return faults.*member ? count(*(faults.*member)) : -1;
+    } else {
+        return count(faults.*member) == 0 ? -1 : count(faults.*member);
     }
 }
 
-TEST(FaultTable, describesAcceptedNumbers) {
-    std::map<std::string_view, std::string> numbers;
-    for (const FaultEntry& fault : faultTable()) {
-        if (!fault.argument.empty()) {
-            numbers[fault.name] = numbersOf(fault);
-        }
-    }
-    EXPECT_EQ(numbers, (std::map<std::string_view, std::string>{{"silent", "0 to 5"},
-                                                                {"delay", "1 to 3600000"},
-                                                                {"ack-out-of-range", "0 to 255"},
-                                                                {"corrupt-crc", "1 or more"},
-                                                                {"garbage-inside", "1 or more"},
-                                                                {"split", "1 to 63"},
-                                                                {"names-after-done", "0 to 3600000"},
-                                                                {"refuse", "1 or more"},
-                                                                {"protocol-error", "1 or more"},
-                                                                {"no-answer", "1 or more"},
-                                                                {"unplug", "1 or more"}}));
-}
-
-TEST(SwitchOn, switchesOnWhatIsNamedWithTheNumberThatIsUsual) {
-    EXPECT_EQ(parsed("silent").silentFromPhase, 0);
-    EXPECT_EQ(parsed("delay").answerDelay, milliseconds(500));
-    EXPECT_TRUE(parsed("duplicate-ack").duplicateAcknowledgement);
-    EXPECT_TRUE(parsed("wrong-ack").wrongAcknowledgement);
-    EXPECT_EQ(parsed("ack-out-of-range").acknowledgementOutOfRange, 255);
-    EXPECT_EQ(parsed("corrupt-crc").corruptCrcEvery, 1U);
-    EXPECT_TRUE(parsed("long-frames").longFrames);
-    EXPECT_TRUE(parsed("garbage-before").garbageBefore);
-    EXPECT_TRUE(parsed("garbage-between").garbageBetween);
-    EXPECT_EQ(parsed("garbage-inside").garbageInsideEvery, 1U);
-    EXPECT_EQ(parsed("split").splitReports, 1U);
-    EXPECT_TRUE(parsed("merge").mergedReports);
-    EXPECT_TRUE(parsed("count-over-63").countOver63);
-    EXPECT_TRUE(parsed("reports-of-63").reportsOf63);
-    EXPECT_TRUE(parsed("reports-of-65").reportsOf65);
-    EXPECT_TRUE(parsed("progress-over-199").progressOver199);
-    EXPECT_TRUE(parsed("amp-names-first").ampNamesFirst);
-    EXPECT_EQ(parsed("names-after-done").namesAfterDone, milliseconds(0));
-    EXPECT_EQ(parsed("refuse").refuseReport, 1U);
-    EXPECT_EQ(parsed("protocol-error").protocolErrorAtReport, 1U);
-    EXPECT_EQ(parsed("no-answer").noAnswerAtReport, 1U);
-    EXPECT_EQ(parsed("unplug").unplugAtReport, 1U);
-}
-
-TEST(SwitchOn, readsTheNumberAfterTheEqualsSign) {
-    EXPECT_EQ(parsed("silent=3").silentFromPhase, 3);
-    EXPECT_EQ(parsed("delay=20").answerDelay, milliseconds(20));
-    EXPECT_EQ(parsed("ack-out-of-range=0").acknowledgementOutOfRange, 0);
-    EXPECT_EQ(parsed("corrupt-crc=2").corruptCrcEvery, 2U);
-    EXPECT_EQ(parsed("garbage-inside=3").garbageInsideEvery, 3U);
-    EXPECT_EQ(parsed("split=63").splitReports, 63U);
-    EXPECT_EQ(parsed("names-after-done=1500").namesAfterDone, milliseconds(1500));
-    EXPECT_EQ(parsed("refuse=4294967295").refuseReport, 4294967295U);
-    EXPECT_EQ(parsed("protocol-error=7").protocolErrorAtReport, 7U);
-    EXPECT_EQ(parsed("no-answer=8").noAnswerAtReport, 8U);
-    EXPECT_EQ(parsed("unplug=9").unplugAtReport, 9U);
-    EXPECT_EQ(parsed("unplug=99999999999").unplugAtReport, 4294967295U);
-}
-
-TEST(SwitchOn, addsToTheFaultsThatAreOnAlready) {
-    Faults faults = parsed("merge");
-    EXPECT_EQ(switchOn("split=5", faults), std::nullopt);
-    EXPECT_TRUE(faults.mergedReports);
-    EXPECT_EQ(faults.splitReports, 5U);
-}
-
-struct Refused {
-    const char* text;
-    const char* answer;
+struct KnownFault {
+    std::string_view name;
+    std::string_view numbers;  ///< empty if the fault has none
+    std::int64_t usual;
+    std::int64_t (*numberIn)(const Faults& faults);
 };
 
-class SwitchOnRefuses : public testing::TestWithParam<Refused> {};
+const KnownFault kKnown[] = {
+    {"silent", "0 to 5", 0, numberIn<&Faults::silentFromPhase>},
+    {"delay", "1 to 3600000", 500, numberIn<&Faults::answerDelay>},
+    {"duplicate-ack", "", 1, numberIn<&Faults::duplicateAcknowledgement>},
+    {"wrong-ack", "", 1, numberIn<&Faults::wrongAcknowledgement>},
+    {"ack-out-of-range", "0 to 255", 255, numberIn<&Faults::acknowledgementOutOfRange>},
+    {"corrupt-crc", "1 or more", 1, numberIn<&Faults::corruptCrcEvery>},
+    {"long-frames", "", 1, numberIn<&Faults::longFrames>},
+    {"garbage-before", "", 1, numberIn<&Faults::garbageBefore>},
+    {"garbage-between", "", 1, numberIn<&Faults::garbageBetween>},
+    {"garbage-inside", "1 or more", 1, numberIn<&Faults::garbageInsideEvery>},
+    {"split", "1 to 63", 1, numberIn<&Faults::splitReports>},
+    {"merge", "", 1, numberIn<&Faults::mergedReports>},
+    {"count-over-63", "", 1, numberIn<&Faults::countOver63>},
+    {"reports-of-63", "", 1, numberIn<&Faults::reportsOf63>},
+    {"reports-of-65", "", 1, numberIn<&Faults::reportsOf65>},
+    {"progress-over-199", "", 1, numberIn<&Faults::progressOver199>},
+    {"amp-names-first", "", 1, numberIn<&Faults::ampNamesFirst>},
+    {"names-after-done", "0 to 3600000", 0, numberIn<&Faults::namesAfterDone>},
+    {"refuse", "1 or more", 1, numberIn<&Faults::refuseReport>},
+    {"protocol-error", "1 or more", 1, numberIn<&Faults::protocolErrorAtReport>},
+    {"no-answer", "1 or more", 1, numberIn<&Faults::noAnswerAtReport>},
+    {"unplug", "1 or more", 1, numberIn<&Faults::unplugAtReport>},
+};
 
-TEST_P(SwitchOnRefuses, whatItDoesNotUnderstandAndSaysWhyAndChangesNothing) {
-    Faults faults;
-    faults.splitReports = 7;
-    EXPECT_EQ(switchOn(GetParam().text, faults), GetParam().answer);
-    EXPECT_EQ(faults.splitReports, 7U);
-    EXPECT_FALSE(faults.silentFromPhase || faults.acknowledgementOutOfRange || faults.namesAfterDone);
-    EXPECT_FALSE(faults.mergedReports);
-    EXPECT_EQ(faults.answerDelay, milliseconds(0));
-    EXPECT_EQ(faults.corruptCrcEvery + faults.garbageInsideEvery + faults.refuseReport + faults.unplugAtReport, 0U);
+TEST(Faults, eachIsSwitchedOnByItsName_withTheUsualNumberOrAnother) {
+    ASSERT_EQ(faultTable().size(), std::size(kKnown));
+    Faults all;
+    for (std::size_t i = 0; i < std::size(kKnown); ++i) {
+        const auto& [name, numbers, usual, numberIn] = kKnown[i];
+        SCOPED_TRACE(name);
+        EXPECT_EQ(faultTable()[i].name, name);
+        EXPECT_EQ(faultTable()[i].argument.empty(), numbers.empty());
+        EXPECT_EQ(numberIn(all), -1);
+        EXPECT_EQ(switchOn(name, all), std::nullopt);
+        EXPECT_EQ(numberIn(all), usual);
+        if (!numbers.empty()) {
+            EXPECT_EQ(numbersOf(faultTable()[i]), numbers);
+            EXPECT_EQ(switchOn(std::string(name) + "=3", all), std::nullopt);
+            EXPECT_EQ(numberIn(all), 3);
+        }
+    }
+    EXPECT_TRUE(all.mergedReports) << "a fault leaves the others";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, SwitchOnRefuses,
-    testing::Values(
-        Refused{"", "there is no fault ''"}, Refused{"=", "there is no fault ''"},
-        Refused{"nothing", "there is no fault 'nothing'"}, Refused{"SPLIT=3", "there is no fault 'SPLIT'"},
-        Refused{"split=", "split wants 1 to 63, got ''"}, Refused{"split=0", "split wants 1 to 63, got '0'"},
-        Refused{"split=64", "split wants 1 to 63, got '64'"}, Refused{"split=-1", "split wants 1 to 63, got '-1'"},
-        Refused{"split=+1", "split wants 1 to 63, got '+1'"}, Refused{"split=1x", "split wants 1 to 63, got '1x'"},
-        Refused{"split= 1", "split wants 1 to 63, got ' 1'"},
-        Refused{"split=4294967296", "split wants 1 to 63, got '4294967296'"},
-        Refused{"silent=6", "silent wants 0 to 5, got '6'"}, Refused{"delay=0", "delay wants 1 to 3600000, got '0'"},
-        Refused{"delay=3600001", "delay wants 1 to 3600000, got '3600001'"},
-        Refused{"ack-out-of-range=256", "ack-out-of-range wants 0 to 255, got '256'"},
-        Refused{"corrupt-crc=0", "corrupt-crc wants 1 or more, got '0'"},
-        Refused{"corrupt-crc=abc", "corrupt-crc wants 1 or more, got 'abc'"},
-        Refused{"garbage-inside=0", "garbage-inside wants 1 or more, got '0'"},
-        Refused{"names-after-done=3600001", "names-after-done wants 0 to 3600000, got '3600001'"},
-        Refused{"refuse=0", "refuse wants 1 or more, got '0'"}, Refused{"unplug=0", "unplug wants 1 or more, got '0'"},
-        Refused{"merge=1", "merge takes no number, got '1'"}, Refused{"merge=", "merge takes no number, got ''"}));
-
-TEST(FaultTable, namesEveryFaultOnceAndEveryNameCanBeParsed) {
-    std::set<std::string_view> names;
-    for (const FaultEntry& entry : faultTable()) {
-        EXPECT_TRUE(names.insert(entry.name).second) << entry.name;
-        Faults faults;
-        EXPECT_EQ(switchOn(entry.name, faults), std::nullopt);
-        EXPECT_LE(entry.least, entry.usual) << entry.name;
-        EXPECT_LE(entry.usual, entry.greatest) << entry.name;
+TEST(Faults, numbersReachBothEndsOfTheirRange) {
+    Faults faults;
+    for (const auto& [text, number] : {std::pair{"split=1", 1U}, {"split=63", 63U}}) {
+        EXPECT_EQ(switchOn(text, faults), std::nullopt);
+        EXPECT_EQ(faults.splitReports, number);
     }
-    EXPECT_EQ(names.size(), 22U);
+    for (const char* text : {"unplug=4294967295", "unplug=99999999999"}) {
+        faults = {};
+        EXPECT_EQ(switchOn(text, faults), std::nullopt);
+        EXPECT_EQ(faults.unplugAtReport, 4294967295U);
+    }
+}
+
+TEST(Faults, refusedText_isExplainedAndChangesNothing) {
+    Faults faults{.splitReports = 7};
+    for (const auto& [text, answer] : {std::pair{"", "there is no fault ''"},
+                                       {"=", "there is no fault ''"},
+                                       {"SPLIT=3", "there is no fault 'SPLIT'"},
+                                       {"split=", "split wants 1 to 63, got ''"},
+                                       {"split=0", "split wants 1 to 63, got '0'"},
+                                       {"split=64", "split wants 1 to 63, got '64'"},
+                                       {"split=+1", "split wants 1 to 63, got '+1'"},
+                                       {"split=1x", "split wants 1 to 63, got '1x'"},
+                                       {"split= 1", "split wants 1 to 63, got ' 1'"},
+                                       {"split=4294967296", "split wants 1 to 63, got '4294967296'"},
+                                       {"silent=6", "silent wants 0 to 5, got '6'"},
+                                       {"corrupt-crc=abc", "corrupt-crc wants 1 or more, got 'abc'"},
+                                       {"merge=", "merge takes no number, got ''"}}) {
+        EXPECT_EQ(switchOn(text, faults), answer);
+        EXPECT_EQ(faults.splitReports, 7U);
+        EXPECT_FALSE(faults.mergedReports || faults.silentFromPhase || faults.corruptCrcEvery != 0);
+    }
 }
 
 }  // namespace

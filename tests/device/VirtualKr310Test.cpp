@@ -1,202 +1,262 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "DeviceTesting.h"
 #include "VirtualKr310.h"
 
 namespace kelvo {
 namespace {
 
-using std::chrono::microseconds;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Frames = std::vector<Bytes>;
 using Lines = std::vector<std::string>;
 
-TEST(VirtualKr310, acknowledgesEveryPhaseOfAnImport) {
+Frames joined(std::initializer_list<Frames> pieces) {
+    Frames all;
+    for (const Frames& piece : pieces) {
+        std::ranges::copy(piece, std::back_inserter(all));
+    }
+    return all;
+}
+
+/// A name as the last packet of an import to CAB slot 3.
+Frames named(std::string name) {
+    name = std::string("\3\4", 2) + name;
+    name.resize(12);
+    return joined({cab(3, {1, 2, 3}), {writeFrame({0xE1, {name.begin(), name.end()}})}});
+}
+
+struct Dialogue {
+    const char* name;
+    Frames frames;
+    std::string answers = {};
+    Lines changes = {};
+};
+
+class VirtualKr310Dialogue : public testing::TestWithParam<Dialogue> {};
+
+TEST_P(VirtualKr310Dialogue, hasTheseAnswersAndChanges) {
     VirtualKr310 pedal;
-    EXPECT_EQ(answered(sendPhases(pedal, kCab, 3, {1, 2, 3, 4})),
-              "AA 55 02 00 E1 01 21 35 AA 55 02 00 E1 02 11 56 AA 55 02 00 E1 03 01 77 AA 55 02 00 E1 04 71 90");
-    EXPECT_EQ(answered(sendPhases(pedal, kAmp, 2, {1, 2, 3, 4, 5})),
-              "AA 55 02 00 E2 01 74 66 AA 55 02 00 E2 02 44 05 AA 55 02 00 E2 03 54 24 AA 55 02 00 E2 04 24 C3 "
-              "AA 55 02 00 E2 05 34 E2");
+    const VirtualKr310::Reaction reaction = send(pedal, GetParam().frames);
+    EXPECT_EQ(answered(reaction.reports), GetParam().answers);
+    EXPECT_EQ(reaction.changes, GetParam().changes);
+}
+
+const Dialogue kImports[] = {
+    {"cab", cab(0), "E1: 01 | E1: 02 | E1: 03 | E1: 04", {"CAB 27 <- \"MYCAB\" 512 points, crc32 844cf1f6"}},
+    {"amp", amp(2), "E2: 01 | E2: 02 | E2: 03 | E2: 04 | E2: 05", {"AMP 58 <- \"CLEAN\" 512 words, crc32 f0dde17b"}},
+    {"lastCabAndAmp",
+     joined({cab(9), amp(9)}),
+     "E1: 01 | E1: 02 | E1: 03 | E1: 04 | E2: 01 | E2: 02 | E2: 03 | E2: 04 | E2: 05",
+     {"CAB 36 <- \"MYCAB\" 512 points, crc32 844cf1f6", "AMP 65 <- \"CLEAN\" 512 words, crc32 f0dde17b"}},
+    {"cabAndAmpMixed",
+     joined({cab(3, {1, 2}), amp(2, {1, 2, 3, 4}), cab(3, {3, 4}), amp(2, {5})}),
+     "E1: 01 | E1: 02 | E2: 01 | E2: 02 | E2: 03 | E2: 04 | E1: 03 | E1: 04 | E2: 05",
+     {"CAB 30 <- \"MYCAB\" 512 points, crc32 844cf1f6", "AMP 58 <- \"CLEAN\" 512 words, crc32 f0dde17b"}},
+    {"outOfOrder", cab(3, {1, 3, 4}), "E1: 01 | E1: 03 | E1: 04"},
+    {"noSuchCab", cab(10), "E1: 01 | E1: 02 | E1: 03 | E1: 04"},
+    {"noSuchAmp", amp(255), "E2: 01 | E2: 02 | E2: 03 | E2: 04 | E2: 05"},
+    {"nameOf10Bytes",
+     named("0123456789"),
+     "E1: 01 | E1: 02 | E1: 03 | E1: 04",
+     {"CAB 30 <- \"0123456789\" 512 points, crc32 844cf1f6"}},
+    {"unprintableName",
+     named(" ~\x1F\x7F\xC3\xA9\"A"),
+     "E1: 01 | E1: 02 | E1: 03 | E1: 04",
+     {"CAB 30 <- \" ~????\"A\" 512 points, crc32 844cf1f6"}},
+    {"deletions", {deletion(0), deletion(9), deletion(10), deletion(255)}, "", {"CAB 27 cleared", "CAB 36 cleared"}},
+};
+
+std::string nameOf(const testing::TestParamInfo<Dialogue>& info) {
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Import, VirtualKr310Dialogue, testing::ValuesIn(kImports), nameOf);
+
+/// A frame whose data are these bytes and then zeros, with a 1 at `one`.
+Frames misfit(std::uint8_t command, Bytes data, std::size_t size, std::size_t one = 0) {
+    data.resize(size);
+    if (one != 0) {
+        data[one] = 1;
+    }
+    return {writeFrame({command, data})};
+}
+
+const Dialogue kIgnored[] = {
+    {"unknownCommand", misfit(0x77, {1}, 1)},
+    {"connectWithoutItsByte", misfit(0xE0, {}, 0)},
+    {"connectWithTwoBytes", misfit(0xE0, {0}, 2)},
+    {"importWithASlotAlone", misfit(0xE1, {3}, 1)},
+    {"phase0", misfit(0xE1, {3, 0}, 514)},
+    {"phase5", misfit(0xE1, {3, 5}, 514)},
+    {"shortPlane", misfit(0xE1, {3, 1}, 513)},
+    {"shortDeletion", misfit(0xE4, {3}, 513)},
+    {"deletionWithAFirstByte", misfit(0xE4, {3}, 514, 1)},
+    {"deletionWithAMiddleByte", misfit(0xE4, {3}, 514, 300)},
+    {"deletionWithALastByte", misfit(0xE4, {3}, 514, 513)},
+};
+
+INSTANTIATE_TEST_SUITE_P(Ignored, VirtualKr310Dialogue, testing::ValuesIn(kIgnored), nameOf);
+
+TEST(VirtualKr310, storesAnImportOverTheOldContentUntilItIsDeleted) {
+    Lines printed;
+    VirtualKr310 pedal(Kr310Memory::factory(), [&](std::string_view line) { printed.emplace_back(line); });
+    send(pedal, joined({cab(3), amp(2)}));
+    EXPECT_EQ(printed, (Lines{"CAB 30 <- \"MYCAB\" 512 points, crc32 844cf1f6",
+                              "AMP 58 <- \"CLEAN\" 512 words, crc32 f0dde17b"}));
+    Lines memory = memoryLines(pedal.memory());
+    EXPECT_EQ(memory[2], "CAB 29 \"VINTAGE412\" crc32 f1cf3378");
+    EXPECT_EQ(memory[3], "CAB 30 \"MYCAB\" crc32 844cf1f6");
+    EXPECT_EQ(memory[12], "AMP 58 \"CLEAN\" crc32 f0dde17b");
+    EXPECT_EQ(pedal.memory().cab[3].words[1], 0x112131U);
+    send(pedal, {deletion(3)});
+    memory = memoryLines(pedal.memory());
+    EXPECT_EQ(memory[2], "CAB 29 \"VINTAGE412\" crc32 f1cf3378");
+    EXPECT_EQ(memory[3], "CAB 30 \"\" crc32 6c1ce17e");
+    EXPECT_EQ(memory[12], "AMP 58 \"CLEAN\" crc32 f0dde17b");
 }
 
 TEST(VirtualKr310, acknowledgesOnlyWhenTheLastReportOfAPacketIsThere) {
     VirtualKr310 pedal;
-    const std::vector<Bytes> reports = makeReports(packet(kCab, 3, 1));
+    const std::vector<Bytes> reports = makeReports(cab(3, {1})[0]);
     ASSERT_EQ(reports.size(), 9U);
-    for (std::size_t i = 0; i < 8; ++i) {
-        EXPECT_TRUE(pedal.receive(reports[i]).reports.empty()) << i;
+    for (std::size_t i = 0; i < reports.size(); ++i) {
+        EXPECT_EQ(answered(pedal.receive(reports[i]).reports), i < 8 ? "" : "E1: 01") << i;
     }
-    const VirtualKr310::Reaction last = pedal.receive(reports[8]);
-    ASSERT_EQ(last.reports.size(), 1U);
-    EXPECT_EQ(last.reports[0].due, microseconds(0));
 }
 
-TEST(VirtualKr310Cab, storesPointsAndNameAndSaysSo) {
-    Lines printed;
-    VirtualKr310 pedal(Kr310Memory::factory(), [&](std::string_view line) { printed.emplace_back(line); });
-    EXPECT_EQ(sendPhases(pedal, kCab, 0, {1, 2, 3}).changes, Lines{});
-    EXPECT_EQ(pedal.memory().cab[0].name, "OPEN 1X12");
-    const Lines expected = {"CAB 27 <- \"MYCAB\" 512 points, crc32 844cf1f6"};
-    EXPECT_EQ(sendPhases(pedal, kCab, 0, {4}).changes, expected);
-    EXPECT_EQ(printed, expected);
-    const Kr310Memory memory = pedal.memory();
-    EXPECT_EQ(memory.cab[0].name, "MYCAB");
-    EXPECT_EQ(memory.cab[0].words[0], 0x102030U);
-    EXPECT_EQ(memory.cab[0].words[1], 0x112131U);
-    EXPECT_EQ(memory.cab[0].words[511], 0x0F1F2FU);
-    EXPECT_EQ(memory.cab[1].name, "CLOSED2X12");
-}
-
-TEST(VirtualKr310Amp, storesWordsAndNameAndSaysSo) {
+TEST(VirtualKr310, whenPoweredUp_forgetsUnfinishedTransfersAndFramesButKeepsItsSlots) {
     VirtualKr310 pedal;
-    EXPECT_EQ(sendPhases(pedal, kAmp, 2, {1, 2, 3, 4, 5}).changes,
-              Lines{"AMP 58 <- \"CLEAN\" 512 words, crc32 f0dde17b"});
-    const Kr310Memory memory = pedal.memory();
-    EXPECT_EQ(memory.amp[2].name, "CLEAN");
-    EXPECT_EQ(memory.amp[2].words[0], 0x10203040U);
-    EXPECT_EQ(memory.amp[2].words[511], 0x0F1F2F3FU);
-    EXPECT_EQ(memory.cab[2].name, "VINTAGE412");
-}
-
-TEST(VirtualKr310, storesALaterImportOverAnEarlierOne) {
-    VirtualKr310 pedal;
-    sendPhases(pedal, kCab, 3, {1, 2, 3, 4});
-    EXPECT_EQ(sendPhases(pedal, kCab, 3, {1, 2, 3, 4}, 100).changes,
-              Lines{"CAB 30 <- \"OTHERNAME!\" 512 points, crc32 e7d742b7"});
-    EXPECT_EQ(pedal.memory().cab[3].words[0], 0x748494U);
-    EXPECT_EQ(sendPhases(pedal, kCab, 9, {1, 2, 3, 4}).changes,
-              Lines{"CAB 36 <- \"MYCAB\" 512 points, crc32 844cf1f6"});
-}
-
-TEST(VirtualKr310, keepsACabAndAnAmpTransferApart) {
-    VirtualKr310 pedal;
-    sendPhases(pedal, kCab, 3, {1, 2});
-    sendPhases(pedal, kAmp, 2, {1, 2, 3, 4});
-    EXPECT_EQ(sendPhases(pedal, kCab, 3, {3, 4}).changes, Lines{"CAB 30 <- \"MYCAB\" 512 points, crc32 844cf1f6"});
-    EXPECT_EQ(sendPhases(pedal, kAmp, 2, {5}).changes, Lines{"AMP 58 <- \"CLEAN\" 512 words, crc32 f0dde17b"});
-}
-
-TEST(VirtualKr310, acknowledgesPacketsOutOfOrderButStoresNothing) {
-    VirtualKr310 pedal;
-    const VirtualKr310::Reaction reaction = sendPhases(pedal, kCab, 3, {1, 3, 4});
-    EXPECT_EQ(answered(reaction), "AA 55 02 00 E1 01 21 35 AA 55 02 00 E1 03 01 77 AA 55 02 00 E1 04 71 90");
-    EXPECT_EQ(reaction.changes, Lines{});
-    EXPECT_EQ(pedal.memory().cab[3].name, "MODERN 412");
-}
-
-TEST(VirtualKr310, completesATransferForASlotItDoesNotHaveAndStoresNothing) {
-    for (const int slot : {10, 255}) {
-        VirtualKr310 pedal;
-        const VirtualKr310::Reaction reaction = sendPhases(pedal, kCab, static_cast<std::uint8_t>(slot), {1, 2, 3, 4});
-        EXPECT_EQ(reaction.reports.size(), 4U);
-        EXPECT_EQ(reaction.changes, Lines{}) << slot;
-    }
-    VirtualKr310 pedal;
-    const VirtualKr310::Reaction reaction = sendPhases(pedal, kAmp, 255, {1, 2, 3, 4, 5});
-    EXPECT_EQ(reaction.reports.size(), 5U);
-    EXPECT_EQ(reaction.changes, Lines{});
-    EXPECT_EQ(pedal.memory().amp[9].name, "");
-}
-
-TEST(VirtualKr310, forgetsAnUnfinishedTransferWhenItIsPoweredUpButKeepsItsSlots) {
-    VirtualKr310 pedal;
-    sendPhases(pedal, kCab, 0, {1, 2, 3, 4});
-    sendPhases(pedal, kCab, 3, {1, 2, 3});
+    send(pedal, joined({cab(0), cab(3, {1, 2, 3}), amp(3, {1, 2, 3, 4})}));
+    EXPECT_TRUE(pedal.receive(makeReport(unhex("AA 55 03 02 E1"))).reports.empty());
     pedal.powerUp();
-    EXPECT_EQ(sendPhases(pedal, kCab, 3, {4}).changes, Lines{});
+    const VirtualKr310::Reaction reaction = send(pedal, joined({cab(3, {4}), amp(3, {5})}));
+    EXPECT_EQ(answered(reaction.reports), "E1: 04 | E2: 05");
+    EXPECT_EQ(reaction.changes, Lines{});
     EXPECT_EQ(pedal.memory().cab[0].name, "MYCAB");
 }
 
-TEST(VirtualKr310, forgetsHalfAFrameWhenItIsPoweredUp) {
-    VirtualKr310 pedal;
-    EXPECT_TRUE(pedal.receive(makeReport(unhex("AA 55 03 02 E1"))).reports.empty());
-    EXPECT_TRUE(send(pedal, {connectFrame()}).reports.empty());
-    pedal.powerUp();
-    EXPECT_EQ(send(pedal, {connectFrame()}).reports.size(), 204U);
-}
-
-TEST(VirtualKr310, printsUnprintableNameBytesAsQuestionMarks) {
-    VirtualKr310 pedal;
-    sendPhases(pedal, kCab, 3, {1, 2, 3});
-    EXPECT_EQ(send(pedal, {unhex("AA 55 0D 00 E1 03 04 41 22 C3 A9 01 00 42 43 44 00 2C D5")}).changes,
-              Lines{"CAB 30 <- \"A\"???\" 512 points, crc32 844cf1f6"});
-    EXPECT_EQ(pedal.memory().cab[3].name, "A\"\xC3\xA9\x01");
-    sendPhases(pedal, kCab, 3, {1, 2, 3});
-    EXPECT_EQ(send(pedal, {unhex("AA 55 0D 00 E1 03 04 20 7E 1F 7F 00 00 00 00 00 00 35 08")}).changes,
-              Lines{"CAB 30 <- \" ~??\" 512 points, crc32 844cf1f6"});
-}
-
-TEST(VirtualKr310Delete, clearsTheSlotWithoutAnAnswer) {
-    VirtualKr310 pedal;
-    const VirtualKr310::Reaction reaction = send(pedal, {deletePacket(3)});
-    EXPECT_TRUE(reaction.reports.empty());
-    EXPECT_EQ(reaction.changes, Lines{"CAB 30 cleared"});
-    const Kr310Memory memory = pedal.memory();
-    EXPECT_EQ(memory.cab[3].name, "");
-    EXPECT_EQ(memory.cab[3].words[0], 0U);
-    EXPECT_EQ(memory.cab[2].name, "VINTAGE412");
-    EXPECT_EQ(memory.amp[3].name, "EDGE DRIVE");
-}
-
-TEST(VirtualKr310Delete, knowsTheFirstAndTheLastSlotOnly) {
-    VirtualKr310 pedal;
-    const VirtualKr310::Reaction reaction =
-        send(pedal, {deletePacket(0), deletePacket(9), deletePacket(10), deletePacket(255)});
-    EXPECT_TRUE(reaction.reports.empty());
-    EXPECT_EQ(reaction.changes, (Lines{"CAB 27 cleared", "CAB 36 cleared"}));
-}
-
-struct Misfit {
-    const char* what;
-    Bytes frame;
-};
-
-Bytes planeFrame(std::uint8_t phase, std::size_t size, std::uint8_t crcHigh, std::uint8_t crcLow) {
-    const std::size_t length = size + 3;
-    Bytes frame = {0xAA, 0x55, static_cast<std::uint8_t>(length & 0xFF), static_cast<std::uint8_t>(length >> 8), kCab,
-                   3,    phase};
-    for (std::size_t i = 0; i < size; ++i) {
-        frame.push_back(static_cast<std::uint8_t>(16U * phase + i));
+TEST(VirtualKr310, faultsDecideTheFateOfAReportByItsNumberSinceThePowerUp) {
+    using enum VirtualKr310::Delivery;
+    for (const auto& [faults, second] : {std::pair{"refuse=2", Refused},
+                                         {"protocol-error=2", ProtocolError},
+                                         {"no-answer=2", NoAnswer},
+                                         {"unplug=2 refuse=2", Unplugged}}) {
+        VirtualKr310 pedal;
+        pedal.setFaults(faultsOf(faults));
+        for (int turn = 0; turn < 2; ++turn) {
+            pedal.powerUp();
+            EXPECT_EQ(pedal.deliverNext(), Accepted) << faults;
+            EXPECT_EQ(pedal.deliverNext(), second) << faults;
+            EXPECT_EQ(pedal.deliverNext(), Accepted) << faults;
+        }
     }
-    frame.insert(frame.end(), {crcHigh, crcLow});
-    return frame;
 }
 
-/// A deletion of slot 3 with a 1 among the bytes that are 0.
-Bytes deletionWithAOne(std::size_t offset, std::uint8_t crcHigh, std::uint8_t crcLow) {
-    Bytes frame = {0xAA, 0x55, 0x03, 0x02, 0xE4, 3};
-    frame.resize(519);
-    frame[offset] = 1;
-    frame.insert(frame.end(), {crcHigh, crcLow});
-    return frame;
-}
-
-class VirtualKr310Misfit : public testing::TestWithParam<Misfit> {};
-
-TEST_P(VirtualKr310Misfit, isIgnoredThoughItsCrcIsGood) {
-    VirtualKr310 pedal;
-    FrameReader reader;
-    std::size_t frames = 0;
-    for (const Bytes& report : makeReports(GetParam().frame)) {
-        frames += reader.takeReport(report).size();
+TEST(VirtualKr310, faultsChangeTheAnswersToAnImport) {
+    struct Row {
+        const char* faults;
+        Frames frames;
+        const char* answers;
+    };
+    for (const auto& [faults, frames, answers] :
+         {Row{"silent", cab(3), ""},
+          {"silent=1", cab(3), ""},
+          {"silent=3", cab(3), "E1: 01 | E1: 02"},
+          {"duplicate-ack", cab(3, {2}), "E1: 02 | E1: 02"},
+          {"wrong-ack", cab(3), "E1: 02 | E1: 03 | E1: 04 | E1: 01"},
+          {"wrong-ack", amp(2, {4, 5}), "E2: 05 | E2: 01"},
+          {"ack-out-of-range", amp(2, {1}), "E2: FF"},
+          {"ack-out-of-range=0 wrong-ack", cab(3, {1}), "E1: 00"},
+          {"corrupt-crc=3", cab(3), "E1: 01 | E1: 02 | E1: 04"},  // counted over all answers
+          {"garbage-inside=3", cab(3), "E1: 01 | E1: 02 | E1: 04"},
+          {"long-frames", cab(3, {1, 2}), "E1: 01 00 | E1: 02 00"},
+          {"duplicate-ack merge garbage-before garbage-between delay=30", cab(3, {1}),
+           "30 ms E1: 01 | 30 ms E1: 01"}}) {
+        VirtualKr310 pedal;
+        pedal.setFaults(faultsOf(faults));
+        EXPECT_EQ(answered(send(pedal, frames).reports), answers) << faults;
+        pedal.setFaults({});
+        EXPECT_EQ(answered(send(pedal, cab(3, {1})).reports), "E1: 01") << faults;
     }
-    EXPECT_EQ(frames, 1U) << GetParam().what;
-    const VirtualKr310::Reaction reaction = send(pedal, {GetParam().frame});
-    EXPECT_TRUE(reaction.reports.empty()) << GetParam().what;
-    EXPECT_EQ(reaction.changes, Lines{}) << GetParam().what;
 }
 
-INSTANTIATE_TEST_SUITE_P(Frames, VirtualKr310Misfit,
-                         testing::Values(Misfit{"an unknown command", unhex("AA 55 02 00 77 01 93 78")},
-                                         Misfit{"connect without its data byte", unhex("AA 55 01 00 E0 35 E1")},
-                                         Misfit{"connect with two data bytes", unhex("AA 55 03 00 E0 00 00 B1 1C")},
-                                         Misfit{"import with a slot alone", unhex("AA 55 02 00 E1 03 01 77")},
-                                         Misfit{"a short delete", unhex("AA 55 02 00 E4 03 FE 82")},
-                                         Misfit{"a delete with byte 6", deletionWithAOne(6, 0x25, 0x37)},
-                                         Misfit{"a delete with byte 300", deletionWithAOne(300, 0x48, 0x22)},
-                                         Misfit{"a delete with byte 518", deletionWithAOne(518, 0xA5, 0xD4)},
-                                         Misfit{"phase 0", planeFrame(0, 512, 0xA3, 0x3D)},
-                                         Misfit{"phase 5", planeFrame(5, 512, 0xCA, 0x0D)},
-                                         Misfit{"a short plane", planeFrame(1, 511, 0x13, 0x87)}));
+TEST(VirtualKr310, faultsLeaveWhatIsStoredAlone) {
+    for (const FaultEntry& fault : faultTable()) {
+        VirtualKr310 pedal;
+        pedal.setFaults(faultsOf(std::string(fault.name)));
+        EXPECT_EQ(send(pedal, amp(2)).changes, Lines{"AMP 58 <- \"CLEAN\" 512 words, crc32 f0dde17b"}) << fault.name;
+    }
+}
+
+// The names in the slots of the factory.
+const std::string kCabNames =
+    "85: 4F 50 45 4E 20 31 58 31 32 00 43 4C 4F 53 45 44 32 58 31 32 56 49 4E 54 41 47 45 34 31 32 "
+    "4D 4F 44 45 52 4E 20 34 31 32 54 57 45 45 44 20 31 58 38 00 00 00 00 00 00 00 00 00 00 00 "
+    "42 41 53 53 20 34 58 31 30 00 00 00 00 00 00 00 00 00 00 00 41 43 4F 55 53 54 49 43 00 00 "
+    "00 00 00 00 00 00 00 00 00 00";
+const std::string kAmpNames =
+    "E3: 43 4C 45 41 4E 20 20 20 20 20 43 52 55 4E 43 48 20 20 20 20 4C 45 41 44 20 20 20 20 20 20 "
+    "45 44 47 45 20 44 52 49 56 45 48 49 47 48 20 47 41 49 4E 20 20 20 20 20 20 20 20 20 20 20 "
+    "4A 41 5A 5A 20 20 20 20 20 20 42 41 53 53 20 20 20 20 20 20 20 20 20 20 20 20 20 20 20 20 "
+    "20 20 20 20 20 20 20 20 20 20";
+
+/// Both lists, each after its time.
+std::string names(const std::string& time = "") {
+    return time + kCabNames + " | " + time + kAmpNames;
+}
+
+TEST(VirtualKr310, connect_isAnsweredByProgressAndNames) {
+    struct Row {
+        const char* faults;
+        Kr310Startup startup;
+        std::string answers;
+    };
+    for (const auto& [faults, startup, answers] :
+         {Row{"", {100, seconds(1)}, "A5: 00 | 1000 ms A5: 64 | " + names("2000 ms ") + " | 2000 ms A5: C7"},
+          {"silent=1", {100, seconds(1)}, "A5: 00 | 1000 ms A5: 64 | " + names("2000 ms ") + " | 2000 ms A5: C7"},
+          {"silent=0", {100, seconds(1)}, ""},
+          {"amp-names-first", {199, {}}, "A5: 00 | " + kAmpNames + " | " + kCabNames + " | A5: C7"},
+          {"names-after-done=1500",
+           {100, seconds(1)},
+           "A5: 00 | 1000 ms A5: 64 | 2000 ms A5: C7 | " + names("3500 ms ")},
+          {"progress-over-199",
+           {199, seconds(1)},
+           "A5: 00 | 1000 ms A5: C8 | 2000 ms A5: FF | " + names("3000 ms ") + " | 3000 ms A5: C7"},
+          {"", {67, {}}, "A5: 00 | A5: 43 | A5: 86 | " + names() + " | A5: C7"},
+          {"", {198, {}}, "A5: 00 | A5: C6 | " + names() + " | A5: C7"},
+          {"", {199, {}}, "A5: 00 | " + names() + " | A5: C7"},
+          {"", {200, {}}, "A5: 00 | " + names() + " | A5: C7"},
+          {"", {4'000'000'000, {}}, "A5: 00 | " + names() + " | A5: C7"}}) {
+        VirtualKr310 pedal;
+        pedal.setStartup(startup);
+        pedal.setFaults(faultsOf(faults));
+        EXPECT_EQ(answered(send(pedal, {connectFrame()}).reports), answers) << faults << ' ' << startup.progressStep;
+    }
+}
+
+TEST(VirtualKr310, startUp_goesThroughAll200ValuesInTwoSeconds) {
+    VirtualKr310 pedal;
+    const std::vector<InputReport> reports = send(pedal, {connectFrame()}).reports;
+    ASSERT_EQ(reports.size(), 204U) << "each list of names comes in two reports";
+    for (std::uint8_t value = 0; value < 199; ++value) {
+        EXPECT_EQ(reports[value].due, milliseconds(10) * value);
+        EXPECT_EQ(reports[value].bytes[6], value);
+    }
+    EXPECT_EQ(reports.back().due, milliseconds(1990));
+    pedal.setStartup({0, milliseconds(10)});
+    EXPECT_EQ(send(pedal, {connectFrame()}).reports.size(), 204U) << "a step of 0 counts as 1";
+}
+
+TEST(VirtualKr310, twoRequestsInOneReport_areBothAnswered) {
+    VirtualKr310 pedal;
+    pedal.setStartup({199, {}});
+    const std::string answer = "A5: 00 | " + names() + " | A5: C7";
+    EXPECT_EQ(answered(send(pedal, {unhex("AA 55 02 00 E0 00 02 25 AA 55 02 00 E0 00 02 25")}).reports),
+              answer + " | " + answer);
+}
 
 }  // namespace
 }  // namespace kelvo
