@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <stdexcept>
 
@@ -11,6 +10,7 @@ namespace kelvo {
 namespace {
 
 using std::chrono::milliseconds;
+using Output = UsbKr310::Output;
 
 constexpr UsbKr310::Clock::time_point kStart{std::chrono::hours(1)};
 
@@ -30,48 +30,43 @@ protected:
         device.receive(bytes, kStart + later);
         return hex(device.takeAnswers());
     }
+    /// What it answers when its output changes.
+    std::string answersWhen(Output output) {
+        device.setOutput(output, kStart);
+        return hex(device.takeAnswers());
+    }
 
     VirtualKr310 pedal;
     UsbKr310 device{pedal};
 };
 
-std::string joined(const std::string& a, const std::string& b) {
-    return a + ' ' + b;
-}
-
 TEST_F(UsbPedal, answersAControlRequestInAsManyBytesAsItAsksFor) {
-    for (const auto& [length, answer] :
-         {std::pair{"00 00 00 08", "12 01 00 02 00 00 00 40"}, {"00 00 00 04", "12 01 00 02"}}) {
-        const HostRequest request{
-            .direction = kOne, .endpoint = kZeroWord, .length = length, .setup = "80 06 00 01 00 00 08 00"};
-        EXPECT_EQ(answersTo(request.bytes()), submitAnswer(kOne, kZeroWord, length, unhex(answer)));
+    for (const auto& [length, descriptor] : {std::pair{8U, "12 01 00 02 00 00 00 40"}, {4U, "12 01 00 02"}}) {
+        EXPECT_EQ(answersTo(usbIp({1, 1, 0x10002, 1, 0, 0x200, length, 0, 0, 0, 0x80060001, 0x00000800})),
+                  answer(1, length, unhex(descriptor)));
     }
 }
 
 TEST_F(UsbPedal, stallsAnUnknownControlRequestAndAnUnknownEndpoint) {
-    const HostRequest request{
-        .direction = kOne, .endpoint = kZeroWord, .length = "00 00 00 02", .setup = "80 00 00 00 00 00 02 00"};
-    EXPECT_EQ(answersTo(request.bytes()), submitAnswer(kOne, kStallWord, kZeroWord));
-    EXPECT_EQ(answersTo(HostRequest{.direction = kOne, .endpoint = kTwo}.bytes()),
-              submitAnswer(kOne, kStallWord, kZeroWord));
+    EXPECT_EQ(answersTo(usbIp({1, 1, 0x10002, 1, 0, 0x200, 2, 0, 0, 0, 0x80000000, 0x00000200})), failure(1, kStalled));
+    EXPECT_EQ(answersTo(usbIp({1, 1, 0x10002, 1, 2, 0x200, 64})), failure(1, kStalled));
 }
 
 TEST_F(UsbPedal, keepsARequestForAReportUntilThereIsOne) {
-    EXPECT_EQ(answersTo(inRequest(kOne)), "");
+    EXPECT_EQ(answersTo(inRequest(1)), "");
     EXPECT_EQ(device.nextDue(), std::nullopt);
-    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())),
-              joined(submitAnswer(kTwo, kZeroWord, kSize), submitAnswer(kOne, kZeroWord, kSize, progressZero())));
+    EXPECT_EQ(answersTo(outRequest(2, connectReport())), answer(2, 64) + ' ' + answer(1, 64, progressZero()));
 }
 
-TEST_F(UsbPedal, keepsAReportUntilItIsRequested) {
-    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, kZeroWord, kSize));
+TEST_F(UsbPedal, keepsAReportUntilItIsRequested_andCutsItToTheRequestedLength) {
+    EXPECT_EQ(answersTo(outRequest(2, connectReport())), answer(2, 64));
     EXPECT_EQ(device.nextDue(), std::nullopt);
-    EXPECT_EQ(answersTo(inRequest(kOne)), submitAnswer(kOne, kZeroWord, kSize, progressZero()));
+    EXPECT_EQ(answersTo(inRequest(1, 9)), answer(1, 9, unhex("08 AA 55 02 00 A5 00 F0 1C")));
 }
 
 TEST_F(UsbPedal, holdsAReportBackUntilItIsDue) {
     pedal.setStartup({.progressStep = 199, .progressPace = milliseconds(10)});
-    EXPECT_NE(answersTo(join({inRequest(kOne), inRequest(kThree), outRequest(kTwo, connectReport())})), "");
+    EXPECT_NE(answersTo(join({inRequest(1), inRequest(3), outRequest(2, connectReport())})), "");
     EXPECT_EQ(device.nextDue(), kStart + milliseconds(10));
     device.deliverDue(kStart + milliseconds(9));
     EXPECT_EQ(device.takeAnswers(), Bytes());
@@ -79,97 +74,65 @@ TEST_F(UsbPedal, holdsAReportBackUntilItIsDue) {
     EXPECT_EQ(hex(device.takeAnswers()).substr(0, 23), "00 00 00 03 00 00 00 03");
 }
 
-TEST_F(UsbPedal, cutsAReportToTheRequestedLength) {
-    const HostRequest request{.direction = kOne, .length = "00 00 00 09"};
-    EXPECT_NE(answersTo(outRequest(kTwo, connectReport())), "");
-    EXPECT_EQ(answersTo(request.bytes()),
-              submitAnswer(kOne, kZeroWord, "00 00 00 09", unhex("08 AA 55 02 00 A5 00 F0 1C")));
+TEST_F(UsbPedal, reportOfAnotherLength_isAcceptedAndIgnored) {
+    EXPECT_EQ(answersTo(outRequest(1, unhex("08 AA 55 02 00 E0 00 02 25"))), answer(1, 9));
+    EXPECT_EQ(answersTo(inRequest(2)), "");
 }
 
-TEST_F(UsbPedal, otherLength_isAcceptedAndIgnored) {
-    const Bytes shorter = unhex("08 AA 55 02 00 E0 00 02 25");
-    EXPECT_EQ(answersTo(HostRequest{.length = "00 00 00 09"}.bytes(shorter)),
-              submitAnswer(kOne, kZeroWord, "00 00 00 09"));
-    EXPECT_EQ(answersTo(inRequest(kTwo)), "");
+TEST_F(UsbPedal, unlinksOnlyAPendingRequest) {
+    EXPECT_EQ(answersTo(inRequest(1)), "");
+    EXPECT_EQ(answersTo(unlinkRequest(2, 1)), unlinkAnswer(2, kUnlinked));
+    EXPECT_EQ(answersTo(outRequest(3, connectReport())), answer(3, 64));
+    EXPECT_EQ(answersTo(unlinkRequest(4, 3)), unlinkAnswer(4, 0));
 }
 
-TEST_F(UsbPedal, unlinksAPendingRequest) {
-    EXPECT_EQ(answersTo(inRequest(kOne)), "");
-    EXPECT_EQ(answersTo(unlinkRequest(kTwo, kOne)), unlinkAnswer(kTwo, kUnlinkedWord));
-    EXPECT_EQ(answersTo(outRequest(kThree, connectReport())), submitAnswer(kThree, kZeroWord, kSize));
-}
-
-TEST_F(UsbPedal, hasNothingToUnlinkOnceARequestIsAnswered) {
-    EXPECT_NE(answersTo(outRequest(kOne, connectReport())), "");
-    EXPECT_EQ(answersTo(unlinkRequest(kTwo, kOne)), unlinkAnswer(kTwo, kZeroWord));
-}
-
-TEST_F(UsbPedal, whileItHangs_keepsOutputReportsWaiting) {
-    device.setOutput(UsbKr310::Output::Hang, kStart);
-    EXPECT_EQ(answersTo(outRequest(kOne, connectReport())), "");
-    EXPECT_EQ(answersTo(unlinkRequest(kTwo, kOne)), unlinkAnswer(kTwo, kUnlinkedWord));
-    device.setOutput(UsbKr310::Output::Accept, kStart);
-    EXPECT_EQ(device.takeAnswers(), Bytes());
-}
-
-TEST_F(UsbPedal, afterAHang_acceptsPendingReports) {
-    device.setOutput(UsbKr310::Output::Hang, kStart);
-    EXPECT_EQ(answersTo(join({inRequest(kOne), outRequest(kTwo, connectReport())})), "");
-    device.setOutput(UsbKr310::Output::Accept, kStart);
-    EXPECT_EQ(hex(device.takeAnswers()),
-              joined(submitAnswer(kTwo, kZeroWord, kSize), submitAnswer(kOne, kZeroWord, kSize, progressZero())));
+TEST_F(UsbPedal, whileItHangs_keepsOutputReportsUntilItAcceptsThem) {
+    EXPECT_EQ(answersWhen(Output::Hang), "");
+    EXPECT_EQ(answersTo(outRequest(3, connectReport())), "");
+    EXPECT_EQ(answersTo(unlinkRequest(4, 3)), unlinkAnswer(4, kUnlinked));
+    EXPECT_EQ(answersTo(join({inRequest(1), outRequest(2, connectReport())})), "");
+    EXPECT_EQ(answersWhen(Output::Accept), answer(2, 64) + ' ' + answer(1, 64, progressZero()));
 }
 
 TEST_F(UsbPedal, whileItStalls_refusesOutputReportsAndAnswersControlRequests) {
-    device.setOutput(UsbKr310::Output::Stall, kStart);
-    EXPECT_EQ(answersTo(outRequest(kOne, connectReport())), submitAnswer(kOne, kStallWord, kZeroWord));
-    const HostRequest idle{.endpoint = kZeroWord, .length = kZeroWord, .setup = "21 0A 00 00 00 00 00 00"};
-    EXPECT_EQ(answersTo(idle.bytes()), submitAnswer(kOne, kZeroWord, kZeroWord));
-    device.setOutput(UsbKr310::Output::Accept, kStart);
-    EXPECT_EQ(answersTo(inRequest(kTwo)), "");
+    EXPECT_EQ(answersWhen(Output::Stall), "");
+    EXPECT_EQ(answersTo(outRequest(1, connectReport())), failure(1, kStalled));
+    EXPECT_EQ(answersTo(usbIp({1, 1, 0x10002, 0, 0, 0x200, 0, 0, 0, 0, 0x210A0000, 0})), answer(1, 0));
+    EXPECT_EQ(answersWhen(Output::Accept), "");
+    EXPECT_EQ(answersTo(inRequest(2)), "");
 }
 
-TEST_F(UsbPedal, faultyReport_getsItsError) {
-    for (const auto& [faults, status] : {std::pair{Faults{.refuseReport = 2}, kStallWord},
-                                         {Faults{.protocolErrorAtReport = 2}, std::string_view("FF FF FF B9")}}) {
-        pedal.setFaults(faults);
+TEST_F(UsbPedal, faultyReport_getsItsErrorOrNoAnswer) {
+    for (const auto& [fault, expected] : {std::pair{"refuse=2", failure(2, kStalled)},
+                                          {"protocol-error=2", failure(2, 0xFFFFFFB9)},
+                                          {"no-answer=2", std::string()}}) {
+        pedal.setFaults(faultsOf(fault));
         device.powerUp();
-        EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-        EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), submitAnswer(kTwo, status, kZeroWord));
-        EXPECT_EQ(answersTo(outRequest(kThree, Bytes(64))), submitAnswer(kThree, kZeroWord, kSize));
-        EXPECT_EQ(answersTo(inRequest(kOne)), "");
+        EXPECT_EQ(answersTo(outRequest(1, Bytes(64))), answer(1, 64)) << fault;
+        EXPECT_EQ(answersTo(outRequest(2, connectReport())), expected) << fault;
+        EXPECT_EQ(answersTo(unlinkRequest(3, 2)), unlinkAnswer(3, expected.empty() ? kUnlinked : 0)) << fault;
+        EXPECT_EQ(answersTo(outRequest(4, Bytes(64))), answer(4, 64)) << fault;
+        EXPECT_EQ(answersTo(inRequest(5)), "") << fault;
     }
-}
-
-TEST_F(UsbPedal, unansweredReport_isGivenUpByTheHost) {
-    pedal.setFaults({.noAnswerAtReport = 2});
-    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(outRequest(kTwo, connectReport())), "");
-    EXPECT_EQ(answersTo(unlinkRequest(kThree, kTwo)), unlinkAnswer(kThree, kUnlinkedWord));
-    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(inRequest(kOne)), "");
 }
 
 TEST_F(UsbPedal, unplugFault_unplugsAtItsReport) {
     pedal.setFaults({.unplugAtReport = 2});
-    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_FALSE(device.wantsUnplug());
-    EXPECT_EQ(answersTo(join({outRequest(kTwo, connectReport()), outRequest(kThree, Bytes(64))})), "");
-    EXPECT_TRUE(device.wantsUnplug());
-    EXPECT_EQ(answersTo(inRequest(kOne)), "");
-    EXPECT_EQ(device.nextDue(), std::nullopt);
-    device.powerUp();
-    EXPECT_FALSE(device.wantsUnplug());
-    EXPECT_EQ(answersTo(outRequest(kOne, Bytes(64))), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_EQ(answersTo(outRequest(kTwo, Bytes(64))), "");
-    EXPECT_TRUE(device.wantsUnplug());
+    for (int turn = 0; turn < 2; ++turn) {
+        device.powerUp();
+        EXPECT_EQ(answersTo(outRequest(1, connectReport())), answer(1, 64));
+        EXPECT_FALSE(device.wantsUnplug());
+        EXPECT_EQ(answersTo(join({outRequest(2, connectReport()), outRequest(3, Bytes(64)), inRequest(4)})), "");
+        EXPECT_TRUE(device.wantsUnplug());
+        EXPECT_EQ(device.nextDue(), std::nullopt);
+    }
 }
 
 TEST_F(UsbPedal, whenPoweredUp_forgetsRequestsAndReports) {
-    EXPECT_NE(answersTo(join({outRequest(kOne, connectReport()), inRequest(kTwo)})), "");
-    EXPECT_EQ(answersTo(inRequest(kThree)), "");
+    EXPECT_NE(answersTo(join({outRequest(1, connectReport()), inRequest(2)})), "");
+    EXPECT_EQ(answersTo(inRequest(3)), "");
     device.powerUp();
-    EXPECT_EQ(answersTo(inRequest(kOne), std::chrono::hours(1)), "");
+    EXPECT_EQ(answersTo(inRequest(1), std::chrono::hours(1)), "");
     EXPECT_EQ(device.nextDue(), std::nullopt);
 }
 

@@ -94,14 +94,18 @@ protected:
     }
 
     UniqueFd makeCable() {
-        auto [device_end, host_end] = socketPair();
-        host = std::move(host_end);
-        return std::move(device_end);
+        if (!hasPort) {
+            throw std::runtime_error("no port");
+        }
+        auto [deviceEnd, hostEnd] = socketPair();
+        host = std::move(hostEnd);
+        return std::move(deviceEnd);
     }
 
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<std::string> lines;
+    bool hasPort = true;
 
     VirtualKr310 pedal;
     UsbKr310 device{pedal};
@@ -137,53 +141,35 @@ TEST_F(RunningLoop, answersEachCommandWithItsLine) {
     }
 }
 
-TEST_F(RunningLoop, listsTheMemoryWithNamesAndChecksums) {
-    EXPECT_THAT(asked("memory", 21),
-                ElementsAre("CAB 27 \"OPEN 1X12\" crc32 f1cf3378", "CAB 28 \"CLOSED2X12\" crc32 f1cf3378",
-                            "CAB 29 \"VINTAGE412\" crc32 f1cf3378", "CAB 30 \"MODERN 412\" crc32 f1cf3378",
-                            "CAB 31 \"TWEED 1X8\" crc32 f1cf3378", "CAB 32 \"\" crc32 6c1ce17e",
-                            "CAB 33 \"BASS 4X10\" crc32 f1cf3378", "CAB 34 \"\" crc32 6c1ce17e",
-                            "CAB 35 \"ACOUSTIC\" crc32 f1cf3378", "CAB 36 \"\" crc32 6c1ce17e",
-                            "AMP 56 \"CLEAN\" crc32 f1e8ba9e", "AMP 57 \"CRUNCH\" crc32 f1e8ba9e",
-                            "AMP 58 \"LEAD\" crc32 f1e8ba9e", "AMP 59 \"EDGE DRIVE\" crc32 f1e8ba9e",
-                            "AMP 60 \"HIGH GAIN\" crc32 f1e8ba9e", "AMP 61 \"\" crc32 f1e8ba9e",
-                            "AMP 62 \"JAZZ\" crc32 f1e8ba9e", "AMP 63 \"BASS\" crc32 f1e8ba9e",
-                            "AMP 64 \"\" crc32 f1e8ba9e", "AMP 65 \"\" crc32 f1e8ba9e", "listed"));
+TEST_F(RunningLoop, listsTheMemory) {
+    const auto list = asked("memory", 21);
+    ASSERT_EQ(list.size(), 21U);
+    EXPECT_EQ(list[0], "CAB 27 \"OPEN 1X12\" crc32 f1cf3378");
+    EXPECT_EQ(list[20], "listed");
 }
 
-TEST_F(RunningLoop, printsEachOutputReportOnRequest) {
-    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
-    sendToDevice(outRequest(kOne, Bytes(64, 0x11)));
-    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_THAT(asked("reports"), ElementsAre("reporting"));
-    sendToDevice(outRequest(kOne, Bytes(64, 0xA5)));
-    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
-    std::string line = "report ";
-    for (int i = 0; i < 64; ++i) {
-        line += "a5";
-    }
-    EXPECT_THAT(asked("memory", 22),
-                testing::AllOf(testing::Contains(line), testing::Not(testing::Contains("report 11"))));
-}
-
-TEST_F(RunningLoop, switchesFaultsOnAndAllOfThemOff) {
-    EXPECT_THAT(asked("fault split=5"), ElementsAre("fault split=5"));
-    EXPECT_THAT(asked("fault merge"), ElementsAre("fault merge"));
-    EXPECT_EQ(pedal.faults().splitReports, 5U);
-    EXPECT_TRUE(pedal.faults().mergedReports);
-    EXPECT_THAT(asked("fault split=64"), ElementsAre("error: split wants 1 to 63, got '64'"));
-    EXPECT_EQ(pedal.faults().splitReports, 5U);
-    EXPECT_THAT(asked("sound"), ElementsAre("sound"));
-    EXPECT_EQ(pedal.faults().splitReports, 0U);
-    EXPECT_FALSE(pedal.faults().mergedReports);
-}
-
-TEST_F(RunningLoop, listsTheFaultsWithTheirNumbers) {
+TEST_F(RunningLoop, listsTheFaultsAndSwitchesThemOnAndOff) {
     const auto list = asked("faults", 23);
     ASSERT_EQ(list.size(), 23U);
     EXPECT_EQ(list[0], "silent=N from phase, 0 to 5");
     EXPECT_EQ(list[2], "duplicate-ack");
     EXPECT_EQ(list[22], "listed");
+    EXPECT_THAT(asked("fault split=5"), ElementsAre("fault split=5"));
+    EXPECT_THAT(asked("fault merge"), ElementsAre("fault merge"));
+    EXPECT_THAT(asked("fault split=64"), ElementsAre("error: split wants 1 to 63, got '64'"));
+    EXPECT_EQ(pedal.faults().splitReports, 5U);
+    EXPECT_TRUE(pedal.faults().mergedReports);
+    EXPECT_THAT(asked("sound"), ElementsAre("sound"));
+    EXPECT_EQ(pedal.faults().splitReports, 0U);
+}
+
+TEST_F(RunningLoop, printsEachOutputReportOnRequest) {
+    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
+    sendToDevice(outRequest(1, Bytes(64, 0x11)));
+    EXPECT_EQ(fromDevice(48), answer(1, 64));
+    EXPECT_THAT(asked("reports"), ElementsAre("reporting"));
+    sendToDevice(outRequest(1, Bytes(2, 0xA5)));
+    EXPECT_THAT(said(1), ElementsAre("report a5a5"));
 }
 
 TEST_F(RunningLoop, obeysCommandsThatComeInPiecesAndTogether) {
@@ -204,41 +190,31 @@ TEST_F(RunningLoop, refusesALineOfMoreThan256Bytes) {
 TEST_F(RunningLoop, stallsHangsAndContinuesOnCommand) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     EXPECT_THAT(asked("stall"), ElementsAre("stalling"));
-    sendToDevice(outRequest(kOne, Bytes(64)));
-    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kStallWord, kZeroWord));
+    sendToDevice(outRequest(1, Bytes(64)));
+    EXPECT_EQ(fromDevice(48), failure(1, kStalled));
     EXPECT_THAT(asked("hang"), ElementsAre("hanging"));
-    sendToDevice(join({outRequest(kOne, Bytes(64)), unlinkRequest(kTwo, kOne)}));
-    EXPECT_EQ(fromDevice(48), unlinkAnswer(kTwo, kUnlinkedWord));
+    sendToDevice(join({outRequest(1, Bytes(64)), unlinkRequest(2, 1)}));
+    EXPECT_EQ(fromDevice(48), unlinkAnswer(2, kUnlinked));
     EXPECT_THAT(asked("go"), ElementsAre("going"));
-    sendToDevice(outRequest(kOne, Bytes(64)));
-    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
+    sendToDevice(outRequest(1, Bytes(64)));
+    EXPECT_EQ(fromDevice(48), answer(1, 64));
 }
 
-TEST_F(RunningLoop, deliversReportsWhenTheyAreDueAndNotBefore) {
-    pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(500)});
+TEST_F(RunningLoop, deliversReportsWhenTheyAreDue_andObeysMeanwhile) {
+    constexpr std::chrono::milliseconds pace(1100);
+    pedal.setStartup({.progressStep = 199, .progressPace = pace});
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     const auto start = std::chrono::steady_clock::now();
-    sendToDevice(outRequest(kOne, connectReport()));
+    sendToDevice(outRequest(1, connectReport()));
     // Progress 0 at once, two name lists of two reports each and progress 199 after the pace.
     for (int i = 0; i < 6; ++i) {
-        sendToDevice(inRequest(kTwo));
+        sendToDevice(inRequest(2));
     }
     EXPECT_EQ(fromDevice(48 + 112).size(), 160 * 3 - 1U);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
-    const std::string rest = fromDevice(5 * 112);
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
-    EXPECT_NE(rest.find("08 AA 55 02 00 A5 C7 59 B7"), std::string::npos) << rest;
-}
-
-TEST_F(RunningLoop, obeysWhileAReportIsStillSecondsAway) {
-    pedal.setStartup({.progressStep = 199, .progressPace = std::chrono::milliseconds(2500)});
-    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
-    sendToDevice(outRequest(kOne, connectReport()));
-    for (int i = 0; i < 6; ++i) {
-        sendToDevice(inRequest(kTwo));
-    }
-    EXPECT_EQ(fromDevice(48 + 5 * 112).size(), (48 + 5 * 112) * 3 - 1U);
     EXPECT_THAT(asked("go"), ElementsAre("going"));
+    const std::string rest = fromDevice(5 * 112);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, pace);
+    EXPECT_NE(rest.find("08 AA 55 02 00 A5 C7 59 B7"), std::string::npos) << rest;
 }
 
 TEST_F(RunningLoop, goesThroughTheStartUpAtThePaceThatIsSet) {
@@ -248,27 +224,21 @@ TEST_F(RunningLoop, goesThroughTheStartUpAtThePaceThatIsSet) {
     EXPECT_EQ(reports[2].due, std::chrono::milliseconds(60));
 }
 
-TEST_F(RunningLoop, saysThatTheHostHasLetGo) {
+TEST_F(RunningLoop, saysWhyItIsNotPluggedIn) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     host.reset();
     EXPECT_THAT(said(1), ElementsAre("unplugged: the host has closed the connection"));
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
-}
-
-TEST_F(RunningLoop, unplugsAHostThatBreaksTheProtocol) {
-    EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
     sendToDevice(Bytes(48, 0));
     EXPECT_THAT(said(1), ElementsAre("unplugged: the host sent a USB/IP header with command 0"));
     EXPECT_EQ(fromDevice(1), "");
-}
-
-TEST_F(RunningLoop, unplugsByAFaultAfterAllEarlierAnswers) {
     EXPECT_THAT(asked("fault unplug=2"), ElementsAre("fault unplug=2"));
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
-    sendToDevice(join({outRequest(kOne, Bytes(64)), outRequest(kTwo, Bytes(64))}));
+    sendToDevice(join({outRequest(1, Bytes(64)), outRequest(2, Bytes(64))}));
     EXPECT_THAT(said(1), ElementsAre("unplugged: by a fault"));
-    EXPECT_EQ(fromDevice(48), submitAnswer(kOne, kZeroWord, kSize));
-    EXPECT_EQ(fromDevice(1), "");
+    EXPECT_EQ(fromDevice(49), answer(1, 64)) << "earlier answers come first";
+    hasPort = false;
+    EXPECT_THAT(asked("plug"), ElementsAre("error: no port"));
 }
 
 TEST_F(RunningLoop, keepsAnswersForAHostThatDoesNotReadYet) {
@@ -276,12 +246,11 @@ TEST_F(RunningLoop, keepsAnswersForAHostThatDoesNotReadYet) {
     // More answers than a socket holds.
     constexpr std::size_t requests = 20000;
     for (std::size_t i = 0; i < requests; ++i) {
-        sendToDevice(HostRequest{.endpoint = kTwo, .length = kZeroWord}.bytes());
+        sendToDevice(usbIp({1, 1, 0x10002, 0, 2}));
     }
     EXPECT_THAT(asked("go"), ElementsAre("going"));
-    const std::string answer = submitAnswer(kOne, kStallWord, kZeroWord);
     for (std::size_t i = 0; i < requests; ++i) {
-        ASSERT_EQ(fromDevice(48), answer) << i;
+        ASSERT_EQ(fromDevice(48), failure(1, kStalled)) << i;
     }
 }
 
@@ -300,7 +269,7 @@ TEST_F(RunningLoop, continuesAfterASignal) {
 
 TEST_F(RunningLoop, sleepsWhileThereIsNothingToDo) {
     EXPECT_THAT(asked("plug"), ElementsAre("plugged"));
-    sendToDevice(inRequest(kTwo));
+    sendToDevice(inRequest(2));
     rusage before{};
     rusage after{};
     getrusage(RUSAGE_SELF, &before);
@@ -357,20 +326,6 @@ TEST_F(RunningLoop, helpsAsTheManualPageDoes) {
         text[0] = static_cast<char>(std::toupper(text[0]));
         EXPECT_THAT(page.str(), testing::HasSubstr(".TP\n.B " + line.substr(0, colon) + '\n' + text + ".\n"));
     }
-}
-
-TEST(UsbConsole, saysWhyItCannotPlugIn) {
-    std::vector<std::string> lines;
-    VirtualKr310 pedal;
-    UsbKr310 device(pedal);
-    UsbCable cable(device);
-    UsbConsole console(
-        pedal, device, cable, []() -> UniqueFd { throw std::runtime_error("no port"); },
-        [&](std::string_view line) { lines.emplace_back(line); });
-    EXPECT_TRUE(console.execute("plug"));
-    EXPECT_FALSE(cable.isPlugged());
-    EXPECT_FALSE(console.execute("quit"));
-    EXPECT_THAT(lines, ElementsAre("error: no port"));
 }
 
 }  // namespace

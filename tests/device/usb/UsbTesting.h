@@ -1,51 +1,64 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <string>
-#include <string_view>
 
 #include "DeviceTesting.h"
 
 namespace kelvo {
 
-/// Words of the requests' numbers, and of a whole report's length.
-constexpr auto kOne = "00 00 00 01";
-constexpr auto kTwo = "00 00 00 02";
-constexpr auto kThree = "00 00 00 03";
-constexpr auto kSize = "00 00 00 40";
+inline constexpr std::uint32_t kStalled = 0xFFFFFFE0;
+inline constexpr std::uint32_t kUnlinked = 0xFFFFFF98;
 
-/// A CMD_SUBMIT header as a host sends it, written out: "number direction endpoint length" as hex words, and the setup.
-struct HostRequest {
-    std::string_view number = "00 00 00 01";
-    std::string_view direction = "00 00 00 00";
-    std::string_view endpoint = "00 00 00 01";
-    std::string_view length = "00 00 00 40";
-    std::string_view packets = "00 00 00 00";
-    std::string_view setup = "00 00 00 00 00 00 00 00";
+[[nodiscard]] inline Bytes join(std::initializer_list<Bytes> pieces) {
+    Bytes all;
+    for (const Bytes& piece : pieces) {
+        std::ranges::copy(piece, std::back_inserter(all));
+    }
+    return all;
+}
 
-    [[nodiscard]] Bytes bytes(const Bytes& payload = {}) const;
-};
+/// A USB/IP header of these words, with zeros up to its 48 bytes, and the data after it.
+[[nodiscard]] inline Bytes usbIp(std::initializer_list<std::uint32_t> words, const Bytes& data = {}) {
+    Bytes header;
+    for (const std::uint32_t word : words) {
+        for (const int shift : {24, 16, 8, 0}) {
+            header.push_back(static_cast<std::uint8_t>(word >> shift));
+        }
+    }
+    header.resize(48);
+    return join({header, data});
+}
 
-/// An output report on the interrupt OUT endpoint, and a request for an input report.
-[[nodiscard]] Bytes outRequest(std::string_view number, const Bytes& report);
-[[nodiscard]] Bytes inRequest(std::string_view number);
+/// CMD_SUBMIT as a host sends it: an output report, and a request for an input report.
+[[nodiscard]] inline Bytes outRequest(std::uint32_t number, const Bytes& report) {
+    return usbIp({1, number, 0x10002, 0, 1, 0x200, static_cast<std::uint32_t>(report.size())}, report);
+}
+[[nodiscard]] inline Bytes inRequest(std::uint32_t number, std::uint32_t length = 64) {
+    return usbIp({1, number, 0x10002, 1, 1, 0x200, length});
+}
+/// CMD_UNLINK.
+[[nodiscard]] inline Bytes unlinkRequest(std::uint32_t number, std::uint32_t target) {
+    return usbIp({2, number, 0x10002, 0, 0, target});
+}
 
-/// A CMD_UNLINK header.
-[[nodiscard]] Bytes unlinkRequest(std::string_view number, std::string_view target);
-
-/// RET_SUBMIT: number, status and length as hex words, then what follows the header.
-[[nodiscard]] std::string submitAnswer(std::string_view number, std::string_view status, std::string_view length,
-                                       const Bytes& payload = {});
-[[nodiscard]] std::string unlinkAnswer(std::string_view number, std::string_view status);
+/// RET_SUBMIT to a request that succeeded, to one that failed, and RET_UNLINK.
+[[nodiscard]] inline std::string answer(std::uint32_t number, std::uint32_t length, const Bytes& data = {}) {
+    return hex(usbIp({3, number, 0, 0, 0, 0, length}, data));
+}
+[[nodiscard]] inline std::string failure(std::uint32_t number, std::uint32_t status) {
+    return hex(usbIp({3, number, 0, 0, 0, status}));
+}
+[[nodiscard]] inline std::string unlinkAnswer(std::uint32_t number, std::uint32_t status) {
+    return hex(usbIp({4, number, 0, 0, 0, status}));
+}
 
 /// The one report of the frame that asks for the pedal's names.
-[[nodiscard]] Bytes connectReport();
-
-/// Joins byte strings.
-[[nodiscard]] Bytes join(std::initializer_list<Bytes> pieces);
-
-inline constexpr std::string_view kStallWord = "FF FF FF E0";
-inline constexpr std::string_view kUnlinkedWord = "FF FF FF 98";
-inline constexpr std::string_view kZeroWord = "00 00 00 00";
+[[nodiscard]] inline Bytes connectReport() {
+    return makeReport(connectFrame());
+}
 
 }  // namespace kelvo
