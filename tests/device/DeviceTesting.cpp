@@ -56,10 +56,10 @@ Bytes makeReport(std::span<const std::uint8_t> payload) {
     return report;
 }
 
-std::vector<Bytes> makeReports(std::span<const std::uint8_t> frame) {
+std::vector<Bytes> makeReports(std::span<const std::uint8_t> frame, std::size_t perReport) {
     std::vector<Bytes> reports;
     while (!frame.empty()) {
-        const std::size_t count = std::min<std::size_t>(frame.size(), 63);
+        const std::size_t count = std::min(frame.size(), perReport);
         reports.push_back(makeReport(frame.first(count)));
         frame = frame.subspan(count);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,10 +18,20 @@ using Bytes = std::vector<std::uint8_t>;
 /// The bytes of "AA 55 02".
 [[nodiscard]] Bytes unhex(std::string_view text);
 
+/// Joins byte strings, or lists of frames.
+template <typename Item>
+[[nodiscard]] std::vector<Item> join(std::initializer_list<std::vector<Item>> pieces) {
+    std::vector<Item> all;
+    for (const std::vector<Item>& piece : pieces) {
+        all.insert(all.end(), piece.begin(), piece.end());
+    }
+    return all;
+}
+
 /// One 64-byte report with its count byte; the bytes after the counted ones remain from an earlier report.
 [[nodiscard]] Bytes makeReport(std::span<const std::uint8_t> payload);
 /// The reports a host sends for a frame: 63 bytes each, the last one the rest.
-[[nodiscard]] std::vector<Bytes> makeReports(std::span<const std::uint8_t> frame);
+[[nodiscard]] std::vector<Bytes> makeReports(std::span<const std::uint8_t> frame, std::size_t perReport = 63);
 
 /// CMD_CONNECT: AA 55 02 00 E0 00 02 25.
 [[nodiscard]] Bytes connectFrame();

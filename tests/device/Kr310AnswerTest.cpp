@@ -66,15 +66,9 @@ TEST(AnswerWriter, addsTheFaultsToTwoFramesASecondApart) {
 }
 
 TEST(AnswerWriter, cutsALongFrameAfter63Bytes) {
-    struct Row {
-        Faults faults;
-        std::size_t firstSize;
-        std::size_t secondSize;
-    };
-    for (const auto& [faults, firstSize, secondSize] : {Row{{}, 64, 64},
-                                                        {{.splitReports = 64}, 64, 64},
-                                                        {{.reportsOf63 = true}, 63, 63},
-                                                        {{.reportsOf63 = true, .reportsOf65 = true}, 63, 65}}) {
+    for (const auto& [faultTexts, firstSize, secondSize] :
+         {std::tuple{"", 64U, 64U}, {"reports-of-63", 63U, 63U}, {"reports-of-63 reports-of-65", 63U, 65U}}) {
+        const Faults faults = faultsOf(faultTexts);
         FrameCounter counter = 0;
         AnswerWriter writer(faults, counter);
         writer.add({}, {0x85, Bytes(100, 0x41)});

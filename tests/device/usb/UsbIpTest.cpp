@@ -56,13 +56,6 @@ TEST(UsbIpReader, cutMessage_waitsForItsRest) {
     }
 }
 
-TEST(UsbIpReader, whenReset_forgetsTheBeginningOfAMessage) {
-    UsbIpReader reader;
-    EXPECT_TRUE(reader.take(Bytes(47)).empty());
-    reader.reset();
-    EXPECT_EQ(reader.take(unhex(kUnlinkSeven)).size(), 1U);
-}
-
 TEST(UsbIpReader, acceptsTheLongestTransferAndTheLastEndpoint) {
     const Bytes data(65535, 0x5A);
     const auto messages = UsbIpReader().take(usbIp({1, 1, 0x10002, 0, 15, 0x200, 65535}, data));

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
-#include <iterator>
 #include <string>
 
 #include "DeviceTesting.h"
@@ -12,14 +10,6 @@ namespace kelvo {
 
 inline constexpr std::uint32_t kStalled = 0xFFFFFFE0;
 inline constexpr std::uint32_t kUnlinked = 0xFFFFFF98;
-
-[[nodiscard]] inline Bytes join(std::initializer_list<Bytes> pieces) {
-    Bytes all;
-    for (const Bytes& piece : pieces) {
-        std::ranges::copy(piece, std::back_inserter(all));
-    }
-    return all;
-}
 
 /// A USB/IP header of these words, with zeros up to its 48 bytes, and the data after it.
 [[nodiscard]] inline Bytes usbIp(std::initializer_list<std::uint32_t> words, const Bytes& data = {}) {
