@@ -25,12 +25,6 @@ protected:
     bool open(const FileBytes& bytes) { return file.OpenFilePath(dir.write("cab.wav", bytes)); }
     bool convert() { return file.GetIRDataBuffer(points); }
 
-    /// Whether the points are `first` and then silence.
-    bool pointsAre(std::initializer_list<std::uint32_t> first) const {
-        return std::equal(first.begin(), first.end(), points.begin()) &&
-               std::all_of(points.begin() + static_cast<std::ptrdiff_t>(first.size()), points.end(),
-                           [](std::uint32_t word) { return word == 0; });
-    }
     bool pointsAreUntouched() const { return std::ranges::count(points, 0xA5A5A5A5) == 512; }
 
     /// A good 16-bit mono file of two frames.
@@ -63,92 +57,35 @@ TEST_F(IRFile, acceptsAWaveFile) {
     EXPECT_EQ(file.PointSize, 2U);
     EXPECT_EQ(text(file.CharFileNane), std::string("CAB\0                ", 20));
     EXPECT_TRUE(convert());
-    EXPECT_TRUE(pointsAre({0x020100, 0x040300}));
+    EXPECT_EQ(points[1], 0x040300U);
+    EXPECT_EQ(points[2], 0U);
 }
 
 TEST_F(IRFile, thatBreaksARule_isRefused) {
-    for (const std::uint32_t bits : {0U, 7U}) {
-        EXPECT_FALSE(open(WaveFile{.bitsPerSample = bits, .data = FileBytes(4)}.bytes())) << bits;
-        EXPECT_FALSE(file.IsFileOpenSuccess);
-        EXPECT_EQ(text(file.CharFileNane), "                    ");
-    }
+    EXPECT_FALSE(open(WaveFile{.bitsPerSample = 7, .data = FileBytes(4)}.bytes()));
+    EXPECT_FALSE(file.IsFileOpenSuccess);
+    EXPECT_EQ(text(file.CharFileNane), "                    ");
 }
 
-TEST_F(IRFile, ofAnotherRateOrDepth_isRefusedByTheConversion) {
+TEST_F(IRFile, ofAnotherRate_isRefusedByTheConversion) {
     EXPECT_TRUE(open(WaveFile{.sampleRate = 22050, .data = FileBytes(8)}.bytes()));
-    EXPECT_FALSE(convert());
-    EXPECT_TRUE(open(WaveFile{.bitsPerSample = 20, .data = FileBytes(8)}.bytes()));
     EXPECT_FALSE(convert());
     EXPECT_TRUE(pointsAreUntouched());
 }
 
-TEST_F(IRFile, dataThatTheFileLacksIsSilence) {
-    for (const std::int64_t declared : {0x7FFFFFFFLL, 0xFFFFFFFFLL, 0xFFFFFFF8LL, 5LL, 400LL}) {
-        EXPECT_TRUE(open(WaveFile{.data = {1, 2, 3, 4, 5}, .declaredDataSize = declared}.bytes()) && convert());
-        EXPECT_TRUE(pointsAre({0x020100, 0x040300})) << declared;
-    }
-    EXPECT_TRUE(open(WaveFile{.channels = 2, .data = {1, 2, 3, 4, 5, 6, 7}, .declaredDataSize = 8}.bytes()) &&
-                convert());
-    EXPECT_TRUE(pointsAre({0x020100}));
-}
-
-TEST_F(IRFile, bytesAfterTheDeclaredDataAreNotUsed) {
-    for (const std::int64_t declared : {0, 1, 2, 3}) {
-        EXPECT_TRUE(open(WaveFile{.data = {1, 2, 3, 4}, .declaredDataSize = declared}.bytes()) && convert());
-        EXPECT_TRUE(declared < 2 ? pointsAre({}) : pointsAre({0x020100})) << declared;
-    }
-}
-
-TEST_F(IRFile, formatTagIsNotConsulted) {
-    FileBytes bytes = WaveFile{.bitsPerSample = 32, .data = {0x00, 0x00, 0x00, 0x3F}}.bytes();
-    bytes[20] = 1;  // it says integers
-    EXPECT_TRUE(open(bytes) && convert());
-    EXPECT_TRUE(pointsAre({0x400000}));
-}
-
-TEST_F(IRFile, givesTheSameEveryTime) {
-    ASSERT_TRUE(open(WaveFile{.sampleRate = 96000, .data = FileBytes(3000, 0x35)}.bytes()) && convert());
-    const Points first = points;
-    EXPECT_EQ(first[100], 0x353500U);
-    points.fill(1);
-    EXPECT_TRUE(convert());
-    EXPECT_EQ(points, first);
-}
-
 TEST_F(IRFile, internalFile_isAcceptedAtAnyLength) {
-    for (const std::size_t size : {8, 11, 12, 512, 2048, 5000}) {
-        RVIRFile other;
-        EXPECT_TRUE(other.OpenFilePath(dir.write("internal", internal(3, size)))) << size;
-        EXPECT_TRUE(other.isInteralIR && other.IsFileOpenSuccess);
-        EXPECT_EQ(other.FileSize, size);
-        EXPECT_EQ(other.PointSize, 0U);
+    for (const std::size_t size : {8U, 511U, 512U, 516U}) {
+        FileBytes bytes = internal(3, size);
+        bytes.back() = 0x11;
+        EXPECT_TRUE(open(bytes)) << size;
+        EXPECT_TRUE(file.isInteralIR && file.IsFileOpenSuccess);
+        EXPECT_EQ(file.FileSize, size);
+        EXPECT_EQ(file.PointSize, 0U);
+        EXPECT_TRUE(convert());
+        EXPECT_EQ(points[0], 0U);
+        EXPECT_EQ(points[1], size < 516 ? 0U : 0x11U);
+        EXPECT_EQ(points[2], 0U);
     }
-}
-
-TEST_F(IRFile, internalFile_givesIts512SamplesUnchanged) {
-    FileBytes bytes = internal(0xEE, 512);
-    for (std::uint32_t k = 0; k < 512; ++k) {
-        append(bytes, 0xFF0000 - k, 3);
-    }
-    append(bytes, "and more");
-    EXPECT_TRUE(open(bytes) && convert());
-    EXPECT_EQ(points[0], 0xFF0000U);
-    EXPECT_EQ(points[1], 0xFEFFFFU);
-    EXPECT_EQ(points[256], 0xFEFF00U);
-    EXPECT_EQ(points[511], 0xFEFE01U);
-}
-
-TEST_F(IRFile, shortInternalFile_isFilledUpWithZeroBytes) {
-    FileBytes bytes = internal(0xEE, 7);
-    EXPECT_TRUE(open(bytes) && convert());
-    EXPECT_TRUE(pointsAre({}));
-    bytes.resize(512, 0xEE);
-    EXPECT_TRUE(open(bytes) && convert());
-    EXPECT_TRUE(pointsAre({}));
-    append(bytes, 0x332211, 3);
-    append(bytes, 0x5544, 2);
-    EXPECT_TRUE(open(bytes) && convert());
-    EXPECT_TRUE(pointsAre({0x332211, 0x005544}));
 }
 
 TEST_F(IRFile, internalName_isWrittenOverTheOldOne) {
