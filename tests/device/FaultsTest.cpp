@@ -69,7 +69,10 @@ TEST(Faults, eachIsSwitchedOnByItsName_withTheUsualNumberOrTheGreatest) {
         EXPECT_EQ(numberIn(all), -1);
         EXPECT_EQ(switchOn(name, all), std::nullopt);
         EXPECT_EQ(numberIn(all), usual);
-        if (!numbers.empty()) {
+        if (numbers.empty()) {
+            EXPECT_EQ(faultTable()[i].usual, 0U);
+            EXPECT_EQ(numbersOf(faultTable()[i]), "0 to 0");
+        } else {
             EXPECT_EQ(numbersOf(faultTable()[i]), numbers);
             EXPECT_EQ(switchOn(std::string(name) + '=' + std::to_string(greatest), all), std::nullopt);
             EXPECT_EQ(numberIn(all), greatest);

@@ -13,7 +13,7 @@ using std::chrono::seconds;
 using Frames = std::vector<Bytes>;
 using Lines = std::vector<std::string>;
 
-/// A name as the last packet of an import to CAB slot 3.
+/// An import to CAB slot 3 with this name.
 Frames named(std::string name) {
     name = std::string("\3\4", 2) + name;
     name.resize(12);
@@ -64,7 +64,7 @@ const Dialogue kDialogues[] = {
     {"phase 5", misfit(0xE1, {3, 5}, 514)},
     {"short plane", misfit(0xE1, {3, 1}, 513)},
     {"short deletion", misfit(0xE4, {3}, 513)},
-    {"deletion with a 1 at once", misfit(0xE4, {3}, 514, 1)},
+    {"deletion with a 1 after the slot", misfit(0xE4, {3}, 514, 1)},
     {"deletion with a 1 in the middle", misfit(0xE4, {3}, 514, 300)},
     {"deletion with a 1 at the end", misfit(0xE4, {3}, 514, 513)},
 };

@@ -42,9 +42,8 @@ protected:
         std::tie(keyboard, commands) = socketPair();
         thread = std::thread([this] { runUsbLoop(commands.get(), console, cable, note()); });
     }
-    ~RunningLoop() override { end(); }
-
-    void end() {
+    /// The end of the commands ends the loop.
+    ~RunningLoop() override {
         shutdown(keyboard.get(), SHUT_WR);
         if (thread.joinable()) {
             thread.join();
@@ -286,11 +285,6 @@ TEST_F(PluggedLoop, pullsTheCableOnQuit) {
     EXPECT_EQ(fromDevice(1), "");
     thread.join();
     EXPECT_TRUE(lines.empty());
-}
-
-TEST_F(PluggedLoop, pullsTheCableAtTheEndOfTheCommands) {
-    end();
-    EXPECT_EQ(fromDevice(1), "");
 }
 
 TEST_F(RunningLoop, helpsAsTheManualPageDoes) {
