@@ -11,8 +11,6 @@
 namespace kelvo {
 namespace {
 
-using Points = std::array<std::uint32_t, kPointCount>;
-
 std::string text(const NameBuffer& name) {
     return {name.begin(), name.end()};
 }
@@ -40,7 +38,7 @@ protected:
 
     const SampleDir dir;
     RVIRFile file;
-    Points points;
+    PointBuffer points;
 };
 
 TEST_F(IRFile, beforeItIsOpened_hasABlankNameAndNoPoints) {
@@ -59,6 +57,12 @@ TEST_F(IRFile, acceptsAWaveFile) {
     EXPECT_TRUE(convert());
     EXPECT_EQ(points[1], 0x040300U);
     EXPECT_EQ(points[2], 0U);
+}
+
+TEST_F(IRFile, samplesBeyondTheDeclaredOnes_areNotUsed) {
+    EXPECT_TRUE(open(WaveFile{.data = {1, 2, 3, 4}, .declaredDataSize = 2}.bytes()) && convert());
+    EXPECT_EQ(points[0], 0x020100U);
+    EXPECT_EQ(points[1], 0U);
 }
 
 TEST_F(IRFile, thatBreaksARule_isRefused) {
