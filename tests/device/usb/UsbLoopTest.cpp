@@ -266,8 +266,9 @@ TEST_F(PluggedLoop, sleepsWhileThereIsNothingToDo) {
 
 // A poll(2) over more descriptors than the process may have fails, each time.
 TEST_F(PluggedLoop, endsWithALineWhenItCannotWait) {
-    // UndefinedBehaviorSanitizer learns what the object is that knows the words with descriptors, which are gone then.
+    // UndefinedBehaviorSanitizer learns the types of objects with descriptors, which are gone then.
     static_cast<void>(std::generic_category().message(0));
+    type("");
     rlimit old{};
     getrlimit(RLIMIT_NOFILE, &old);
     const rlimit one{.rlim_cur = 1, .rlim_max = old.rlim_max};
