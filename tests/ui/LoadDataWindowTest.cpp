@@ -8,6 +8,7 @@
 #include <QTest>
 #include <QTimerEvent>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -22,6 +23,21 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// Calls a function with each event of the objects that it is installed on.
+class Watcher : public QObject {
+public:
+    explicit Watcher(std::function<void(QObject*, QEvent::Type)> note) : note_(std::move(note)) {}
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        note_(object, event->type());
+        return false;
+    }
+
+private:
+    std::function<void(QObject*, QEvent::Type)> note_;
+};
 
 class LoadDataWindow : public testing::Test {
 protected:
@@ -49,97 +65,63 @@ TEST_F(LoadDataWindow, ticksAtOnceAndThenTwiceASecond) {
     ASSERT_TRUE(QTest::qWaitFor([this] { return text() == "75%"; }, 20000));
 }
 
-TEST_F(LoadDataWindow, percentage_isAnInteger_onlyExactlyOneEnds) {
-    const std::pair<double, const char*> rows[] = {
-        {0.0, "0%"},
-        {0.5, "50%"},
-        {0.376, "38%"},
-        {0.995, "100%"},
-        {198.0 / 199.0, "99%"},
-        {0.9999999, "100%"},
-        {0.99999999999999989, "100%"},
-    };
-    window().show();
-    for (const auto& [value, shown] : rows) {
-        bar().setFloatValue(value);
+TEST_F(LoadDataWindow, percentage_isAnInteger_onlyExactlyOneEndsTheModalRun) {
+    QTimer::singleShot(0, &window(), [this] {
+        for (const auto& [value, shown] : {std::pair{0.0, "0%"},
+                                           {0.376, "38%"},
+                                           {198.0 / 199.0, "99%"},
+                                           {0.995, "100%"},
+                                           {0.99999999999999989, "100%"}}) {
+            bar().setFloatValue(value);
+            tick();
+            EXPECT_EQ(text(), shown);
+            EXPECT_TRUE(window().isVisible());
+            EXPECT_TRUE(controller_.timer()->isActive());
+        }
+        bar().setFloatValue(199 / 199.0);
         tick();
-        EXPECT_EQ(text(), shown);
-        EXPECT_TRUE(window().isVisible());
-        EXPECT_TRUE(controller_.timer()->isActive());
-    }
-}
-
-TEST_F(LoadDataWindow, atExactlyOne_shows100AndEndsTheModalRun) {
-    bar().setFloatValue(199 / 199.0);
+    });
     runModalForWindow(window());
-    EXPECT_EQ(text(), "100%");
     EXPECT_FALSE(window().isVisible());
     EXPECT_FALSE(controller_.timer()->isActive());
     EXPECT_THAT(exits_, IsEmpty());
 }
 
-/// What has been painted last in the window, and what has happened to it.
-class Watcher : public QObject {
-public:
-    explicit Watcher(LoadDataWindowController& controller) : controller_(controller) {
-        for (QObject* const watched : std::initializer_list<QObject*>{controller.window(), controller.loadDataLabel(),
-                                                                      controller.progressBar()}) {
-            watched->installEventFilter(this);
-        }
-        stopped_ = controller.timer()->bindableActive().addNotifier([this] { events_.push_back("cancelled"); });
-    }
-    const std::vector<std::string>& events() const { return events_; }
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override {
-        if (event->type() == QEvent::Paint && object == controller_.loadDataLabel()) {
-            painted_ = controller_.loadDataLabel()->text().toStdString();
-        } else if (event->type() == QEvent::Paint && object == controller_.progressBar()) {
-            fill_ = controller_.progressBar()->innerClipLayer().frame().width();
-        } else if (event->type() == QEvent::Hide && object == controller_.window()) {
-            events_.push_back(painted_ + " over a fill of " + std::to_string(std::lround(fill_)));
-        }
-        return false;
-    }
-
-private:
-    LoadDataWindowController& controller_;
-    QPropertyNotifier stopped_;
-    std::vector<std::string> events_;
-    std::string painted_;
-    double fill_ = 0.0;
-};
-
 TEST_F(LoadDataWindow, beforeItGoes_hasPainted100AndAFullBarAndThenCancelsItsTimer) {
+    std::string painted;
+    double fill = 0.0;
+    std::vector<std::string> events;
+    Watcher watcher([&](QObject* object, QEvent::Type type) {
+        if (type == QEvent::Paint && object == controller_.loadDataLabel()) {
+            painted = text().toStdString();
+        } else if (type == QEvent::Paint && object == &bar()) {
+            fill = bar().innerClipLayer().frame().width();
+        } else if (type == QEvent::Hide && object == &window()) {
+            events.push_back(painted + " over a fill of " + std::to_string(std::lround(fill)));
+        }
+    });
+    window().installEventFilter(&watcher);
+    bar().installEventFilter(&watcher);
+    controller_.loadDataLabel()->installEventFilter(&watcher);
     window().show();
     QCoreApplication::processEvents();
-    const Watcher watcher(controller_);
+    const auto stopped = controller_.timer()->bindableActive().addNotifier([&] { events.push_back("cancelled"); });
+    // The tick comes before the main thread has laid out the bar.
     std::thread([this] { bar().setFloatValue(1.0); }).join();
-    // It comes before the main thread's turn to lay out the bar.
     tick();
-    EXPECT_THAT(watcher.events(), ElementsAre("100% over a fill of 338", "cancelled"));
+    EXPECT_THAT(events, ElementsAre("100% over a fill of 338", "cancelled"));
 }
 
-TEST_F(LoadDataWindow, itsCloseButtonEndsTheProcessWithStatusZeroEachTime) {
-    window().show();
-    window().close();
-    EXPECT_THAT(exits_, ElementsAre(0));
-    window().close();
-    EXPECT_THAT(exits_, ElementsAre(0, 0));
-}
-
-TEST_F(LoadDataWindow, escapeDoesNothing) {
+TEST_F(LoadDataWindow, onlyItsCloseButtonEndsTheProcess_withStatusZeroEachTime) {
     window().show();
     QTest::keyClick(&window(), Qt::Key_Escape);
     EXPECT_TRUE(window().isVisible());
     EXPECT_THAT(exits_, IsEmpty());
-}
-
-TEST_F(LoadDataWindow, hasNoMinimiseAndNoMaximiseButtonAndAFixedSize) {
-    const Qt::WindowFlags flags = window().windowFlags();
-    EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
-    EXPECT_FALSE(flags & Qt::WindowMinimizeButtonHint);
-    EXPECT_FALSE(flags & Qt::WindowMaximizeButtonHint);
+    window().close();
+    window().close();
+    EXPECT_THAT(exits_, ElementsAre(0, 0));
+    EXPECT_EQ(window().windowFlags() & (Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
+              Qt::WindowCloseButtonHint);
     EXPECT_EQ(window().minimumSize(), window().maximumSize());
 }
 
