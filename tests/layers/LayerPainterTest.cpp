@@ -43,21 +43,14 @@ protected:
     }
 };
 
-TEST_F(LayerPainterTest, background_fillsTheFrameAndNothingElse) {
-    root.setFrame({1, 1, 2, 2});
-    root.setBackground(Layer::Gradient{Qt::red});
-    EXPECT_EQ(drawn({4, 4}),
-              "...."
-              ".rr."
-              ".rr."
-              "....");
-}
-
 TEST_F(LayerPainterTest, sublayers_lieInTheSuperlayersCoordinatesOverItsBackground) {
-    root.setFrame({2, 0, 4, 1});
+    root.setFrame({2, 1, 4, 1});
     root.setBackground(Layer::Gradient{Qt::blue});
     addSublayer({2, 0, 1, 1}, Qt::green);
-    EXPECT_EQ(drawn({8, 1}), "..bbgb..");
+    EXPECT_EQ(drawn({8, 3}),
+              "........"
+              "..bbgb.."
+              "........");
 }
 
 TEST_F(LayerPainterTest, mask_cutsOffAtTheBounds) {
@@ -70,49 +63,29 @@ TEST_F(LayerPainterTest, mask_cutsOffAtTheBounds) {
               ".rr."
               ".rr."
               "....");
+    root.setCornerRadius(1.0);
+    EXPECT_EQ(drawn({4, 4}),
+              "...."
+              ".??."
+              ".??."
+              "....");
     root.setFrame({1, 0, 0, 4});
     EXPECT_EQ(drawn({4, 4}), std::string(16, '.'));
-}
-
-TEST_F(LayerPainterTest, maskTurnedOffAgain_cutsNothingOff) {
-    root.setFrame({0, 0, 4, 4});
-    root.setCornerRadius(2.0);
-    root.setMasksToBounds(true);
-    addSublayer({0, 0, 4, 4}, Qt::red);
-    EXPECT_LT(qAlpha(compose({4, 4}).pixel(0, 0)), 255);
-    root.setCornerRadius(0.0);
-    EXPECT_EQ(drawn({4, 4}), std::string(16, 'r'));
-    root.setCornerRadius(2.0);
     root.setMasksToBounds(false);
-    EXPECT_EQ(drawn({4, 4}), std::string(16, 'r'));
-    root.setOpacity(0.5F);
+    root.setOpacity(0.5F);  // so that the layer's coverage is used
     seconds = 1.0;
     EXPECT_EQ(compose({4, 4}).pixel(0, 0), 0x80800000U);
 }
 
-TEST_F(LayerPainterTest, mask_coversAnEdgePixelOnceHoweverManyLayersLieThere) {
+TEST_F(LayerPainterTest, mask_mixesAnEdgePixelOnceHoweverManyLayersLieThere) {
     Layer above(scene);
-    root.setFrame({0, 0, 1.5, 1});
-    root.setMasksToBounds(true);
-    addSublayer({0, 0, 9, 1}, Qt::white);
-    root.addSublayer(above);
-    above.setFrame({0, 0, 9, 1});
-    above.setBackground(Layer::Gradient{Qt::white});
-    EXPECT_EQ(compose({3, 1}).pixel(0, 0), 0xffffffffU);
-    EXPECT_NEAR(qAlpha(compose({3, 1}).pixel(1, 0)), 128, 1);
-}
-
-TEST_F(LayerPainterTest, maskOverOtherLayers_mixesWithThemAtItsEdge) {
-    Layer masked(scene);
-    Layer inside(scene);
     root.setFrame({0, 0, 4, 1});
     root.setBackground(Layer::Gradient{Qt::black});
-    root.addSublayer(masked);
-    masked.setFrame({0, 0, 2.5, 1});
-    masked.setMasksToBounds(true);
-    masked.addSublayer(inside);
-    inside.setFrame({0, 0, 4, 1});
-    inside.setBackground(Layer::Gradient{Qt::white});
+    addSublayer({0, 0, 2.5, 1}, Qt::white);
+    sublayer.setMasksToBounds(true);
+    sublayer.addSublayer(above);
+    above.setFrame({0, 0, 9, 1});
+    above.setBackground(Layer::Gradient{Qt::white});
     const QImage image = compose({4, 1});
     EXPECT_EQ(image.pixel(1, 0), 0xffffffffU);
     EXPECT_NEAR(qRed(image.pixel(2, 0)), 128, 1);
@@ -129,6 +102,7 @@ TEST_F(LayerPainterTest, cornerRadius_isAtMostHalfTheShorterSide) {
     EXPECT_EQ(qAlpha(image.pixel(39, 19)), 0);
     EXPECT_GT(qAlpha(image.pixel(10, 0)), 250);
     EXPECT_GT(qAlpha(image.pixel(0, 10)), 240);
+    EXPECT_FALSE(roundedRect({0, 0, 10, 10}, 1.0).contains(QPointF(0.1, 0.1)));
 }
 
 TEST_F(LayerPainterTest, opacity_fadesTheCompleteLayer) {
@@ -161,15 +135,8 @@ TEST_F(LayerPainterTest, contents_fillTheBoundsAtTheRequestedResolution) {
     EXPECT_EQ(drawn({8, 2}, 4.0),
               "rrrr...."
               "rrrr....");
-}
-
-TEST_F(LayerPainterTest, emptyContents_areNotDrawn) {
-    root.setFrame({0, 0, 2, 1});
-    for (const QSizeF size : {QSizeF(0, 10), QSizeF(10, -1)}) {
-        root.setContents(LayerImage(size, [](QPainter&) { ADD_FAILURE(); }));
-        EXPECT_EQ(drawn({2, 1}), "..");
-    }
-    EXPECT_TRUE(LayerImage().isEmpty());
+    root.setContents(LayerImage({10, -1}, [](QPainter&) { ADD_FAILURE(); }));
+    EXPECT_EQ(drawn({2, 1}), "..");
 }
 
 TEST_F(LayerPainterTest, pattern_repeatsFromTheBoundsCorner) {
@@ -178,25 +145,19 @@ TEST_F(LayerPainterTest, pattern_repeatsFromTheBoundsCorner) {
     EXPECT_EQ(drawn({12, 2}),
               "...rr..rr..."
               "...rr..rr...");
-}
-
-TEST_F(LayerPainterTest, patternOfTilesThatEndWithinAPixel_hasNoGap) {
-    root.setFrame({0, 0, 90, 20});
-    root.setBackground(LayerImage({30, 20}, [](QPainter& painter) {
+    root.setBackground(redLeftHalf({0, 20}));
+    EXPECT_EQ(drawn({4, 1}), "....");
+    // A tile that ends within a pixel leaves no gap, and one smaller than a pixel is there.
+    root.setBackground(Layer::Gradient{});
+    addSublayer({-3, 0, 90, 20}, Qt::red);
+    sublayer.setBackground(LayerImage({30, 20}, [](QPainter& painter) {
         painter.fillRect(QRectF(0, 0, 30, 20), Qt::white);
         painter.fillRect(QRectF(0, 0, 15, 20), Qt::black);
     }));
     const std::string tile = std::string(19, 'k') + std::string(19, 'w');
     EXPECT_EQ(drawn({112, 1}, 1.25), (tile + tile + tile).substr(0, 112));
-}
-
-TEST_F(LayerPainterTest, patternOfATileSmallerThanAPixel_isThereUnlessItIsEmpty) {
-    const auto red = [](QPainter& painter) { painter.fillRect(0, 0, 1, 1, Qt::red); };
-    root.setFrame({0, 0, 4, 1});
-    root.setBackground(LayerImage({0.01, 0.01}, red));
+    sublayer.setBackground(LayerImage({0.01, 0.01}, [](QPainter& painter) { painter.fillRect(0, 0, 1, 1, Qt::red); }));
     EXPECT_EQ(drawn({4, 1}), "rrrr");
-    root.setBackground(LayerImage({0, 20}, red));
-    EXPECT_EQ(drawn({4, 1}), "....");
 }
 
 TEST_F(LayerPainterTest, picture_isPaintedOnceUntilItChanges) {
@@ -207,10 +168,8 @@ TEST_F(LayerPainterTest, picture_isPaintedOnceUntilItChanges) {
         compose({8, 4}, ratio);
         return drawings - before;
     };
-    root.setFrame({0, 0, 4, 2});
     root.setContents(LayerImage({2, 2}, [&drawings](QPainter&) { ++drawings; }));
-    EXPECT_EQ(paintsAfter([] {}, 1.0), 1);
-    EXPECT_EQ(paintsAfter([] {}, 1.0), 0);
+    EXPECT_EQ(paintsAfter([this] { root.setFrame({0, 0, 4, 2}); }, 1.0), 1);
     EXPECT_EQ(paintsAfter([this] { root.setFrame({1, 0, 4, 2}); }, 1.0), 0);
     EXPECT_EQ(paintsAfter([] {}), 1);
     EXPECT_EQ(paintsAfter([] {}), 0);
@@ -221,8 +180,8 @@ TEST_F(LayerPainterTest, picture_isPaintedOnceUntilItChanges) {
 }
 
 TEST_F(LayerPainterTest, gradient_runsFromTopToBottomAtEvenDistances) {
-    addSublayer({0, 0, 1, 200}, Qt::red);
-    sublayer.setBackground(Layer::Gradient{QColor(255, 0, 0), QColor(0, 255, 0), QColor(0, 0, 255)});
+    root.setFrame({0, 0, 1, 200});
+    root.setBackground(Layer::Gradient{QColor(255, 0, 0), QColor(0, 255, 0), QColor(0, 0, 255)});
     const QImage image = compose({1, 200});
     EXPECT_NEAR(qRed(image.pixel(0, 0)), 254, 1);
     EXPECT_NEAR(qGreen(image.pixel(0, 99)), 254, 2);
@@ -231,18 +190,9 @@ TEST_F(LayerPainterTest, gradient_runsFromTopToBottomAtEvenDistances) {
 }
 
 TEST_F(LayerPainterTest, layerFarLargerThanThePicture_isBounded) {
-    root.setFrame({0, 0, 4, 1});
-    root.setMasksToBounds(true);
-    addSublayer({0, 0, 1e6, 1}, Qt::red);
-    EXPECT_EQ(drawn({4, 1}), "rrrr");
-    EXPECT_EQ(sublayer.picture(1.0).width(), 16384);
-    sublayer.setBackground(Layer::Gradient{});
-    EXPECT_EQ(drawn({4, 1}), "....");
-}
-
-TEST(RoundedRect, ofTheSmallestRadius_isRound) {
-    EXPECT_FALSE(roundedRect({0, 0, 10, 10}, 1.0).contains(QPointF(0.1, 0.1)));
-    EXPECT_TRUE(roundedRect({0, 0, 10, 10}, 0.0).contains(QPointF(0.1, 0.1)));
+    root.setFrame({0, 0, 1e6, 1});
+    root.setBackground(Layer::Gradient{Qt::red});
+    EXPECT_EQ(root.picture(1.0).width(), 16384);
 }
 
 }  // namespace

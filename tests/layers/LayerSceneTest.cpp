@@ -31,21 +31,6 @@ protected:
     }
 };
 
-TEST_F(LayerSceneTest, completionRunsOnceWhenTheLastAnimationHasEnded) {
-    scene.begin();
-    complete("a");
-    animate("1", 1.0);
-    animate("2", 2.0);
-    animate("3", 2.0);
-    scene.commit();
-    step(1.0);
-    EXPECT_EQ(done, "");
-    step(1.0);
-    EXPECT_EQ(done, "a");
-    step(1.0);
-    EXPECT_EQ(done, "a");
-}
-
 TEST_F(LayerSceneTest, completionWithoutAnimationsRunsAtTheCommit) {
     scene.begin();
     complete("a");
@@ -72,16 +57,21 @@ TEST_F(LayerSceneTest, completionRunsWhenItsAnimationIsReplacedOrRemoved) {
     EXPECT_EQ(done, "ab");
 }
 
-TEST_F(LayerSceneTest, completionWaitsOnlyForTheAnimationsBetweenItAndTheNext) {
+TEST_F(LayerSceneTest, completionRunsOnceAfterTheLastAnimationBetweenItAndTheNext) {
     scene.begin();
     animate("endless", 1.0, std::numeric_limits<double>::infinity());
     complete("a");
-    animate("1", 2.0);
+    animate("1", 1.0);
+    animate("2", 2.0);
+    animate("3", 2.0);
     complete("b");
-    animate("2", 1.0);
+    animate("4", 1.0);
     scene.commit();
+    EXPECT_EQ(done, "");
     step(1.0);
     EXPECT_EQ(done, "b");
+    step(1.0);
+    EXPECT_EQ(done, "ba");
     step(1.0);
     EXPECT_EQ(done, "ba");
 }
@@ -176,38 +166,29 @@ TEST_F(LayerSceneTest, onlyAFiniteAnimationIsEnding) {
 }
 
 TEST_F(LayerSceneTest, everyChangeIsReported) {
-    Layer other(scene);
-    const std::pair<bool, std::function<void()>> rows[] = {
-        {true,
-         [&] {
-             layer.setFrame({0, 0, 1, 1});
-         }},
-        {true,
-         [&] {
-             layer.setAnchorPoint({0, 0});
-         }},
-        {true, [&] { layer.setCornerRadius(3); }},
-        {true, [&] { layer.setMasksToBounds(true); }},
-        {true, [&] { layer.setOpacity(0.5F); }},
-        {false, [&] { layer.setOpacity(0.5F); }},
-        {true, [&] { layer.setBackground(Layer::Gradient{Qt::red}); }},
-        {true,
-         [&] {
-             layer.setContents(LayerImage({1, 1}, [](QPainter&) {}));
-         }},
-        {true, [&] { layer.addSublayer(other); }},
-        {true, [&] { animate("1"); }},
-        {false, [&] { step(0.1); }},
-        {true, [&] { step(0.9); }},
-        {true, [&] { animate("2"); }},
-        {true, [&] { layer.removeAnimation("2"); }},
-        {false, [&] { layer.removeAnimation("2"); }},
-    };
-    for (const auto& [isReported, change] : rows) {
+    const auto isReported = [this](const std::function<void()>& change) {
         const int before = changes;
         change();
-        EXPECT_EQ(changes > before, isReported);
-    }
+        return changes > before;
+    };
+    Layer other(scene);
+    const LayerImage image({1, 1}, [](QPainter&) {});
+    const QRectF frame(0, 0, 1, 1);
+    EXPECT_TRUE(isReported([&] { layer.setFrame(frame); }));
+    EXPECT_TRUE(isReported([&] { layer.setAnchorPoint(QPointF()); }));
+    EXPECT_TRUE(isReported([&] { layer.setCornerRadius(3); }));
+    EXPECT_TRUE(isReported([&] { layer.setMasksToBounds(true); }));
+    EXPECT_TRUE(isReported([&] { layer.setBackground(Layer::Gradient{Qt::red}); }));
+    EXPECT_TRUE(isReported([&] { layer.setContents(image); }));
+    EXPECT_TRUE(isReported([&] { layer.addSublayer(other); }));
+    EXPECT_TRUE(isReported([&] { other.setOpacity(0.5F); }));
+    EXPECT_FALSE(isReported([&] { other.setOpacity(0.5F); }));
+    EXPECT_TRUE(isReported([&] { animate("1"); }));
+    EXPECT_FALSE(isReported([&] { step(0.1); }));
+    EXPECT_TRUE(isReported([&] { step(0.9); }));
+    EXPECT_TRUE(isReported([&] { animate("2"); }));
+    EXPECT_TRUE(isReported([&] { layer.removeAnimation("2"); }));
+    EXPECT_FALSE(isReported([&] { layer.removeAnimation("2"); }));
 }
 
 }  // namespace

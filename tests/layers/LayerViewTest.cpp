@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QWindow>
+#include <functional>
 #include <limits>
 #include <ostream>
 #include <string>
@@ -35,15 +36,20 @@ protected:
 class LayerViewTest : public testing::Test {
 protected:
     double seconds = 0.0;
-    QWidget window;
-    CountingView view{[this] { return seconds; }, &window};
+    QScrollArea window;
+    QWidget* const tall = new QWidget;
+    CountingView view{[this] { return seconds; }, tall};
     Layer layer{view.scene()};
 
     LayerViewTest() {
         view.setLayer(layer);
         view.resize(20, 10);
-        window.resize(100, 50);
+        tall->resize(100, 5000);
+        window.setWidget(tall);
+        window.resize(200, 100);
     }
+    ~LayerViewTest() override { view.setParent(nullptr); }
+
     void moveForEver() {
         layer.addAnimation({.keyPath = "position.x",
                             .fromValue = 0.0,
@@ -57,82 +63,45 @@ protected:
         window.show();
         QCoreApplication::processEvents();
     }
-    bool hasTimer() { return !QAbstractEventDispatcher::instance()->registeredTimers(&view).isEmpty(); }
+    QList<QAbstractEventDispatcher::TimerInfo> timers() {
+        return QAbstractEventDispatcher::instance()->registeredTimers(&view);
+    }
     // Whether the view wants another frame after this one.
     bool asksForFrames() {
         view.advance();
-        return hasTimer();
-    }
-    /// Whether a few more frames come by themselves.
-    bool movesOn() {
-        const int before = view.frames;
-        return QTest::qWaitFor([&] { return view.frames >= before + 3; }, kPatience);
-    }
-    bool asksForFramesSoon() {
-        return QTest::qWaitFor([this] { return hasTimer(); }, kPatience) && asksForFrames();
+        return !timers().isEmpty();
     }
 
     static constexpr int kPatience = 20000;
 };
 
-TEST_F(LayerViewTest, movingOnScreen_asksForAtMostSixtyFramesASecond) {
-    moveForEver();
-    show();
-    EXPECT_TRUE(asksForFrames());
-    EXPECT_EQ(QAbstractEventDispatcher::instance()->registeredTimers(&view).at(0).interval, 17);
-}
-
-TEST_F(LayerViewTest, atRestOrNeverShown_requestsNoFrames) {
+TEST_F(LayerViewTest, asksForAtMostSixtyFramesASecondWhileItMovesAndIsSeen) {
     moveForEver();
     EXPECT_FALSE(asksForFrames());
+    show();
+    EXPECT_TRUE(asksForFrames());
+    EXPECT_EQ(timers().at(0).interval, 17);
+    const std::function<void(bool isSeen)> changes[] = {
+        [this](bool isSeen) { view.setVisible(isSeen); },
+        [this](bool isSeen) { window.setVisible(isSeen); },
+        [this](bool isSeen) { window.setWindowState(isSeen ? Qt::WindowNoState : Qt::WindowMinimized); },
+        [this](bool isSeen) { window.verticalScrollBar()->setValue(isSeen ? 0 : 2000); },
+    };
+    for (const auto& change : changes) {
+        SCOPED_TRACE(&change - changes);
+        change(false);
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(asksForFrames());
+        const int before = view.frames;
+        change(true);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return view.frames >= before + 3; }, kPatience));
+    }
     layer.removeAnimation("x");
-    show();
     EXPECT_FALSE(asksForFrames());
 }
 
-TEST_F(LayerViewTest, hiddenAlone_orWithItsWindow_asksForNone) {
-    moveForEver();
-    show();
-    EXPECT_TRUE(movesOn());
-    view.hide();
-    EXPECT_FALSE(asksForFrames());
-    view.show();
-    EXPECT_TRUE(movesOn());
-    window.hide();
-    EXPECT_FALSE(asksForFrames());
-}
-
-TEST_F(LayerViewTest, minimised_asksForNoneUntilRestored) {
-    moveForEver();
-    show();
-    window.setWindowState(Qt::WindowMinimized);
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(asksForFrames());
-    window.setWindowState(Qt::WindowNoState);
-    EXPECT_TRUE(movesOn());
-}
-
-TEST_F(LayerViewTest, scrolledAway_asksForNone) {
-    moveForEver();
-    QScrollArea area;
-    auto* const tall = new QWidget;
-    tall->resize(100, 5000);
-    view.setParent(tall);
-    area.setWidget(tall);
-    area.resize(200, 100);
-    area.show();
-    view.show();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(asksForFrames());
-    area.verticalScrollBar()->setValue(2000);
-    EXPECT_FALSE(asksForFrames());
-    area.verticalScrollBar()->setValue(0);
-    EXPECT_TRUE(asksForFramesSoon());
-    view.setParent(nullptr);
-}
-
-// The toolkit itself shows again what it has kept of the window, and paints nothing.
-TEST_F(LayerViewTest, exposedAgain_isPaintedSoThatItMovesOn) {
+// When exposed again, the toolkit itself shows what it has kept of the window, and paints nothing.
+TEST_F(LayerViewTest, exposureOrChange_isPaintedWithoutAnAnimation) {
     show();
     QCoreApplication::processEvents();
     const int before = view.frames;
@@ -140,6 +109,8 @@ TEST_F(LayerViewTest, exposedAgain_isPaintedSoThatItMovesOn) {
     QCoreApplication::sendEvent(window.windowHandle(), &exposed);
     QCoreApplication::processEvents();
     EXPECT_EQ(view.frames, before + 1);
+    layer.setFrame({3, 0, 1, 1});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.frames == before + 2; }, kPatience));
 }
 
 TEST_F(LayerViewTest, hidden_stillEndsWhatEnds) {
@@ -153,15 +124,7 @@ TEST_F(LayerViewTest, hidden_stillEndsWhatEnds) {
     EXPECT_EQ(view.frames, 0);
 }
 
-TEST_F(LayerViewTest, change_isPaintedWithoutAnAnimation) {
-    show();
-    const int before = view.frames;
-    layer.setFrame({3, 0, 1, 1});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view.frames > before; }, kPatience));
-}
-
 TEST_F(LayerViewTest, alphaValue_isTheLayersOpacity) {
-    EXPECT_EQ(view.alphaValue(), 1.0);
     view.setAlphaValue(0.5);
     EXPECT_EQ(layer.opacity(), 0.5F);
     EXPECT_EQ(view.alphaValue(), 0.5);
@@ -171,12 +134,11 @@ TEST(LayerView, withoutALayer_showsNothingAndIsOpaque) {
     LayerView view([] { return 0.0; });
     view.setAlphaValue(0.5);
     EXPECT_EQ(view.alphaValue(), 1.0);
-    EXPECT_EQ(view.layer(), nullptr);
-    view.resize(4, 4);
     QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    view.render(&image, {}, {}, {});
-    EXPECT_EQ(image.pixel(2, 2), 0x00000000U);
+    QPainter painter(&image);
+    view.paintFrame(painter);
+    EXPECT_EQ(image.pixel(2, 2), 0U);
 }
 
 struct Painting {
