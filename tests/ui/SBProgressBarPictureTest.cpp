@@ -150,19 +150,6 @@ TEST(SBProgressBarPicture, halfFilledBar_hasTheColoursOfItsDescription) {
     }
 }
 
-TEST(SBProgressBarPicture, onePeriodLater_theFrameIsTheSame) {
-    for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
-        BarStage stage(200, 20);
-        stage.bar.setFloatValue(0.8);
-        stage.step(0.07);
-        const QImage before = stage.shot(ratio);
-        stage.step(0.3);
-        EXPECT_EQ(stage.shot(ratio), before) << ratio;
-        stage.step(0.1);
-        EXPECT_NE(stage.shot(ratio), before) << ratio;
-    }
-}
-
 TEST(SBProgressBarPicture, borderShadowAndStripes_showTheirChangeAtTheNextResizeOnly) {
     BarStage reference(200, 20);
     reference.bar.setFloatValue(0.5);
