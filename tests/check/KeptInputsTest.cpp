@@ -38,19 +38,5 @@ TEST(KeptInputs, areAllEitherAcceptedOrRefusedInPrintableWords) {
     EXPECT_GE(count, 41);
 }
 
-TEST(KeptInputs, ofTheTwoReadersAreSortedAsTheirNamesSay) {
-    const SampleDir dir;
-    const auto refusal = [&](const char* input, const char* name) {
-        return checkFile(dir.write(name, bytesOf(QString(KELVO_FUZZ) + "/seeds/" + input)).toUtf8()).refusal;
-    };
-    for (const char* const good : {"IRFile/floats", "IRFile/internal", "IRFile/stereo24", "IRFile/mono16-96000"}) {
-        EXPECT_EQ(refusal(good, "a.wav"), "") << good;
-    }
-    EXPECT_EQ(refusal("IRFile/mono16-22050", "a.wav"),
-              "its sample rate in Hz, at byte 24, is 22050; allowed are 44100, 48000, 88200 and 96000");
-    EXPECT_EQ(refusal("AMPFile/whole", "a.amp"), "");
-    EXPECT_EQ(refusal("AMPFile/line-end", "a.amp"), "its last three bytes are \".0\\x0a\" instead of \"2.0\"");
-}
-
 }  // namespace
 }  // namespace kelvo

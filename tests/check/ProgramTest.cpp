@@ -37,10 +37,6 @@ protected:
                 process.readAllStandardError().toStdString()};
     }
 
-    QString wave(const QString& name = "a.wav") const {
-        return dir.write(name, WaveFile{.data = FileBytes(1024, 0x11)}.bytes());
-    }
-
     const SampleDir dir;
     QProcess process;
 };
@@ -56,111 +52,83 @@ TEST_F(Program, ofTheSamples_printsWhatItAlwaysDid) {
     EXPECT_EQ(result.err, "");
 }
 
-TEST_F(Program, refusedFile_isFollowedByTheRest_endsWith1) {
+TEST_F(Program, hasAnAnswerAndAStatusForEachCall) {
     process.setWorkingDirectory(dir.path("."));
-    wave();
-    const Outcome result = run({"no.wav", "a.wav", "a.mp3"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out,
-              "no.wav: refused: it cannot be opened: No such file or directory\n"
-              "a.wav: accepted\n"
-              "  kind:     impulse response, for a CAB slot\n"
-              "  name:     \"A\"\n"
-              "  rate:     44100 Hz\n"
-              "  depth:    16-bit integer\n"
-              "  channels: 1\n"
-              "  frames:   512 in the file, 512 used\n"
-              "  peak:     -17.50 dBFS (0.133331 of full scale)\n"
-              "  level:    14.12 dB of a unit pulse\n"
-              "  onset:    0.00 ms\n"
-              "  energy:   100.0 % kept\n"
-              "  response: up to 0.00 dB off the file's, at 8000 Hz\n"
-              "a.mp3: refused: its name ends neither in \".wav\" nor in \".amp\"\n"
-              "\n"
-              "1 of 3 are accepted\n");
-    EXPECT_EQ(result.err, "");
-}
-
-TEST_F(Program, ofTwoFiles_endsWithASummary) {
-    EXPECT_TRUE(run({wave("a.wav"), wave("b.wav")}).out.ends_with("\n\n2 of 2 are accepted\n"));
-}
-
-TEST_F(Program, ofAFolder_endsWithASummaryAndTheLinesForSox) {
-    process.setWorkingDirectory(dir.path("."));
-    dir.write("x.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes());
-    const Outcome result = run({"."});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(
-        result.out,
-        "./x.wav: refused: its sample rate in Hz, at byte 24, is 8000; allowed are 44100, 48000, 88200 and 96000\n"
-        "\n"
-        "0 of 1 are accepted\n"
-        "sox --no-clobber './x.wav' './x-converted.wav' rate 44100\n");
-}
-
-TEST_F(Program, givesJsonWithoutASummary) {
-    process.setWorkingDirectory(dir.path("."));
-    const Outcome result = run({"--json", "no.wav", "a.mp3"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(
-        result.out,
-        "{\"accepted\":false,\"file\":\"no.wav\",\"refusal\":\"it cannot be opened: No such file or directory\"}\n"
-        "{\"accepted\":false,\"file\":\"a.mp3\",\"refusal\":\"its name ends neither in \\\".wav\\\" nor in "
-        "\\\".amp\\\"\"}\n");
-}
-
-TEST_F(Program, givesAnObjectOfTheSetWhenAsked) {
-    process.setWorkingDirectory(dir.path("."));
-    wave("a.wav");
-    wave("b.wav");
-    const Outcome result = run({"--json", "--set", "a.wav", "b.wav"});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(std::ranges::count(result.out, '\n'), 3);
-    EXPECT_NE(result.out.find("\n{\"set\":{\"accepted\":2,\"files\":2,"), std::string::npos) << result.out;
-}
-
-TEST_F(Program, readsNamesThatAreNotAsciiInAnyLocale) {
-    const Outcome result =
-        run({wave(QString::fromUtf8("\xC3\x9C"
-                                    "ber.wav"))});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.out.find("/\xC3\x9C"
-                              "ber.wav: accepted\n  kind:     impulse response, for a CAB slot\n"
-                              "  name:     \"\xC3\x9C"
-                              "BE\"\n"),
-              std::string::npos)
-        << result.out;
-    EXPECT_EQ(result.err, "");
-}
-
-TEST_F(Program, letsNoControlThroughToTheTerminal) {
-    process.setWorkingDirectory(dir.path("."));
-    const Outcome result = run({"\x1B[31m\n.amp"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "\\x1b[31m\\x0a.amp: refused: it cannot be opened: No such file or directory\n");
-}
-
-TEST_F(Program, wronglyUsed_plotsNothing) {
-    const QString picture = dir.path("x.png");
-    const Outcome result = run({"--plot", picture, wave(), wave()});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err,
-              "kelvo-check: With --plot exactly one .wav file is needed.\nusage: kelvo-check [--json [--set] | --plot "
-              "OUT.png | --prepare DIR] FILE...\nTry 'kelvo-check --help'.\n");
-    EXPECT_FALSE(QFileInfo::exists(picture));
-}
-
-TEST_F(Program, namesItsOptionsInItsHelp) {
-    const std::string help = run({"--help"}).out;
-    for (const char* const option : {"  --json  ", "  --set  ", "  --plot OUT.png  ", "  --prepare DIR  "}) {
-        EXPECT_NE(help.find(option), std::string::npos) << option;
+    ASSERT_TRUE(QDir().mkdir(dir.path("folder")));
+    dir.write("folder/x.wav", WaveFile{.sampleRate = 8000, .data = FileBytes(4)}.bytes());
+    dir.write("empty.wav", {});
+    dir.write("a.wav", WaveFile{.data = FileBytes(1024)}.bytes());
+    dir.write(QString::fromUtf8("\xC3\x9Cz.wav"), WaveFile{.data = FileBytes(1024)}.bytes());
+    dir.write("x.png", FileBytes{1, 2, 3});
+    const auto accepted = [](const std::string& file, const std::string& name, const std::string& note) {
+        return file + ": accepted\n  kind:     impulse response, for a CAB slot\n  name:     \"" + name +
+               "\"\n"
+               "  rate:     44100 Hz\n"
+               "  depth:    16-bit integer\n"
+               "  channels: 1\n"
+               "  frames:   512 in the file, 512 used\n"
+               "  peak:     none\n" +
+               note + "  note:     all its points are zero\n";
+    };
+    const struct {
+        QStringList arguments;
+        int status;
+        std::string out, err;
+    } rows[] = {
+        {{"no.wav", "a.wav"},
+         1,
+         "no.wav: refused: it cannot be opened: No such file or directory\n" + accepted("a.wav", "A", "") +
+             "\n1 of 2 are accepted\n",
+         ""},
+        {{"a.wav"}, 0, accepted("a.wav", "A", ""), ""},
+        {{QString::fromUtf8("\xC3\x9Cz.wav")},
+         0,
+         accepted("\xC3\x9Cz.wav", "\xC3\x9C",
+                  "  note:     its name is cut; the whole one is \"\xC3\x9CZ\"\n"
+                  "  note:     its name is not all printable ASCII; the pedal gets the bytes c3 9c\n"),
+         ""},
+        {{"folder"},
+         1,
+         "folder/x.wav: refused: its sample rate in Hz, at byte 24, is 8000; allowed are 44100, 48000, 88200 and "
+         "96000\n\n0 of 1 are accepted\n"
+         "sox --no-clobber './folder/x.wav' './folder/x-converted.wav' rate 44100\n",
+         ""},
+        {{"--json", "empty.wav", "empty.wav"},
+         1,
+         "{\"accepted\":false,\"file\":\"empty.wav\",\"refusal\":\"it is empty\"}\n"
+         "{\"accepted\":false,\"file\":\"empty.wav\",\"refusal\":\"it is empty\"}\n",
+         ""},
+        {{"--json", "--set", "empty.wav"},
+         1,
+         "{\"accepted\":false,\"file\":\"empty.wav\",\"refusal\":\"it is empty\"}\n"
+         "{\"set\":{\"accepted\":0,\"files\":1,\"otherLevels\":[],\"sameNames\":[]}}\n",
+         ""},
+        {{"\x1B[31m\n.amp"}, 1, "\\x1b[31m\\x0a.amp: refused: it cannot be opened: No such file or directory\n", ""},
+        {{"--plot", "x.png", "a.wav", "a.wav"},
+         2,
+         "",
+         "kelvo-check: With --plot exactly one .wav file is needed.\nusage: kelvo-check [--json [--set] | --plot "
+         "OUT.png | --prepare DIR] FILE...\nTry 'kelvo-check --help'.\n"},
+        {{"--plot", "x.png", "empty.wav"}, 1, "empty.wav: refused: it is empty\n", ""},
+        {{"--plot", "no/\n.png", "a.wav"},
+         2,
+         accepted("a.wav", "A", ""),
+         "kelvo-check: no/\\x0a.png cannot be written: No such file or directory\n"},
+    };
+    for (const auto& [arguments, status, out, err] : rows) {
+        SCOPED_TRACE(arguments.join(' ').toStdString());
+        const Outcome result = run(arguments);
+        EXPECT_EQ(result.status, status);
+        EXPECT_EQ(result.out, out);
+        EXPECT_EQ(result.err, err);
     }
+    EXPECT_EQ(QFileInfo(dir.path("x.png")).size(), 3);
 }
 
 TEST_F(Program, plotsOneWaveWithoutADisplay) {
     const QString picture = dir.path("x.png");
-    const Outcome result = run({"--plot", picture, wave()});
+    const Outcome result =
+        run({"--plot", picture, dir.write("a.wav", WaveFile{.data = FileBytes(1024, 0x11)}.bytes())});
     EXPECT_EQ(result.status, 0);
     EXPECT_NE(result.out.find(": accepted\n"), std::string::npos);
     EXPECT_EQ(result.err, "");
@@ -170,30 +138,12 @@ TEST_F(Program, plotsOneWaveWithoutADisplay) {
     EXPECT_EQ(saved.pixel(500, 95), 0xFFFFFFFF);
 }
 
-TEST_F(Program, refusedFile_keepsTheOldPicture) {
-    const QString picture = dir.write("x.png", FileBytes{1, 2, 3});
-    const Outcome result = run({"--plot", picture, dir.write("a.wav", {})});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.out.ends_with(": refused: it is empty\n")) << result.out;
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(QFileInfo(picture).size(), 3);
-}
-
-TEST_F(Program, endsWith2WhenThePictureCannotBeWritten) {
-    process.setWorkingDirectory(dir.path("."));
-    const Outcome result = run({"--plot", "no/\n.png", wave()});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_NE(result.out.find(": accepted\n"), std::string::npos);
-    EXPECT_EQ(result.err, "kelvo-check: no/\\x0a.png cannot be written: No such file or directory\n");
-}
-
 TEST_F(Program, fullDisk_keepsTheOldPicture) {
     process.setWorkingDirectory(dir.path("."));
     dir.write("x.png", FileBytes{1, 2, 3});
-    const QString line = QString("trap '' XFSZ; ulimit -f 1; exec %1 --plot x.png a.wav").arg(KELVO_CHECK);
-    wave();
+    dir.write("a.wav", WaveFile{.data = FileBytes(1024, 0x11)}.bytes());
     process.setReadChannel(QProcess::StandardError);
-    process.start("sh", {"-c", line});
+    process.start("sh", {"-c", QString("trap '' XFSZ; ulimit -f 1; exec %1 --plot x.png a.wav").arg(KELVO_CHECK)});
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 2);
     // A build that counts lines complains after this line that it cannot write its counts either.
@@ -204,7 +154,7 @@ TEST_F(Program, fullDisk_keepsTheOldPicture) {
 
 TEST_F(Program, endsWith2WhenItsReportCannotBeWritten) {
     process.setStandardOutputFile("/dev/full");
-    const Outcome result = run({wave()});
+    const Outcome result = run({"no.wav"});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.err, "kelvo-check: the report cannot be written\n");
 }
