@@ -11,20 +11,14 @@ CommandLine parse(QByteArrayList arguments) {
 }
 
 TEST(CommandLine, namesTheFilesInTheirOrderAndKeepsEveryByte) {
-    EXPECT_EQ(parse({"b.wav", "a.amp"}).request.kind, Request::Kind::Run);
-    EXPECT_EQ(parse({"b.wav", "a.amp"}).files, (QByteArrayList{"b.wav", "a.amp"}));
-    EXPECT_EQ(parse({"\xC3\xBC\xFF.wav"}).files, QByteArrayList{"\xC3\xBC\xFF.wav"});
-    EXPECT_EQ(parse({"--", "--help", "--plot", "-x.wav"}).request.kind, Request::Kind::Run);
+    EXPECT_EQ(parse({"\xC3\xBC\xFF.wav", "a.amp"}).request.kind, Request::Kind::Run);
+    EXPECT_EQ(parse({"\xC3\xBC\xFF.wav", "a.amp"}).files, (QByteArrayList{"\xC3\xBC\xFF.wav", "a.amp"}));
     EXPECT_EQ(parse({"--", "--help", "--plot", "-x.wav"}).files, (QByteArrayList{"--help", "--plot", "-x.wav"}));
-}
-
-TEST(CommandLine, pictureName_isAcceptedInBothForms) {
     for (const QByteArrayList& arguments :
          {QByteArrayList{"--plot", "\xFF.png", "a.wav"}, QByteArrayList{"--plot=\xFF.png", "a.wav"},
           QByteArrayList{"a.wav", "--plot", "\xFF.png"}}) {
-        const CommandLine command = parse(arguments);
-        EXPECT_EQ(command.plotFile, "\xFF.png");
-        EXPECT_EQ(command.files, QByteArrayList{"a.wav"});
+        EXPECT_EQ(parse(arguments).plotFile, "\xFF.png");
+        EXPECT_EQ(parse(arguments).files, QByteArrayList{"a.wav"});
     }
 }
 

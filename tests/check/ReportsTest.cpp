@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <bit>
@@ -12,6 +13,7 @@
 
 #include "CheckFile.h"
 #include "ReportJson.h"
+#include "ReportText.h"
 #include "SampleFiles.h"
 
 namespace kelvo {
@@ -188,6 +190,29 @@ TEST(Reports, areThoseThatWereReviewed) {
     }
     EXPECT_TRUE(golden.atEnd());
     ASSERT_TRUE(QDir::setCurrent(former));
+}
+
+TEST(Reports, ofTheFuzzTargetsInputs_areEitherAcceptedOrRefusedInPrintableWords) {
+    const SampleDir dir;
+    int count = 0;
+    for (QDirIterator inputs(KELVO_FUZZ, {}, QDir::Files, QDirIterator::Subdirectories); inputs.hasNext();) {
+        const QString input = inputs.next();
+        if (!input.contains("/seeds/") && !input.contains("/findings/")) {
+            continue;
+        }
+        QFile file(input);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const FileBytes bytes = textBytes(file.readAll().toStdString());
+        for (const char* const name : {"a.wav", "a.amp"}) {
+            const FileReport report = checkFile(dir.write(name, bytes).toUtf8());
+            EXPECT_NE(report.refusal.isEmpty(), !report.wave && !report.amp) << input.toStdString();
+            const QString text = reportText(report).remove('\n');
+            EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](QChar letter) { return letter.isPrint(); }))
+                << text.toStdString();
+        }
+        ++count;
+    }
+    EXPECT_GE(count, 41);
 }
 
 }  // namespace
