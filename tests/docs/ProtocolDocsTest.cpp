@@ -4,14 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <QPushButton>
-#include <fstream>
-#include <memory>
+#include <QRegularExpression>
+#include <map>
 
 #include "AppHarness.h"
 #include "DataUnpacking.h"
 #include "Driver.h"
 #include "FrameSearch.h"
-#include "ProtocolExamples.h"
 #include "RecordingApp.h"
 #include "Ring.h"
 #include "SampleFiles.h"
@@ -21,16 +20,38 @@
 namespace kelvo::test {
 namespace {
 
+using Bytes = std::vector<std::uint8_t>;
 using testing::IsEmpty;
 
-/// The examples of the page; throws when there is no such page.
-ProtocolExamples documented() {
-    std::ifstream page(KELVO_PROTOCOL_PAGE);
-    page.exceptions(std::ios::badbit);
-    if (!page) {
-        throw std::runtime_error("cannot read " KELVO_PROTOCOL_PAGE);
+/// The examples of the page: the words of each block by the name in bold at the beginning of a line above it.
+std::map<std::string, QStringList> documented() {
+    static const QRegularExpression example(
+        R"(^\*\*([^*]+)\*\*(?:(?!^\*\*|^```).)*?^```hex$(.*?)^```$)",
+        QRegularExpression::MultilineOption | QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression space("\\s+");
+    QFile page(KELVO_PROTOCOL_PAGE);
+    EXPECT_TRUE(page.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(page.readAll());
+    std::map<std::string, QStringList> examples;
+    for (const QRegularExpressionMatch& match : example.globalMatch(text)) {
+        examples[match.captured(1).toStdString()] = match.captured(2).split(space, Qt::SkipEmptyParts);
     }
-    return readExamples(page);
+    EXPECT_EQ(text.count("```"), 2 * std::ssize(examples)) << "a block has no name or another language";
+    return examples;
+}
+
+/// Bytes as an example has them: in hex, and with "... N bytes ..." where the example leaves some out.
+QStringList shownLike(const QStringList& example, const Bytes& bytes) {
+    QStringList words;
+    for (const std::uint8_t byte : bytes) {
+        words += QString::asprintf("%02X", byte);
+    }
+    if (const qsizetype head = example.indexOf("..."); head >= 0) {
+        const qsizetype leftOut = words.size() - (example.size() - 4);
+        words = words.first(head) + QStringList{"...", QString::number(leftOut), "bytes", "..."} +
+                words.sliced(head + leftOut);
+    }
+    return words;
 }
 
 /// An example to the pedal, and which of the session's frames or reports it shows, counted from 0.
@@ -65,15 +86,8 @@ std::vector<Report> sessionReports() {
     return app.manager.activity().outputReports;
 }
 
-void expectToShow(const ProtocolExample& example, const Bytes& sent) {
-    const auto& [head, leftOut, tail] = example;
-    ASSERT_EQ(head.size() + leftOut + tail.size(), sent.size());
-    EXPECT_EQ(head, Bytes(sent.begin(), sent.begin() + std::ssize(head)));
-    EXPECT_EQ(tail, Bytes(sent.end() - std::ssize(tail), sent.end()));
-}
-
 TEST(ProtocolDocs, showTheFramesAndReportsThatGoToThePedal) {
-    const ProtocolExamples examples = documented();
+    auto examples = documented();
     const std::vector<Report> reports = sessionReports();
     ASSERT_EQ(reports.size(), 75U);
     Bytes stream;
@@ -83,12 +97,11 @@ TEST(ProtocolDocs, showTheFramesAndReportsThatGoToThePedal) {
     const std::vector<Bytes> frames = framesIn(stream);
     ASSERT_EQ(frames.size(), 11U);
     for (const auto& [name, index] : kFrames) {
-        SCOPED_TRACE(name);
-        expectToShow(examples.at(name), frames[index]);
+        EXPECT_EQ(shownLike(examples[name], frames[index]), examples[name]) << name;
     }
     for (const auto& [name, index] : kReports) {
-        SCOPED_TRACE(name);
-        expectToShow(examples.at(name), Bytes(reports[index].begin(), reports[index].end()));
+        EXPECT_EQ(shownLike(examples[name], Bytes(reports[index].begin(), reports[index].end())), examples[name])
+            << name;
     }
 }
 
@@ -140,11 +153,10 @@ class FromThePedal : public testing::TestWithParam<Received> {};
 
 TEST_P(FromThePedal, isUnpackedAndHasTheDocumentedEffect) {
     const auto& [name, begin, expectEffect] = GetParam();
-    const ProtocolExample example = documented().at(name);
-    ASSERT_EQ(example.leftOut, 0U);
-    const std::vector<RecordingApp::Frame> frames = unpacked(example.head);
+    const QByteArray example = QByteArray::fromHex(documented()[name].join(' ').toLatin1());
+    const std::vector<RecordingApp::Frame> frames = unpacked({example.begin(), example.end()});
     ASSERT_EQ(frames.size(), 1U);
-    const Bytes whole(example.head.begin() + begin, example.head.end());
+    const Bytes whole(example.begin() + begin, example.end());
     EXPECT_EQ(Bytes(frames[0].begin(), frames[0].begin() + std::ssize(whole)), whole);
 
     ScriptedLink link;
