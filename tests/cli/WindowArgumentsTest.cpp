@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "WindowArguments.h"
@@ -6,42 +5,31 @@
 namespace kelvo::test {
 namespace {
 
-using testing::ElementsAre;
-
-/// Read as those of a program that takes two words.
-class Read : public WindowArguments {
-public:
-    explicit Read(std::vector<const char*> arguments)
-        : WindowArguments(static_cast<int>(arguments.size()), const_cast<char**>(arguments.data()), 2) {}
-
-    std::vector<std::string> toolkit() { return {argv(), argv() + argc()}; }
-};
-
-TEST(WindowArguments, keepTheToolkitsOptionsAndTheWordsApart) {
-    Read read({"name", "one", "-style", "Fusion", "two", "-reverse", "-platform", "xcb"});
-    EXPECT_EQ(read.request().mistake, "");
-    EXPECT_EQ(read.words(), (QStringList{"one", "two"}));
-    EXPECT_THAT(read.toolkit(), ElementsAre("name", "-platform", "xcb", "-style", "Fusion", "-reverse"));
-    EXPECT_EQ(read.argv()[read.argc()], nullptr);
-}
-
-TEST(WindowArguments, giveTheToolkitItsOwnForm) {
-    Read read({"name", "--platform=offscreen:a=b", "--plugin", "one", "-plugin=two"});
-    EXPECT_EQ(read.request().mistake, "");
-    EXPECT_THAT(read.toolkit(), ElementsAre("name", "-platform", "offscreen:a=b", "-plugin", "one", "-plugin", "two"));
-}
-
-TEST(WindowArguments, ofNoneGiveTheToolkitTheProgramsNameOnly) {
-    Read read({"name"});
-    EXPECT_EQ(read.words(), QStringList());
-    EXPECT_THAT(read.toolkit(), ElementsAre("name"));
-}
-
-TEST(WindowArguments, afterTwoDashes_everythingIsAWord) {
-    Read read({"name", "--", "-style", "-x"});
-    EXPECT_EQ(read.request().mistake, "");
-    EXPECT_EQ(read.words(), (QStringList{"-style", "-x"}));
-    EXPECT_THAT(read.toolkit(), ElementsAre("name"));
+TEST(WindowArguments, areWordsAndTheToolkitsOptionsInItsForm) {
+    using Arguments = std::vector<std::string>;
+    const struct {
+        std::vector<const char*> arguments;
+        QStringList words;
+        Arguments toolkit;
+    } rows[] = {
+        {{"name"}, {}, {"name"}},
+        {{"name", "one", "-style", "Fusion", "two", "-reverse", "-platform", "xcb"},
+         {"one", "two"},
+         {"name", "-platform", "xcb", "-style", "Fusion", "-reverse"}},
+        {{"name", "--platform=offscreen:a=b", "--plugin", "one", "-plugin=two"},
+         {},
+         {"name", "-platform", "offscreen:a=b", "-plugin", "one", "-plugin", "two"}},
+        {{"name", "--", "-style", "-x"}, {"-style", "-x"}, {"name"}},
+    };
+    for (const auto& [arguments, words, toolkit] : rows) {
+        WindowArguments read(static_cast<int>(arguments.size()), const_cast<char**>(arguments.data()), 2);
+        EXPECT_EQ(read.request().mistake, "");
+        EXPECT_EQ(read.words(), words);
+        EXPECT_EQ(Arguments(read.argv(), read.argv() + read.argc()), toolkit);
+        EXPECT_EQ(read.argv()[read.argc()], nullptr);
+    }
+    std::vector<const char*> three{"name", "one", "two", "three", "four"};
+    EXPECT_EQ(WindowArguments(5, const_cast<char**>(three.data()), 2).request().mistake, "Unexpected word 'three'.");
 }
 
 TEST(WindowArguments, areExplainedAsFarAsSomebodyTypesThem) {
@@ -51,11 +39,6 @@ TEST(WindowArguments, areExplainedAsFarAsSomebodyTypesThem) {
   -platformtheme NAME  whose dialogs and settings: gtk3 or xdgdesktopportal
   -style NAME          the look: Fusion, Windows or another that is installed
 )");
-}
-
-TEST(WindowArguments, tooManyWords_areAnError) {
-    EXPECT_EQ(Read({"name", "one", "two", "three"}).request().mistake, "Unexpected word 'three'.");
-    EXPECT_EQ(Read({"name", "one", "two", "three", "four"}).request().mistake, "Unexpected word 'three'.");
 }
 
 }  // namespace
