@@ -11,8 +11,6 @@
 #include <QWindow>
 #include <functional>
 #include <limits>
-#include <ostream>
-#include <string>
 #include <vector>
 
 #include "Layer.h"
@@ -128,83 +126,49 @@ TEST_F(LayerViewTest, alphaValue_isTheLayersOpacity) {
     view.setAlphaValue(0.5);
     EXPECT_EQ(layer.opacity(), 0.5F);
     EXPECT_EQ(view.alphaValue(), 0.5);
-}
-
-TEST(LayerView, withoutALayer_showsNothingAndIsOpaque) {
-    LayerView view([] { return 0.0; });
-    view.setAlphaValue(0.5);
-    EXPECT_EQ(view.alphaValue(), 1.0);
+    LayerView empty([] { return 0.0; });
+    empty.setAlphaValue(0.5);
+    EXPECT_EQ(empty.alphaValue(), 1.0);
     QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    view.paintFrame(painter);
+    empty.paintFrame(painter);
     EXPECT_EQ(image.pixel(2, 2), 0U);
 }
 
-struct Painting {
-    const char* name;
-    QRectF frame;
-    double ratio;
-    void (*place)(QPainter& painter);
-    std::vector<QPoint> red;
-    std::vector<QPoint> blank;
-};
-
-void PrintTo(const Painting& painting, std::ostream* out) {
-    *out << painting.name;
-}
-
-const Painting kPaintings[] = {
-    {"atFullResolution", {0.5, 0, 1, 10}, 2.0, [](QPainter&) {}, {{1, 19}, {2, 0}}, {{0, 0}, {3, 0}}},
-    {"smaller", {0, 0, 8, 8}, 1.0, [](QPainter& painter) { painter.scale(0.5, 0.5); }, {{3, 3}}, {{4, 3}}},
-    {"throughARotation",
-     {0, 0, 4, 4},
-     1.0,
-     [](QPainter& painter) {
-         painter.translate(10, 0);
-         painter.rotate(90);
-     },
-     {{8, 2}},
-     {{4, 2}}},
-    // What begins within a pixel is painted from a whole one.
-    {"fromAWholePixel",
-     {0, 0, 4, 4},
-     1.0,
-     [](QPainter& painter) { painter.translate(2.75, 1.25); },
-     {{3, 1}, {6, 4}},
-     {{2, 1}, {7, 4}}},
-    // A point is 2.5 pixels.
-    {"fromAWholePixelOfAScaledDisplay",
-     {0, 0, 2, 2},
-     2.5,
-     [](QPainter& painter) { painter.translate(1, 1); },
-     {{3, 3}, {7, 7}},
-     {{2, 3}, {3, 2}, {8, 7}, {7, 8}}},
-};
-
-class PaintedLayerView : public LayerViewTest, public testing::WithParamInterface<Painting> {};
-
-TEST_P(PaintedLayerView, isThere) {
-    layer.setFrame(GetParam().frame);
-    layer.setBackground(Layer::Gradient{Qt::red});
-    QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(GetParam().ratio);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    GetParam().place(painter);
-    const QTransform before = painter.worldTransform();
-    view.paintFrame(painter);
-    EXPECT_EQ(painter.worldTransform(), before);
-    for (const QPoint& at : GetParam().red) {
-        EXPECT_EQ(image.pixel(at), 0xffff0000U) << at.x() << ',' << at.y();
-    }
-    for (const QPoint& at : GetParam().blank) {
-        EXPECT_EQ(image.pixel(at), 0U) << at.x() << ',' << at.y();
+TEST_F(LayerViewTest, frame_isPaintedFromAWholePixelAtTheResolutionOfTheDevice) {
+    const struct {
+        QRectF frame;
+        double ratio;
+        QTransform place;
+        std::vector<QPoint> red, blank;
+    } rows[] = {
+        {{0.5, 0, 1, 10}, 2.0, {}, {{1, 19}, {2, 0}}, {{0, 0}, {3, 0}}},
+        {{0, 0, 8, 8}, 1.0, QTransform::fromScale(0.5, 0.5), {{3, 3}}, {{4, 3}}},
+        {{0, 0, 4, 4}, 1.0, QTransform::fromTranslate(10, 0).rotate(90), {{8, 2}}, {{4, 2}}},
+        {{0, 0, 4, 4}, 1.0, QTransform::fromTranslate(2.75, 1.25), {{3, 1}, {6, 4}}, {{2, 1}, {7, 4}}},
+        // A point is 2.5 pixels.
+        {{0, 0, 2, 2}, 2.5, QTransform::fromTranslate(1, 1), {{3, 3}, {7, 7}}, {{2, 3}, {3, 2}, {8, 7}, {7, 8}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        layer.setFrame(row.frame);
+        layer.setBackground(Layer::Gradient{Qt::red});
+        QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(row.ratio);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setWorldTransform(row.place);
+        view.paintFrame(painter);
+        EXPECT_EQ(painter.worldTransform(), row.place);
+        for (const QPoint& at : row.red) {
+            EXPECT_EQ(image.pixel(at), 0xffff0000U) << at.x() << ',' << at.y();
+        }
+        for (const QPoint& at : row.blank) {
+            EXPECT_EQ(image.pixel(at), 0U) << at.x() << ',' << at.y();
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Painted, PaintedLayerView, testing::ValuesIn(kPaintings),
-                         [](const auto& painting) { return std::string(painting.param.name); });
 
 }  // namespace
 }  // namespace kelvo
