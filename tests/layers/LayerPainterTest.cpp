@@ -117,7 +117,12 @@ TEST_F(LayerPainterTest, opacity_fadesTheCompleteLayer) {
     EXPECT_EQ(image.pixel(1, 0), 0x80808080U);  // premultiplied white
     root.setOpacity(0.0F);
     seconds = 0.5;
-    EXPECT_EQ(compose({2, 1}).pixel(1, 0), 0x00000000U);
+    EXPECT_EQ(compose({2, 1}).pixel(1, 0), 0U);
+    // A layer without sublayers fades alone.
+    root.setOpacity(1.0F);
+    sublayer.setOpacity(0.5F);
+    seconds = 0.75;
+    EXPECT_NEAR(qRed(compose({2, 1}).pixel(0, 0)), 128, 1);
 }
 
 TEST_F(LayerPainterTest, animatedPosition_isWhereTheLayerIsShown) {
