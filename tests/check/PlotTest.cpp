@@ -74,7 +74,8 @@ TEST(Plot, hasItsWordsInTheirPlaces) {
     EXPECT_TRUE(shows(picture, {96, 14, 874, 30}, Qt::AlignLeft | Qt::AlignVCenter, "a.wav", 19));
     EXPECT_TRUE(shows(picture, {96, 336, 874, 20}, Qt::AlignCenter, "time (ms)"));
     EXPECT_TRUE(shows(picture, {96, 661, 874, 20}, Qt::AlignCenter, "frequency (Hz)"));
-    EXPECT_FALSE(shows(picture, {700, 361, 270, 20}, Qt::AlignCenter, "")) << "the curves are named";
+    EXPECT_FALSE(shows(picture, {700, 361, 140, 20}, Qt::AlignCenter, "")) << "the curve of the points is named";
+    EXPECT_FALSE(shows(picture, {890, 361, 80, 20}, Qt::AlignCenter, "")) << "the curve of the file is named";
     const std::pair<const char*, QPointF> centred[] = {{"0", {110.5667, 324}},   {"10", {838.9, 324}},
                                                        {"20", {96, 649}},        {"500", {503.2665, 649}},
                                                        {"1 k", {590.9666, 649}}, {"20 k", {970, 649}}};
