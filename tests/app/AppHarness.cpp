@@ -83,15 +83,21 @@ RunningApp::RunningApp(const Faults& faults, const Kr310Startup& startup) {
 void RunningApp::start() {
     manager.plug();
     plugged_ = true;
-    // The loading window looks at its bar only twice a second.
-    QTimer looks;
-    QObject::connect(&looks, &QTimer::timeout, [this] {
+    // Without these the loading window would look at its bar twice a second only, and the offscreen platform would
+    // activate no window in its place.
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [this] {
         const LoadDataWindowController& loading = controller.loadWindow();
-        if (loading.window() != nullptr && loading.timer()->isActive() && loading.progressBar()->floatValue() == 1.0) {
+        if (loading.window() == nullptr) {
+            return;
+        }
+        if (!loading.timer()->isActive()) {
+            controller.window().activateWindow();
+        } else if (loading.progressBar()->floatValue() == 1.0) {
             loading.timer()->setInterval(0);
         }
     });
-    looks.start(2);
+    poll.start(2);
     controller.applicationDidFinishLaunching();
 }
 
