@@ -7,7 +7,8 @@
 #include <QPushButton>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <map>
+#include <string>
 
 #include "Driver.h"
 #include "KelvoAppDelegate.h"
@@ -19,82 +20,67 @@
 
 namespace {
 
-using namespace std::string_view_literals;
-using kelvo::StepDriver;
+using Step = kelvo::StepDriver::Step;
 
-struct Session {
-    kelvo::KelvoAppDelegate& controller;
-    kelvo::VirtualHidManager& manager;
+/// The alert must take the click although other windows are open below it.
+Step press(const char* button) {
+    const auto find = [button]() -> QAbstractButton* {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        return box != nullptr && box->isVisible() ? kelvo::buttonOf(*box, button) : nullptr;
+    };
+    return {"alert", [find] { return find() != nullptr; }, [find] { kelvo::click(*find()); }};
+}
 
-    StepDriver::Step loading(std::function<void()> act) const {
-        return {"loading window",
-                [this] {
-                    const QWidget* const window = controller.loadWindow().window();
-                    return window != nullptr && window->isVisible();
-                },
-                std::move(act)};
-    }
-    StepDriver::Step ready(std::function<void()> act) const {
-        return {"filled tables", [this] { return controller.window().isEnabled(); }, std::move(act)};
-    }
-    StepDriver::Step unplugOver(QWidget* (*find)()) const {
-        return {"open dialog", [find] { return find() != nullptr; }, [this] { manager.unplug(); }};
-    }
-    /// The alert must take the click although other windows are open below it.
-    static StepDriver::Step press(const char* button) {
-        const auto find = [button]() -> QAbstractButton* {
-            for (QWidget* const window : QApplication::topLevelWidgets()) {
-                const auto* const box = qobject_cast<QMessageBox*>(window);
-                QAbstractButton* const found = box != nullptr ? kelvo::buttonOf(*box, button) : nullptr;
-                if (found != nullptr && box->isVisible() && QApplication::activeModalWidget() == window) {
-                    return found;
-                }
-            }
-            return nullptr;
+std::map<std::string, std::vector<Step>> waysToEnd(kelvo::KelvoAppDelegate& controller,
+                                                   kelvo::VirtualHidManager& manager) {
+    const auto loading = [&controller](const std::function<void()>& act) -> Step {
+        const auto isOpen = [&controller] {
+            const QWidget* const window = controller.loadWindow().window();
+            return window != nullptr && window->isVisible();
         };
-        return {"alert", [find] { return find() != nullptr; }, [find] { kelvo::click(*find()); }};
-    }
-
-    std::vector<StepDriver::Step> steps(std::string_view way) const {
-        const auto unplug = [this] { manager.unplug(); };
-        if (way == "main-window") {
-            return {ready([this] { controller.window().close(); })};
-        }
-        if (way == "loading-window") {
-            return {loading([this] { controller.loadWindow().window()->close(); })};
-        }
-        if (way == "no-device") {
-            return {press("exit")};
-        }
-        if (way == "unplug-idle") {
-            return {ready(unplug), press("Exit")};
-        }
-        if (way == "unplug-loading") {
-            return {loading(unplug), press("Exit")};
-        }
-        if (way == "unplug-chooser") {
-            return {ready([this] { kelvo::click(controller.addIR()); }),
-                    unplugOver([]() -> QWidget* { return kelvo::visibleFileDialog(); }), press("Exit")};
-        }
-        return {ready([this] { kelvo::click(controller.deleteIR()); }),
-                unplugOver([]() -> QWidget* { return kelvo::visibleMessageBox(); }), press("Exit")};
-    }
-};
+        return {"loading window", isOpen, act};
+    };
+    const auto ready = [&controller](const std::function<void()>& act) -> Step {
+        return {"filled tables", [&controller] { return controller.window().isEnabled(); }, act};
+    };
+    const auto unplug = [&manager] { manager.unplug(); };
+    return {
+        {"main-window", {ready([&controller] { controller.window().close(); })}},
+        {"loading-window", {loading([&controller] { controller.loadWindow().window()->close(); })}},
+        {"no-device", {press("exit")}},
+        {"unplug-idle", {ready(unplug), press("Exit")}},
+        {"unplug-loading", {loading(unplug), press("Exit")}},
+        {"unplug-chooser",
+         {ready([&controller] { kelvo::click(controller.addIR()); }),
+          {"chooser", [] { return kelvo::visibleFileDialog() != nullptr; }, unplug},
+          press("Exit")}},
+        {"unplug-question",
+         {ready([&controller] { kelvo::click(controller.deleteIR()); }),
+          {"question", [] { return kelvo::visibleMessageBox() != nullptr; }, unplug},
+          press("Exit")}},
+    };
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::string_view way = argc == 2 ? argv[1] : "";
+    const std::string way = argc == 2 ? argv[1] : "";
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const auto application = kelvo::makeApplication(argc, argv);
     kelvo::VirtualKr310 pedal;
+    // Loading takes two seconds for those that end it.
+    pedal.setStartup({.progressStep = way.ends_with("loading") || way.starts_with("loading") ? 1U : 199U});
     kelvo::VirtualHidManager manager(pedal);
-    if (way != "no-device"sv) {
+    kelvo::AppServices services = kelvo::desktopServices();
+    services.sleep = [](unsigned) {};
+    if (way != "no-device") {
         manager.plug();
+        services.sleep = [&manager](unsigned) {
+            static_cast<void>(manager.waitFor([](const auto& activity) { return activity.arrivals > 0; }));
+        };
     }
-    kelvo::KelvoAppDelegate controller(manager, kelvo::desktopServices());
-    const Session session{controller, manager};
-    StepDriver driver(session.steps(way), [](const std::string& step) {
+    kelvo::KelvoAppDelegate controller(manager, services);
+    kelvo::StepDriver driver(waysToEnd(controller, manager).at(way), [](const std::string& step) {
         std::fprintf(stderr, "timed out waiting for: %s\n", step.c_str());
         std::_Exit(1);
     });
