@@ -14,11 +14,12 @@
 #include <QStringListModel>
 #include <QTableView>
 #include <QTest>
+#include <chrono>
 
 #include "AppHarness.h"
 #include "AppServices.h"
 #include "Driver.h"
-#include "EventCount.h"
+#include "OnEvent.h"
 #include "SampleFiles.h"
 
 namespace kelvo::test {
@@ -57,20 +58,20 @@ protected:
     std::vector<int> answers_;
 };
 
-TEST_F(RealAlert, hasTheIconOfItsStyle_isModalToTheApplication) {
-    EXPECT_EQ(show(question()).icon(), QMessageBox::Warning);
-    EXPECT_EQ(visibleMessageBox()->windowModality(), Qt::ApplicationModal);
-    delete visibleMessageBox();
-    EXPECT_EQ(show({.messageText = "Gone", .buttons = {"exit"}, .style = AlertStyle::Critical}).icon(),
-              QMessageBox::Critical);
-}
-
-TEST_F(RealAlert, countsItsButtonsFromThousandAndIsGoneOnceItIsAnswered) {
-    click(*buttonOf(show(question()), "delete"));
+TEST_F(RealAlert, comesBeforeAllOtherWindows_countsItsButtonsFromThousand_isGoneOnceItIsAnswered) {
+    int raised = 0;
+    const OnEvent counting(*qApp, QEvent::ZOrderChange, [&] { ++raised; });
+    QMessageBox& box = show(question());
+    EXPECT_EQ(raised, 1);
+    EXPECT_EQ(box.icon(), QMessageBox::Warning);
+    EXPECT_EQ(box.windowModality(), Qt::ApplicationModal);
+    click(*buttonOf(box, "delete"));
     click(*buttonOf(show(question()), "cancel"));
     EXPECT_THAT(answers_, ElementsAre(1000, 1001));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(window_.findChildren<QMessageBox*>().isEmpty());
+    EXPECT_EQ(show({.messageText = "Gone", .buttons = {"exit"}, .style = AlertStyle::Critical}).icon(),
+              QMessageBox::Critical);
 }
 
 TEST_F(RealAlert, returnAndEscape_chooseTheButtonThatChangesNothing) {
@@ -94,30 +95,21 @@ TEST_F(RealAlert, showsItsSecondLineAsItIs) {
     EXPECT_EQ(line->textFormat(), Qt::PlainText);
 }
 
-TEST_F(RealAlert, leavesWhatItIsAboutInSight) {
-    Alert alert = question();
-    alert.subject = &table_;
-    const QRect box = show(alert).frameGeometry();
-    const QRect table(table_.mapToGlobal(QPoint()), table_.size());
-    EXPECT_FALSE(box.intersects(table));
-    EXPECT_TRUE(window_.screen()->availableGeometry().contains(box));
-    EXPECT_EQ(box.left(), table.right() + 9);
-    EXPECT_EQ(box.top(), table.top());
-}
-
-TEST_F(RealAlert, usesTheRoomOnEitherSideToTheLastPixel) {
+TEST_F(RealAlert, isBesideWhatItIsAboutAsFarAsTheScreenAllows) {
     const QRect screen = window_.screen()->availableGeometry();
     table_.move(0, 20);
     Alert alert = question();
     alert.subject = &table_;
-    const auto boxAt = [&](int x) {
-        window_.setGeometry(x, 100, 400, 300);
+    const auto boxAt = [&](int x, int y = 100) {
+        window_.setGeometry(x, y, 400, 300);
         QMessageBox& box = show(alert);
         const QRect frame = box.frameGeometry();
         box.close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return frame;
     };
+    EXPECT_EQ(boxAt(100).topLeft(), QPoint(100 + table_.width() + 8, 120));
+    EXPECT_EQ(boxAt(100, screen.bottom() - 40).bottom(), screen.bottom());
     const int width = boxAt(100).width();
     const int last = screen.right() + 1 - width - 8 - table_.width();
     EXPECT_EQ(boxAt(last).right(), screen.right());
@@ -126,20 +118,6 @@ TEST_F(RealAlert, usesTheRoomOnEitherSideToTheLastPixel) {
     table_.setFixedWidth(screen.width());
     EXPECT_EQ(boxAt(width + 8).left(), screen.left());
     EXPECT_EQ(boxAt(width + 7).right(), screen.right());
-}
-
-TEST_F(RealAlert, endsWhereTheScreenDoes) {
-    const QRect screen = window_.screen()->availableGeometry();
-    window_.move(100, screen.bottom() - 40);
-    Alert alert = question();
-    alert.subject = &table_;
-    EXPECT_EQ(show(alert).frameGeometry().bottom(), screen.bottom());
-}
-
-TEST_F(RealAlert, comesBeforeAllOtherWindows) {
-    EventCount raised(*qApp, QEvent::ZOrderChange);
-    show(question());
-    EXPECT_EQ(raised.take(), 1);
 }
 
 class RealChooser : public Desktop {
@@ -154,7 +132,6 @@ protected:
         });
         return *visibleFileDialog();
     }
-    int choosers() const { return static_cast<int>(window_.findChildren<QFileDialog*>().size()); }
 
     SampleDir files_;
     std::vector<QString> answers_;
@@ -176,24 +153,19 @@ TEST_F(RealChooser, otherExtension_countsAsACancel) {
     EXPECT_THAT(answers_, ElementsAre("wav 0 ", "wav 0 "));
 }
 
-TEST_F(RealChooser, isOneThatIsRaisedByASecondPress) {
-    const QFileDialog& first = show("wav");
-    EXPECT_EQ(&show("wav"), &first);
-    EXPECT_EQ(choosers(), 1);
-    EXPECT_THAT(answers_, IsEmpty());
-    enterPath(show("wav"), files_.write("a.wav", FileBytes{1}));
-    EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav"));
-}
-
-TEST_F(RealChooser, comesToTheFrontByASecondPress) {
+TEST_F(RealChooser, isOneThatASecondPressBringsToTheFront) {
     QFileDialog& chooser = show("wav");
-    EventCount raised(chooser, QEvent::ZOrderChange);
+    int raised = 0;
+    const OnEvent counting(chooser, QEvent::ZOrderChange, [&] { ++raised; });
     window_.activateWindow();
     ASSERT_FALSE(chooser.isActiveWindow());
-    EXPECT_EQ(raised.take(), 0);
-    show("wav");
-    EXPECT_EQ(raised.take(), 1);
+    EXPECT_EQ(&show("wav"), &chooser);
+    EXPECT_EQ(raised, 1);
     EXPECT_TRUE(QTest::qWaitForWindowActive(&chooser));
+    EXPECT_EQ(window_.findChildren<QFileDialog*>().size(), 1);
+    EXPECT_THAT(answers_, IsEmpty());
+    enterPath(chooser, files_.write("a.wav", FileBytes{1}));
+    EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav"));
 }
 
 TEST_F(RealChooser, isCancelledByAPressForTheOtherType) {
@@ -205,23 +177,20 @@ TEST_F(RealChooser, isCancelledByAPressForTheOtherType) {
 }
 
 TEST_F(RealChooser, isKeptForTheNextTimeWithoutItsLastChoice) {
+    const auto children = [this] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return window_.findChild<QFileDialog*>()->findChildren<QObject*>(Qt::FindDirectChildrenOnly).size();
+    };
     const QFileDialog& first = show("wav");
     enterPath(*visibleFileDialog(), files_.write("a.wav", FileBytes{1}));
     ASSERT_EQ(visibleFileDialog(), nullptr);
+    const auto before = children();
     EXPECT_EQ(&show("wav"), &first);
     EXPECT_EQ(first.findChild<QLineEdit*>("fileNameEdit")->text(), "");
     QTest::keyClick(first.findChild<QLineEdit*>("fileNameEdit"), Qt::Key_Return);
     EXPECT_THAT(answers_, ElementsAre("wav 1 a.wav"));
     EXPECT_TRUE(first.isVisible());
-}
-
-TEST_F(RealChooser, reopened_showsNothingOfItsLastUse) {
-    const auto children = [this] {
-        show("wav").reject();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        return window_.findChild<QFileDialog*>()->findChildren<QObject*>(Qt::FindDirectChildrenOnly).size();
-    };
-    const auto before = children();
+    visibleFileDialog()->reject();
     EXPECT_EQ(children(), before);
 }
 
@@ -257,6 +226,12 @@ TEST_F(RealChooser, isPlacedBesideTheWindow) {
     EXPECT_TRUE(screen.contains(chooser)) << chooser.x() << ' ' << chooser.width();
     EXPECT_EQ(chooser.top(), window_.geometry().top());
     EXPECT_EQ(chooser.left(), std::min(window_.geometry().right() + 9, screen.right() + 1 - chooser.width()));
+}
+
+TEST(DesktopServices, sleepForWholeSeconds) {
+    const auto begin = std::chrono::steady_clock::now();
+    desktopServices().sleep(1);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
 }
 
 }  // namespace

@@ -77,6 +77,9 @@ TEST_F(SymbolIcon, ofAStepIsOurOwnWhateverTheThemeHas) {
     ASSERT_TRUE(QIcon::hasThemeIcon("go-up"));
 
     const test::RunningApp app;
+    for (const auto* const button : app.controller.window().findChildren<QPushButton*>()) {
+        EXPECT_FALSE(button->icon().isNull()) << button->objectName().toStdString();
+    }
     for (const char* const name : {"previousIR", "nextIR", "previousAMP", "nextAMP"}) {
         const auto* const button = app.controller.window().findChild<QPushButton*>(QLatin1String(name));
         const auto middle = [button](QIcon::Mode mode) {
