@@ -57,20 +57,15 @@ TEST(StepDriver, namesTheStepThatDoesNotGetReadyOnceAndDoesNoMore) {
     EXPECT_EQ(done, 0);
 }
 
-TEST(Buttons, areFoundByTheirTextWithoutMnemonics) {
+TEST(VisibleWindows, areABoxWhoseButtonsAreFoundByTheirTextWithoutMnemonics) {
     QMessageBox box;
     const QPushButton* const remove = box.addButton(QStringLiteral("&delete"), QMessageBox::AcceptRole);
-    EXPECT_EQ(buttonOf(box, QStringLiteral("delete")), remove);
-    EXPECT_EQ(buttonOf(box, QStringLiteral("cancel")), nullptr);
-}
-
-TEST(VisibleWindows, areOneBoxIfItIsShown) {
-    EXPECT_EQ(visibleMessageBox(), nullptr);
-    QMessageBox box;
     EXPECT_EQ(visibleMessageBox(), nullptr);
     box.show();
     EXPECT_EQ(visibleMessageBox(), &box);
     EXPECT_EQ(visibleFileDialog(), nullptr);
+    EXPECT_EQ(buttonOf(box, QStringLiteral("delete")), remove);
+    EXPECT_EQ(buttonOf(box, QStringLiteral("cancel")), nullptr);
 }
 
 TEST(VisibleWindows, lieOnADesktopWithAMarginAndDialogsAbove) {

@@ -20,15 +20,11 @@ protected:
     explicit FileImports(const Faults& faults = {}) {
         app_.start();
         app_.pedal.setFaults(faults);
-        activate();
+        app_.controller.window().activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&app_.controller.window()));
         cab_.setFocus();
     }
 
-    void activate() {
-        QWidget& window = app_.controller.window();
-        window.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    }
     QString wave(const QString& name, std::uint8_t first = 1) const {
         return files_.write(name, WaveFile{.data = {0, first, 0, 2}}.bytes());
     }
@@ -54,8 +50,6 @@ protected:
     bool says(const char* name, const QString& text) const {
         return serveUntil([&] { return button(name).accessibleDescription() == text; });
     }
-    /// Whether the next file will be the one of that name.
-    bool willBring(const QString& name) const { return says("nextIR", "Imports " + name + " (Ctrl+Down, Page Down)"); }
     static SlotState state(const SlotTableView& table, int row) {
         return table.model()->index(row, 0).data(SlotTableModel::kStateRole).value<SlotState>();
     }
@@ -68,15 +62,12 @@ protected:
         }
         return rows;
     }
-    static std::vector<int> waitingRows(const SlotTableView& table) { return rowsThatAre(SlotState::Waiting, table); }
     QPushButton& button(const char* name) const {
         return *app_.controller.window().findChild<QPushButton*>(QLatin1String(name));
     }
-    void press(Qt::Key key, int times = 1, Qt::KeyboardModifier modifier = Qt::ControlModifier) {
+    void press(Qt::Key key, Qt::KeyboardModifier modifier = Qt::ControlModifier) {
         cab_.setFocus();
-        for (int i = 0; i < times; ++i) {
-            QTest::keyClick(&cab_, key, modifier);
-        }
+        QTest::keyClick(&cab_, key, modifier);
     }
     bool isIdle() const { return app_.controller.transferState().IRProgress.acknowledged == 4; }
     /// Whether the pedal has finished n changes of its memory in all.
@@ -97,7 +88,6 @@ protected:
         receive(phases, command);
         QCoreApplication::processEvents();
     }
-    std::string sending() const { return app_.controller.transferState().SendIRFileName.data(); }
     std::uint64_t transfer() const { return app_.controller.transferState().IRProgress.number; }
 
     SampleDir files_;

@@ -30,11 +30,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Split{"61.          ", "61.", "          ", true},
                     Split{"27.4X12.WAV", "27.", "4X12.WAV", false},  //
                     Split{"", "", "", true}, Split{"NAME", "", "NAME", false},
-                    Split{"27.A\nB", "27.", QStringLiteral("A\u00B7B"), false},
                     Split{"56.\t\n\v\f\r", "56.", QStringLiteral("\u00B7\u00B7\u00B7\u00B7\u00B7"), false},
-                    Split{"56.\u00B7\u00B7", "56.", QStringLiteral("\u00B7\u00B7"), false},
-                    Split{"27.\u00A0\u3000", "27.", QStringLiteral("\u00B7\u00B7"), false},
-                    Split{"27.\x01\x1F\x7F", "27.", QStringLiteral("\u00B7\u00B7\u00B7"), false}));
+                    Split{"27.\u00A0\u3000", "27.", QStringLiteral("\u00B7\u00B7"), false}));
 
 TEST(SpokenLabel, saysNumberAndNameOrThatTheSlotIsEmpty) {
     EXPECT_EQ(spokenLabel("27.GREENBACK"), "27. GREENBACK");
