@@ -96,12 +96,6 @@ TEST_F(Drop, ofRefusedFiles_isImpossibleAfterTheirVerdict) {
     EXPECT_TRUE(isRefused(amp_, urls({bad("1.amp"), files_.path("gone.amp")})));
 }
 
-TEST_F(Drop, ofAModelWhosePathHasASpace_changesNothing) {
-    EXPECT_TRUE(drop(amp_, 2, urls({amp("My Amp.amp")})));
-    EXPECT_EQ(app_.ampLabel(2), "58.LEAD      ");
-    EXPECT_FALSE(app_.controller.transferState().isInportAMP);
-}
-
 TEST_F(Drop, whileItIsDragged_changesNoTransfer) {
     app_.importIR(4, wave("a.wav"));
     app_.importAMP(5, amp("a.amp"));

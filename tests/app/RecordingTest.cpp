@@ -73,7 +73,7 @@ private:
     Bytes bytes_;
 };
 
-class Replay : public testing::Test {
+class Recording : public testing::TestWithParam<fs::path> {
 protected:
     void play(const fs::path& path) {
         AppClassPoint = &controller;
@@ -134,8 +134,6 @@ private:
     std::size_t done = 0;
 };
 
-class Recording : public Replay, public testing::WithParamInterface<fs::path> {};
-
 TEST_P(Recording, leadsToTheModelsLabelsAndToThePacketsThatWereRecorded) {
     play(GetParam());
     user.checkState();
@@ -154,18 +152,6 @@ INSTANTIATE_TEST_SUITE_P(Of, Recording, testing::ValuesIn(recordings()), [](cons
     std::erase_if(name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); });
     return name;
 });
-
-TEST_F(Replay, ofTheVirtualPedal_givesItsNamesAndSendsWhatItsUserOrdered) {
-    play(KELVO_RECORDINGS "/kr310-usb.txt");
-    EXPECT_EQ(controller.PRESET_PARAValue(), 199);
-    EXPECT_EQ(controller.IRNameArr()[1], "28.CLOSED2X12");
-    EXPECT_EQ(controller.IRNameArr()[3], "30EMPTY");
-    EXPECT_EQ(controller.AMPNameArr()[3], "59.EDGE DRIVE");
-    const std::vector<Bytes> orders{{0xE1, 0, 1}, {0xE1, 0, 2}, {0xE1, 0, 3}, {0xE1, 0, 4}, {0xE1, 0, 1},
-                                    {0xE1, 0, 2}, {0xE1, 0, 3}, {0xE1, 0, 4}, {0xE2, 2, 1}, {0xE2, 2, 2},
-                                    {0xE2, 2, 3}, {0xE2, 2, 4}, {0xE2, 2, 5}, {0xE4, 3}};
-    EXPECT_EQ(sent.orders(), orders);
-}
 
 }  // namespace
 }  // namespace kelvo::test

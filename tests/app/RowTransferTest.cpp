@@ -67,17 +67,6 @@ TEST_F(RowTransfer, isNoRowsWithoutAnAcceptedFileOrASelection) {
     expectIdle(amp_);
 }
 
-TEST_F(RowTransfer, whosePacketsComeOutOfTurn_isCutOff) {
-    app_.importIR(3, wave("a.wav"));
-    acknowledge({1});
-    app_.importIR(4, wave("b.wav"));
-    // The first one's answer moves the second.
-    acknowledge({2});
-    EXPECT_EQ(spoken(cab_, 4), "cut off");
-    acknowledge({1, 2, 3, 4});
-    EXPECT_THAT(rowsThatAre(SlotState::CutOff, cab_), ElementsAre(3, 4));
-}
-
 TEST_F(RowTransfer, whoseEndTheWindowHasNotHandled_isNotShownAsTheOneBefore) {
     app_.importIR(3, wave("a.wav"));
     acknowledge({1, 2, 3, 4});

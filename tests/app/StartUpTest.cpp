@@ -60,16 +60,7 @@ protected:
     SlotTableView& amp_ = controller_.ImportCabTableV();
 };
 
-TEST(Application, isNamedAsItsDesktopEntryIs) {
-    nameApplication();
-    EXPECT_EQ(QApplication::desktopFileName(), "local.kelvo.kelvo");
-    EXPECT_EQ(QApplication::applicationDisplayName(), "Kelvo");
-    EXPECT_EQ(QApplication::applicationName(), "kelvo");
-    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
-    EXPECT_TRUE(QFile::exists(KELVO_PACKAGING "/local.kelvo.kelvo.desktop"));
-}
-
-TEST(Application, hasItsOwnIconWhereNothingIsInstalled) {
+TEST(Application, hasItsNamesAndItsOwnIconWhereNothingIsInstalled) {
     const QStringList themes = QIcon::themeSearchPaths();
     const QStringList fallbacks = QIcon::fallbackSearchPaths();
     QIcon::setThemeSearchPaths({});
@@ -81,6 +72,11 @@ TEST(Application, hasItsOwnIconWhereNothingIsInstalled) {
     ASSERT_EQ(icon.size(), QSize(256, 256));
     EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(icon.pixelColor(128, 128).name(), "#272e36");
+    EXPECT_EQ(QApplication::desktopFileName(), "local.kelvo.kelvo");
+    EXPECT_TRUE(QFile::exists(KELVO_PACKAGING "/local.kelvo.kelvo.desktop"));
+    EXPECT_EQ(QApplication::applicationDisplayName(), "Kelvo");
+    EXPECT_EQ(QApplication::applicationName(), "kelvo");
+    EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
 }
 
 TEST_F(StartUp, withAPedal_asksForTheNamesAndFillsBothTablesBeforeTheyCanBeUsed) {
