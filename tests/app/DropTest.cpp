@@ -8,7 +8,6 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
-#include "AMPFile.h"
 #include "Driver.h"
 #include "FileDrag.h"
 #include "FileImports.h"
@@ -94,17 +93,6 @@ TEST_F(Drop, ofRefusedFiles_isImpossibleAfterTheirVerdict) {
     };
     EXPECT_TRUE(isRefused(cab_, urls({bad("1.wav"), bad("2.wav"), strange})));
     EXPECT_TRUE(isRefused(amp_, urls({bad("1.amp"), files_.path("gone.amp")})));
-}
-
-TEST_F(Drop, whileItIsDragged_changesNoTransfer) {
-    app_.importIR(4, wave("a.wav"));
-    app_.importAMP(5, amp("a.amp"));
-    EXPECT_TRUE(FileDrag(cab_, urls({wave("b.wav", 7)})).enter(0));
-    EXPECT_TRUE(FileDrag(amp_, urls({amp("b.amp", 8)})).enter(0));
-    ASSERT_TRUE(changed(1));
-    EXPECT_EQ(app_.controller.transferState().selectRow, 5);
-    EXPECT_EQ(app_.controller.transferState().irdatabuff[0], 0x010000U);
-    EXPECT_EQ(AmpPiontBuff[0], 1U);
 }
 
 TEST_F(Drop, marksAsManyRowsAsWillBeWritten) {

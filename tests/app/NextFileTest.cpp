@@ -13,8 +13,6 @@ namespace {
 
 class NextFile : public FileImports {
 protected:
-    using FileImports::FileImports;
-
     /// The import of a file that is there already, until the pedal holds it and the neighbours are known.
     void importFirst(int row, const QString& path) {
         app_.importIR(row, path);
@@ -133,16 +131,12 @@ TEST_F(NextFile, isNamedWithItsPlaceInTheLineBelowTheTableAtEveryStep) {
     EXPECT_EQ(line.accessibleName().left(124), longName);
 }
 
-class HeldKey : public NextFile, public testing::WithParamInterface<int> {
-protected:
-    HeldKey() : NextFile({.answerDelay = std::chrono::milliseconds(GetParam())}) {}
-};
-
-TEST_P(HeldKey, lastFileFillsTheSlot_noTransferIsCutOff) {
+TEST_F(NextFile, lastFileOfAHeldKeyFillsTheSlotAndNoTransferIsCutOff) {
     for (int i = 1; i <= 20; ++i) {
         wave(QString("%1.wav").arg(i), static_cast<std::uint8_t>(i));
     }
     importFirst(2, files_.path("1.wav"));
+    app_.pedal.setFaults({.answerDelay = std::chrono::milliseconds(5)});
     int pressed = 0;
     QTimer keys;
     QObject::connect(&keys, &QTimer::timeout, &keys, [&] {
@@ -161,9 +155,6 @@ TEST_P(HeldKey, lastFileFillsTheSlot_noTransferIsCutOff) {
     EXPECT_EQ(activity.changes.size(), app_.controller.transferState().IRProgress.number);
     EXPECT_EQ(activity.outputReports.size(), 1 + 28 * activity.changes.size());
 }
-
-INSTANTIATE_TEST_SUITE_P(AtAPedalThatAnswersIn, HeldKey, testing::Values(0, 50),
-                         [](const auto& delay) { return std::to_string(delay.param) + "ms"; });
 
 }  // namespace
 }  // namespace kelvo::test
