@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QVariantAnimation>
 
 #include "Driver.h"
 #include "FileDrag.h"
@@ -157,9 +158,11 @@ TEST_F(Drop, isLikeAPasteOfWhatCopyListed) {
     QTest::keyClick(&cab_, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "kept");
     QTest::keyClick(&cab_, Qt::Key_V, Qt::ControlModifier);
+    int finished = 0;
     for (const auto& [row, path] : {std::pair(7, first), {2, second}}) {
         app_.importIR(row, path);
-        ASSERT_TRUE(serveUntil([&] { return state(cab_, row) == SlotState::Sent; }));
+        ++finished;
+        ASSERT_TRUE(serveUntil([&] { return cab_.findChildren<QVariantAnimation*>().size() == finished; }));
     }
     app_.importIR(4, bad("refused.wav"));
     cab_.setFocus();
