@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -21,12 +20,10 @@ inline std::map<int, std::string> openDescriptors() {
     return open;
 }
 
-/// How many descriptors are open on a node of the fake bus.
+/// How many descriptors are open on a node of the fake bus, which is the end of a pseudo-terminal.
 inline std::ptrdiff_t openNodes() {
     return std::ranges::count_if(openDescriptors(), [](const auto& descriptor) {
-        const std::string prefix = "/dev/pts/";
-        return descriptor.second.starts_with(prefix) &&
-               std::isdigit(static_cast<unsigned char>(descriptor.second.at(prefix.size()))) != 0;
+        return descriptor.second.starts_with("/dev/pts/") && !descriptor.second.ends_with("ptmx");
     });
 }
 

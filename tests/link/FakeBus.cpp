@@ -4,7 +4,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <stdexcept>
@@ -23,6 +22,14 @@ extern "C" const char* __tsan_default_suppressions() {
 namespace kelvo {
 namespace {
 
+std::string nameOf(int number) {
+    return "hidraw" + std::to_string(number);
+}
+
+std::string nodeOf(int number) {
+    return "/dev/" + nameOf(number);
+}
+
 std::string usbPath(int number) {
     return "/devices/pci0000:00/usb1/1-" + std::to_string(number + 1);
 }
@@ -31,75 +38,24 @@ std::string interfacePath(int number) {
     return usbPath(number) + "/1-" + std::to_string(number + 1) + ":1.0";
 }
 
-std::string hidrawPath(int number) {
-    return interfacePath(number) + "/0003:0483:5703.0001/hidraw/hidraw" + std::to_string(number);
+std::string nodePath(int number, const std::string& subsystem = UsbDevice().subsystem) {
+    return interfacePath(number) + "/0003:0483:5703.0001/" + subsystem + "/" + nameOf(number);
 }
 
-std::string nodeOf(int number) {
-    return "/dev/hidraw" + std::to_string(number);
-}
-
-std::string usbDevice(int number, const UsbIds& ids) {
-    return "P: " + usbPath(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nA: idVendor=" + ids.vendor +
-           "\\n\nA: idProduct=" + ids.product + "\\n\nA: bcdDevice=" + ids.release + "\\n\n\n";
-}
-
-std::string hidrawNode(int number, const std::string& content = "") {
-    const std::string name = "hidraw" + std::to_string(number);
-    return "P: " + interfacePath(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\nP: " + hidrawPath(number) +
-           "\nN: " + name + content + "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=/dev/" + name + "\n\n";
-}
-
-Answer take(std::deque<Answer>& answers) {
-    if (answers.empty()) {
-        return {.error = EIO};
+void complete(UMockdevIoctlClient* client, std::deque<Answer>& answers) {
+    Answer answer{.error = EIO};
+    if (!answers.empty()) {
+        answer = std::move(answers.front());
+        answers.pop_front();
     }
-    Answer answer = std::move(answers.front());
-    answers.pop_front();
-    return answer;
+    if (!answer.bytes.empty()) {
+        umockdev_ioctl_data_update(umockdev_ioctl_client_get_arg(client), 0, answer.bytes.data(),
+                                   static_cast<int>(answer.bytes.size()));
+    }
+    umockdev_ioctl_client_complete(client, answer.result, answer.error);
 }
 
 }  // namespace
-
-NodeScript::NodeScript(std::deque<Answer> toWrites, std::deque<Answer> toReads)
-    : toWrites_(std::move(toWrites)), toReads_(std::move(toReads)) {}
-
-NodeScript::~NodeScript() {
-    const std::lock_guard lock(mutex_);
-}
-
-int NodeScript::writes() const {
-    const std::lock_guard lock(mutex_);
-    return writes_;
-}
-
-std::vector<std::uint8_t> NodeScript::lastWrite() const {
-    const std::lock_guard lock(mutex_);
-    return lastWrite_;
-}
-
-gboolean NodeScript::onWrite(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self) {
-    auto& script = *static_cast<NodeScript*>(self);
-    const std::lock_guard lock(script.mutex_);
-    ++script.writes_;
-    const UMockdevIoctlData* const data = umockdev_ioctl_client_get_arg(client);
-    script.lastWrite_.assign(data->data, data->data + data->data_len);
-    const Answer answer = take(script.toWrites_);
-    umockdev_ioctl_client_complete(client, answer.error != 0 ? -1 : answer.count, answer.error);
-    return TRUE;
-}
-
-gboolean NodeScript::onRead(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self) {
-    auto& script = *static_cast<NodeScript*>(self);
-    const std::lock_guard lock(script.mutex_);
-    Answer answer = take(script.toReads_);
-    const auto length = static_cast<int>(answer.bytes.size());
-    if (length > 0) {
-        umockdev_ioctl_data_update(umockdev_ioctl_client_get_arg(client), 0, answer.bytes.data(), length);
-    }
-    umockdev_ioctl_client_complete(client, answer.error != 0 ? -1 : length, answer.error);
-    return TRUE;
-}
 
 FakeBus::FakeBus() : testbed_(umockdev_testbed_new()) {
     // Its own and GLib's thread open descriptors while they start, and end the process when there is none.
@@ -108,54 +64,64 @@ FakeBus::FakeBus() : testbed_(umockdev_testbed_new()) {
 
 FakeBus::~FakeBus() {
     g_object_unref(testbed_);
-    std::ranges::for_each(handlers_, g_object_unref);
+    g_object_unref(handler_);
 }
 
-void FakeBus::setScript(int number, NodeScript& script) {
-    // The answers come on umockdev's thread.
-    const std::lock_guard lock(script.mutex_);
-    UMockdevIoctlBase* const handler = umockdev_ioctl_base_new();
-    handlers_.push_back(handler);
-    g_signal_connect_data(handler, "handle-write", G_CALLBACK(NodeScript::onWrite), &script, nullptr, {});
-    g_signal_connect_data(handler, "handle-read", G_CALLBACK(NodeScript::onRead), &script, nullptr, {});
-    if (umockdev_testbed_attach_ioctl(testbed_, nodeOf(number).c_str(), handler, nullptr) == FALSE) {
-        throw std::runtime_error("no script for " + nodeOf(number));
+void FakeBus::setAnswers(std::deque<Answer> toWrites, std::deque<Answer> toReads) {
+    const std::lock_guard lock(mutex_);
+    toWrites_ = std::move(toWrites);
+    toReads_ = std::move(toReads);
+    g_signal_connect_data(handler_, "handle-write", G_CALLBACK(onWrite), this, nullptr, {});
+    g_signal_connect_data(handler_, "handle-read", G_CALLBACK(onRead), this, nullptr, {});
+    if (umockdev_testbed_attach_ioctl(testbed_, nodeOf(0).c_str(), handler_, nullptr) == FALSE) {
+        throw std::runtime_error("no answers for " + nodeOf(0));
     }
 }
 
-void FakeBus::add(const std::string& description) {
+gboolean FakeBus::onWrite(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self) {
+    auto& bus = *static_cast<FakeBus*>(self);
+    const std::lock_guard lock(bus.mutex_);
+    const UMockdevIoctlData* const data = umockdev_ioctl_client_get_arg(client);
+    bus.written_.emplace_back(data->data, data->data + data->data_len);
+    complete(client, bus.toWrites_);
+    return TRUE;
+}
+
+gboolean FakeBus::onRead(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self) {
+    auto& bus = *static_cast<FakeBus*>(self);
+    const std::lock_guard lock(bus.mutex_);
+    complete(client, bus.toReads_);
+    return TRUE;
+}
+
+std::vector<std::vector<std::uint8_t>> FakeBus::written() const {
+    const std::lock_guard lock(mutex_);
+    return written_;
+}
+
+void FakeBus::plug(int number, const UsbDevice& device) {
+    std::string text;
+    if (device.isOnUsb) {
+        text = "P: " + usbPath(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nA: idVendor=" + device.vendor +
+               "\\n\nA: idProduct=" + device.product + "\\n\nA: bcdDevice=" + device.release + "\\n\n\n";
+    }
+    text += "P: " + interfacePath(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\n";
+    text += "P: " + nodePath(number, device.subsystem) + "\nN: " + nameOf(number) +
+            (device.isNodePlainFile ? "=00" : "") + "\nE: SUBSYSTEM=" + device.subsystem +
+            "\nE: DEVNAME=" + nodeOf(number) + "\n\n";
     settle();
-    if (umockdev_testbed_add_from_string(testbed_, description.c_str(), nullptr) == FALSE) {
-        throw std::runtime_error("not a device: " + description);
+    if (umockdev_testbed_add_from_string(testbed_, text.c_str(), nullptr) == FALSE) {
+        throw std::runtime_error("not a device: " + text);
     }
-}
-
-void FakeBus::plug(int number, const UsbIds& ids) {
-    add(usbDevice(number, ids) + hidrawNode(number));
-}
-
-void FakeBus::loseFromSysfs(int number) {
-    std::filesystem::remove_all(rootDir() + "/sys" + hidrawPath(number));
-}
-
-void FakeBus::plugWithoutUsbDevice(int number) {
-    add(hidrawNode(number));
-}
-
-void FakeBus::plugWithHiddev(int number) {
-    const std::string name = "hiddev" + std::to_string(number);
-    add(usbDevice(number, {}) + "P: " + interfacePath(number) +
-        "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\nP: " + interfacePath(number) + "/usbmisc/" + name +
-        "\nN: " + name + "\nE: SUBSYSTEM=usbmisc\nE: DEVNAME=/dev/" + name + "\n\n");
-}
-
-void FakeBus::plugPlainFile(int number) {
-    add(usbDevice(number, {}) + hidrawNode(number, "=00"));
 }
 
 void FakeBus::sendEvent(int number, const char* action) {
     settle();
-    umockdev_testbed_uevent(testbed_, ("/sys" + hidrawPath(number)).c_str(), action);
+    umockdev_testbed_uevent(testbed_, ("/sys" + nodePath(number)).c_str(), action);
+}
+
+void FakeBus::loseFromSysfs(int number) {
+    std::filesystem::remove_all(rootDir() + "/sys" + nodePath(number));
 }
 
 int FakeBus::cable(int number) {
@@ -176,18 +142,6 @@ void FakeBus::send(int number, const std::vector<std::uint8_t>& bytes) {
     }
 }
 
-std::vector<std::uint8_t> FakeBus::receive(int number, std::size_t count) {
-    std::vector<std::uint8_t> bytes(count);
-    for (std::size_t have = 0; have < count;) {
-        const ssize_t more = ::read(cable(number), &bytes[have], count - have);
-        if (more <= 0) {
-            throw std::runtime_error("nothing comes out of " + nodeOf(number));
-        }
-        have += static_cast<std::size_t>(more);
-    }
-    return bytes;
-}
-
 std::string FakeBus::rootDir() const {
     gchar* const path = umockdev_testbed_get_root_dir(testbed_);
     std::string root = path;
@@ -197,14 +151,6 @@ std::string FakeBus::rootDir() const {
 
 std::string FakeBus::realNode(int number) const {
     return rootDir() + nodeOf(number);
-}
-
-void FakeBus::openToAll() {
-    const auto root = std::filesystem::path(realNode(0)).parent_path().parent_path();
-    std::filesystem::permissions(root, std::filesystem::perms(0755));
-    for (const auto& socket : std::filesystem::directory_iterator(root / "ioctl")) {
-        std::filesystem::permissions(socket, std::filesystem::perms(0777));
-    }
 }
 
 }  // namespace kelvo

@@ -5,56 +5,32 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
 namespace kelvo {
 
-/// The attributes of a usb_device, as sysfs shows them.
-struct UsbIds {
+/// A USB device and its node, as sysfs shows them. By default it is the pedal.
+struct UsbDevice {
     std::string vendor = "0483";
     std::string product = "5703";
     std::string release = "00c8";
+    std::string subsystem = "hidraw";
+    bool isNodePlainFile = false;
+    bool isOnUsb = true;
 };
 
-/// What a node answers to one read or write: an errno value, or else a count or the bytes of a report.
+/// What a node answers to one read or write.
 struct Answer {
     int error = 0;
-    long count = 0;
+    long result = -1;
     std::vector<std::uint8_t> bytes = {};
 };
 
-/// Replaces the kernel at one node and gives prepared answers, one per call. What is not prepared is
-/// answered with EIO.
-class NodeScript {
-public:
-    NodeScript(std::deque<Answer> toWrites, std::deque<Answer> toReads);
-    ~NodeScript();
-    NodeScript(const NodeScript&) = delete;
-    NodeScript& operator=(const NodeScript&) = delete;
-
-    /// Writes seen so far.
-    int writes() const;
-    /// The bytes of the latest write.
-    std::vector<std::uint8_t> lastWrite() const;
-
-private:
-    friend class FakeBus;
-    static gboolean onWrite(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self);
-    static gboolean onRead(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self);
-
-    mutable std::mutex mutex_;
-    std::deque<Answer> toWrites_;
-    std::deque<Answer> toReads_;
-    int writes_ = 0;
-    std::vector<std::uint8_t> lastWrite_;
-};
-
-/// USB devices in a sysfs, a /dev and a udev of the test's own. Device `number` has the node /dev/hidraw<number>; the
-/// node is the one end of a pseudo-terminal, its cable the other. Every device gets its own number, and stays in
-/// sysfs when it is unplugged.
+/// USB devices in a separate sysfs, /dev and udev. Device `number` has the node /dev/hidraw<number>; the node is one
+/// end of a pseudo-terminal, its cable the other. Every device gets its own number, and stays in sysfs when it is
+/// unplugged.
 class FakeBus {
 public:
     FakeBus();
@@ -62,48 +38,45 @@ public:
     FakeBus(const FakeBus&) = delete;
     FakeBus& operator=(const FakeBus&) = delete;
 
-    /// Lets `script` answer for the node; before its device comes.
-    void setScript(int number, NodeScript& script);
+    /// Makes node 0 give these answers, one per call, and EIO after them. Call it before the device is plugged in.
+    void setAnswers(std::deque<Answer> toWrites, std::deque<Answer> toReads);
+    /// The bytes of each write that was answered.
+    std::vector<std::vector<std::uint8_t>> written() const;
 
-    /// The device is there, and udev tells those who listen already.
-    void plug(int number, const UsbIds& ids = {});
-    /// A hidraw node that belongs to no USB device.
-    void plugWithoutUsbDevice(int number);
-    /// The pedal with another node of its interface than hidraw's.
-    void plugWithHiddev(int number);
-    /// A "node" that is a plain file.
-    void plugPlainFile(int number);
-
+    /// The device is there, and udev reports it.
+    void plug(int number, const UsbDevice& device = {});
     /// udev reports the node again: "add", "change" or "remove".
     void sendEvent(int number, const char* action);
-    /// udev tells that the device has gone.
+    /// udev reports that the device has gone.
     void unplug(int number) { sendEvent(number, "remove"); }
-    /// The device's place in sysfs has gone, and udev has not told. Its node stays, as if another device had it now.
+    /// The device's folder in sysfs has gone, and udev has not reported it. Its node stays, as if another device had
+    /// it.
     void loseFromSysfs(int number);
-    /// The node meets its end before udev tells.
+    /// The node fails before udev reports it.
     void cut(int number);
 
-    /// Puts bytes where the node is read.
+    /// Sends bytes to the reader of the node.
     void send(int number, const std::vector<std::uint8_t>& bytes);
-    /// Waits for `count` bytes written to the node.
-    std::vector<std::uint8_t> receive(int number, std::size_t count);
 
     /// Called before every change: umockdev 0.17 mixes up its paths when two threads use libudev at once, so whatever
     /// watches the bus on a thread has to be waiting.
     std::function<void()> settle = [] {};
 
-    /// Where the node is in the real file system.
+    /// The path of the node in the real file system.
     std::string realNode(int number) const;
-    /// Lets every user read the bus's files. The nodes keep their own permissions.
-    void openToAll();
 
 private:
+    static gboolean onWrite(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self);
+    static gboolean onRead(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self);
     std::string rootDir() const;
     int cable(int number);
-    void add(const std::string& description);
 
     UMockdevTestbed* testbed_;
-    std::vector<UMockdevIoctlBase*> handlers_;
+    UMockdevIoctlBase* const handler_ = umockdev_ioctl_base_new();
+    mutable std::mutex mutex_;  // the answers are given on umockdev's thread
+    std::deque<Answer> toWrites_;
+    std::deque<Answer> toReads_;
+    std::vector<std::vector<std::uint8_t>> written_;
 };
 
 }  // namespace kelvo

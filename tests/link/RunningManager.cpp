@@ -1,21 +1,27 @@
 #include "RunningManager.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
 #include <csignal>
 #include <future>
-#include <utility>
+#include <span>
+#include <string_view>
 
 #include "SleepingThread.h"
 
 namespace kelvo {
 
+using namespace std::string_literals;
+
 RunningManager::RunningManager(FakeBus& bus)
-    : bus_(bus), log_([this](std::string_view line) { noteLog(std::string(line)); }) {
-    isOpen = open();
+    : bus_(bus), log_([this](std::string_view line) {
+          lastLine_ = line;
+          if (line.starts_with("devices cannot")) {
+              note(lastLine_);
+          }
+      }) {
     bus_.settle = [this] { waitUntilIdle(); };
 }
 
@@ -26,36 +32,39 @@ RunningManager::~RunningManager() {
 }
 
 bool RunningManager::open() {
-    return manager.open(
-        {.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200},
-        {.deviceMatching =
-             [this](const std::shared_ptr<HidDevice>& device) {
-                 {
-                     const std::lock_guard lock(mutex_);
-                     device_ = device;
-                 }
-                 noteCallback("arrived");
-             },
-         .deviceRemoval =
-             [this](const std::shared_ptr<HidDevice>& device) {
-                 noteCallback(device == this->device() ? "removed" : "another device removed");
-             },
-         .inputReport =
-             [this](const std::shared_ptr<HidDevice>& device, std::span<const std::uint8_t> report) {
-                 noteCallback((device == this->device() ? "report of " : "another device's report of ") +
-                              std::to_string(report.size()) + " bytes beginning with " +
-                              std::to_string(report.front()));
-             }});
+    const auto isKnown = [this](const std::shared_ptr<HidDevice>& device) {
+        return device == this->device() ? "" : "another device's ";
+    };
+    return manager.open({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200},
+                        {.deviceMatching =
+                             [this](const std::shared_ptr<HidDevice>& device) {
+                                 {
+                                     const std::lock_guard lock(mutex_);
+                                     device_ = device;
+                                 }
+                                 note(lastLine_);
+                             },
+                         .deviceRemoval = [this, isKnown](const auto& device) { note(isKnown(device) + "removed"s); },
+                         .inputReport =
+                             [this, isKnown](const auto& device, std::span<const std::uint8_t> report) {
+                                 note(isKnown(device) + "report of "s + std::to_string(report.size()) +
+                                      " bytes beginning with " + std::to_string(report.front()));
+                             },
+                         .unusable =
+                             [this](const std::string& reason) {
+                                 EXPECT_EQ(reason, lastLine_);
+                                 note("unusable: " + reason);
+                             }});
 }
 
-void RunningManager::start(std::function<void()> prepare) {
+void RunningManager::start() {
     std::promise<pid_t> id;
-    thread_ = std::thread([this, &id, prepare = std::move(prepare)] {
-        if (prepare) {
-            prepare();
-        }
+    thread_ = std::thread([this, &id] {
         runsOn_ = std::this_thread::get_id();
         id.set_value(gettid());
+        if (!open()) {
+            note("not open");
+        }
         manager.run();
     });
     threadId_ = id.get_future().get();
@@ -82,7 +91,7 @@ void RunningManager::join() {
     }
 }
 
-std::vector<std::string> RunningManager::waitFor(std::size_t count) {
+Events RunningManager::waitFor(std::size_t count) {
     std::unique_lock lock(mutex_);
     changed_.wait_for(lock, std::chrono::seconds(20), [&] { return events_.size() >= count; });
     return events_;
@@ -98,26 +107,8 @@ void RunningManager::forgetDevice() {
     device_.reset();
 }
 
-void RunningManager::noteCallback(const std::string& event) {
-    EXPECT_EQ(std::this_thread::get_id(), runsOn_);
-    note(event);
-}
-
-void RunningManager::noteLog(const std::string& line) {
-    if (line.find(" is open: ") == std::string::npos) {
-        note("log: " + line);
-        return;
-    }
-    const std::lock_guard lock(mutex_);
-    opened_.push_back(line);
-}
-
-std::vector<std::string> RunningManager::opened() {
-    const std::lock_guard lock(mutex_);
-    return opened_;
-}
-
 void RunningManager::note(const std::string& event) {
+    EXPECT_EQ(std::this_thread::get_id(), runsOn_);
     {
         const std::lock_guard lock(mutex_);
         events_.push_back(event);
@@ -128,14 +119,13 @@ void RunningManager::note(const std::string& event) {
     }
 }
 
-FoundPedal::PluggedBus::PluggedBus(NodeScript* script) {
-    if (script != nullptr) {
-        setScript(0, *script);
-    }
-    plug(0);
+std::string arrived(int number) {
+    return "/dev/hidraw" + std::to_string(number) + " is open: USB device 1-" + std::to_string(number + 1) +
+           ", release 00c8";
 }
 
-FoundPedal::FoundPedal(NodeScript* script) : bus(script) {
+void HidrawTest::findPedal() {
+    bus.plug(0);
     link.start();
     link.waitFor(1);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
 
@@ -17,19 +18,23 @@
 
 namespace kelvo {
 
+using Events = std::vector<std::string>;
+
 /// A HidrawManager that looks for the KR310 on a separate thread and records, in order, what it reports:
-/// "arrived", "report of N bytes beginning with B", "removed" (of the device that arrived), and "log: " and each line
-/// of the system log. A callback on another thread than that one fails the test. Stops and ends with the object.
+///
+///     "devices cannot ..."                       a line of the log about no device
+///     "not open"                                 `open` has failed
+///     arrived(0), "unusable: ...", "removed"     the callbacks
+///     "report of N bytes beginning with B"
+///
+/// A callback fails the test on another thread, for another device, or without the line in the log that belongs to it.
 class RunningManager {
 public:
     explicit RunningManager(FakeBus& bus);
     ~RunningManager();
 
-    /// Opens the manager again.
-    bool open();
-
-    /// Starts the thread; `prepare` is called on it first.
-    void start(std::function<void()> prepare = {});
+    /// Starts the thread, which opens the manager and runs it.
+    void start();
     /// Waits until the thread, if it runs, sleeps because there is nothing to do; in poll(2), as long as it has
     /// something to watch.
     void waitUntilIdle(long systemCall = SYS_ppoll) const;
@@ -39,35 +44,28 @@ public:
     void join();
 
     /// Waits until there are `count` events, at most 20 s, and returns all there are.
-    std::vector<std::string> waitFor(std::size_t count);
-    std::vector<std::string> events() { return waitFor(0); }
-
-    /// The log's lines about nodes that were opened. They are no events, since every case would have them.
-    std::vector<std::string> opened();
+    Events waitFor(std::size_t count);
+    Events events() { return waitFor(0); }
 
     /// The device that arrived last.
     std::shared_ptr<HidDevice> device();
-    /// Keeps no device any more.
     void forgetDevice();
 
-    /// Called on the manager's thread after each event is written down.
+    /// Called on the manager's thread after each event is recorded.
     std::function<void(const std::string& event)> onEvent;
 
     HidrawManager manager;
-    /// What the constructor's `open` returned.
-    bool isOpen = false;
 
 private:
+    bool open();
     void note(const std::string& event);
-    void noteLog(const std::string& line);
-    void noteCallback(const std::string& event);
 
     FakeBus& bus_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::vector<std::string> events_;
-    std::vector<std::string> opened_;
+    Events events_;
     std::shared_ptr<HidDevice> device_;
+    std::string lastLine_;  // of the log; the manager's thread only
     test::LogListener log_;
     pid_t threadId_ = 0;
     /// Written on the thread itself, so that its callbacks may read it.
@@ -75,16 +73,16 @@ private:
     std::thread thread_;
 };
 
-/// A bus with one pedal, whose node `script` answers for if it is given, and a running manager that has found it.
-class FoundPedal {
-    struct PluggedBus : FakeBus {
-        explicit PluggedBus(NodeScript* script);
-    };
+/// The event of the arrival of FakeBus's device `number`.
+std::string arrived(int number);
 
-public:
-    explicit FoundPedal(NodeScript* script = nullptr);
+/// An empty bus and a manager that is not started.
+class HidrawTest : public testing::Test {
+protected:
+    /// Plugs in device 0 and waits until the manager has found it.
+    void findPedal();
 
-    PluggedBus bus;
+    FakeBus bus;
     RunningManager link{bus};
 };
 
