@@ -1,12 +1,10 @@
 #include "CableApp.h"
 
-#include <QLabel>
 #include <QPushButton>
 #include <QTimer>
 #include <utility>
 
 #include "Driver.h"
-#include "LoadDataWindowController.h"
 #include "RVHidClass.h"
 #include "SleepingThread.h"
 #include "SlotTableView.h"
@@ -62,23 +60,6 @@ void CableApp::deleteCAB(int row) {
     controller.ImportIRTableV().selectRow(row);
     click(controller.deleteIR());
     services.alerts.back().answer(kAlertFirstButtonReturn);
-}
-
-bool CableApp::showsExitAlert() {
-    const Alert expected{.messageText = QStringLiteral("No device connected. Please connected your KR310"),
-                         .buttons = {QStringLiteral("Exit")},
-                         .style = AlertStyle::Critical};
-    if (!serveUntil([&] { return !services.alerts.empty(); }) || services.alerts.size() != 1) {
-        return false;
-    }
-    const Alert& shown = services.alerts[0].alert;
-    return shown.messageText == expected.messageText && shown.buttons == expected.buttons &&
-           shown.style == expected.style && !isOpenDevice;
-}
-
-int percentage(const KelvoAppDelegate& controller) {
-    const QLabel* const label = controller.loadWindow().loadDataLabel();
-    return label != nullptr ? label->text().chopped(1).toInt() : 0;
 }
 
 }  // namespace kelvo::test

@@ -26,9 +26,6 @@ public:
     void importAMP(int row, const QString& path);
     void deleteCAB(int row);
 
-    /// Waits for the alert of a pulled cable, and says that it is right: the text, one button, nothing else shown.
-    [[nodiscard]] bool showsExitAlert();
-
     /// Runs once the loading window serves events.
     std::function<void()> whileLoading;
 
@@ -43,8 +40,5 @@ private:
     AppServices functions();
     void found();
 };
-
-/// The percentage that the loading window shows.
-[[nodiscard]] int percentage(const KelvoAppDelegate& controller);
 
 }  // namespace kelvo::test

@@ -15,47 +15,40 @@
 namespace kelvo::test {
 namespace {
 
-/// A line of the KR310's folder in sysfs; "?" when there is none.
-std::string attribute(const std::string& name) {
-    const auto usbDevice = std::filesystem::canonical("/sys/class/hidraw/" + hidrawNode().substr(5) + "/device/../..");
+/// The folder of the KR310's HID device in sysfs; its interface and its USB device are the folders above.
+std::filesystem::path hidDevice() {
+    return std::filesystem::canonical("/sys/class/hidraw/" + hidrawNode().substr(5) + "/device");
+}
+
+/// The line of a file; "?" when there is none.
+std::string lineOf(const std::filesystem::path& path) {
     std::string line = "?";
-    std::ifstream file(usbDevice / name);
+    std::ifstream file(path);
     std::getline(file, line);
     return line;
 }
 
-TEST(Kernel, enumeratesTheKr310) {
-    PluggedPedal pedal;
-    EXPECT_EQ(attribute("idVendor"), "0483");
-    EXPECT_EQ(attribute("idProduct"), "5703");
-    EXPECT_EQ(attribute("bcdDevice"), "00c8");
-    EXPECT_EQ(attribute("speed"), "12");
-    EXPECT_EQ(attribute("manufacturer"), "Virtual");
-    EXPECT_EQ(attribute("product"), "KR310");
-    EXPECT_EQ(attribute("bNumInterfaces"), " 1");
-    EXPECT_EQ(attribute("bConfigurationValue"), "1");
-    EXPECT_EQ(attribute("bMaxPower"), "100mA");
-}
-
-/// What sysfs says of the endpoints of the KR310's interface, in the order of the directory.
+/// The endpoints of the interface, in the order of the directory.
 std::string endpoints() {
     std::string all;
-    for (const auto& entry : std::filesystem::directory_iterator(
-             std::filesystem::canonical("/sys/class/hidraw/" + hidrawNode().substr(5) + "/device/.."))) {
+    for (const auto& entry : std::filesystem::directory_iterator(hidDevice().parent_path())) {
         if (entry.path().filename().string().starts_with("ep_")) {
-            for (const char* const part : {"direction", "type", "wMaxPacketSize", "interval"}) {
-                std::string line;
-                std::ifstream file(entry.path() / part);
-                std::getline(file, line);
-                all += line + ' ';
+            for (const char* const attribute : {"direction", "type", "wMaxPacketSize", "interval"}) {
+                all += lineOf(entry.path() / attribute) + ' ';
             }
         }
     }
     return all;
 }
 
-TEST(Kernel, seesTwoInterruptEndpointsOf64BytesAndOneHidInterface) {
+TEST(Kernel, enumeratesTheKr310) {
     PluggedPedal pedal;
+    std::string attributes;
+    for (const char* const attribute : {"idVendor", "idProduct", "bcdDevice", "speed", "manufacturer", "product",
+                                        "bNumInterfaces", "bConfigurationValue", "bMaxPower"}) {
+        attributes += lineOf(hidDevice().parent_path().parent_path() / attribute) + ' ';
+    }
+    EXPECT_EQ(attributes, "0483 5703 00c8 12 Virtual KR310  1 1 100mA ");
     const std::string inFirst = "in Interrupt 0040 1ms out Interrupt 0040 1ms ";
     const std::string outFirst = "out Interrupt 0040 1ms in Interrupt 0040 1ms ";
     // The kernel lists them only after it has made the node.
@@ -65,7 +58,7 @@ TEST(Kernel, seesTwoInterruptEndpointsOf64BytesAndOneHidInterface) {
 
 TEST(Kernel, readsTheReportDescriptor) {
     PluggedPedal pedal;
-    std::ifstream file("/sys/class/hidraw/" + hidrawNode().substr(5) + "/device/report_descriptor", std::ios::binary);
+    std::ifstream file(hidDevice() / "report_descriptor", std::ios::binary);
     std::ostringstream text;
     text << std::hex << std::setfill('0');
     for (char byte = 0; file.get(byte);) {

@@ -132,18 +132,4 @@ std::vector<std::string> PluggedPedal::memory() {
     return linesUpTo(write("memory"), "listed");
 }
 
-std::vector<std::string> PluggedPedal::takeReports() {
-    const std::size_t end = write("help");
-    // What was told before this answer has come with it.
-    static_cast<void>(linesUpTo(end, "listed"));
-    const std::lock_guard lock(mutex_);
-    std::vector<std::string> reports;
-    for (; seen_ < lines_.size(); ++seen_) {
-        if (lines_[seen_].starts_with("report ")) {
-            reports.push_back(lines_[seen_]);
-        }
-    }
-    return reports;
-}
-
 }  // namespace kelvo::test

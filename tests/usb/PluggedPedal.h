@@ -35,9 +35,6 @@ public:
     /// The twenty lines of the pedal's memory.
     [[nodiscard]] std::vector<std::string> memory();
 
-    /// The reports that it has told since the last call, in hexadecimal; "reports" has been told it.
-    [[nodiscard]] std::vector<std::string> takeReports();
-
 private:
     void start();
     void collect();
@@ -51,7 +48,6 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<std::string> lines_;
-    std::size_t seen_ = 0;  // of them, for reports
     std::thread reader_;
 };
 
