@@ -6,14 +6,11 @@
 #include <chrono>
 #include <csignal>
 #include <future>
-#include <span>
 #include <string_view>
 
 #include "SleepingThread.h"
 
 namespace kelvo {
-
-using namespace std::string_literals;
 
 RunningManager::RunningManager(FakeBus& bus)
     : bus_(bus), log_([this](std::string_view line) {
@@ -32,29 +29,27 @@ RunningManager::~RunningManager() {
 }
 
 bool RunningManager::open() {
-    const auto isKnown = [this](const std::shared_ptr<HidDevice>& device) {
-        return device == this->device() ? "" : "another device's ";
+    const auto noteOf = [this](const std::shared_ptr<HidDevice>& device, const std::string& event) {
+        note(device == this->device() ? event : "another device: " + event);
     };
-    return manager.open({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200},
-                        {.deviceMatching =
-                             [this](const std::shared_ptr<HidDevice>& device) {
-                                 {
-                                     const std::lock_guard lock(mutex_);
-                                     device_ = device;
-                                 }
-                                 note(lastLine_);
-                             },
-                         .deviceRemoval = [this, isKnown](const auto& device) { note(isKnown(device) + "removed"s); },
-                         .inputReport =
-                             [this, isKnown](const auto& device, std::span<const std::uint8_t> report) {
-                                 note(isKnown(device) + "report of "s + std::to_string(report.size()) +
-                                      " bytes beginning with " + std::to_string(report.front()));
-                             },
-                         .unusable =
-                             [this](const std::string& reason) {
-                                 EXPECT_EQ(reason, lastLine_);
-                                 note("unusable: " + reason);
-                             }});
+    HidCallbacks callbacks;
+    callbacks.deviceMatching = [this](const auto& device) {
+        {
+            const std::lock_guard lock(mutex_);
+            device_ = device;
+        }
+        note(lastLine_);
+    };
+    callbacks.deviceRemoval = [noteOf](const auto& device) { noteOf(device, "removed"); };
+    callbacks.inputReport = [noteOf](const auto& device, auto report) {
+        noteOf(device, "report of " + std::to_string(report.size()) + " bytes beginning with " +
+                           std::to_string(report.front()));
+    };
+    callbacks.unusable = [this](const std::string& reason) {
+        EXPECT_EQ(reason, lastLine_);
+        note("unusable: " + reason);
+    };
+    return manager.open({.vendorId = 0x0483, .productId = 0x5703, .versionNumber = 200}, callbacks);
 }
 
 void RunningManager::start() {
