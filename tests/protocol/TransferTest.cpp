@@ -39,31 +39,25 @@ std::vector<int> bytes(const PacketBuffer& packet, std::size_t from, std::size_t
     return {first, first + static_cast<std::ptrdiff_t>(count)};
 }
 
-struct Plane {
-    const TransferKind& kind;
-    std::uint8_t phase;
-    int command;
-    int first;
-    int last;
-};
-
-class DataPacket : public testing::TestWithParam<Plane> {};
-
-TEST_P(DataPacket, carriesOneByteOfEveryWord) {
-    const PacketBuffer packet = packetOf(begun(GetParam().kind), GetParam().phase);
-    EXPECT_THAT(bytes(packet, 0, 7), ElementsAre(0xAA, 0x55, 0x03, 0x02, GetParam().command, 3, GetParam().phase));
-    EXPECT_EQ(packet[7], GetParam().first);
-    EXPECT_THAT(bytes(packet, 8, 510), Each(0));
-    EXPECT_EQ(packet[518], GetParam().last);
-    EXPECT_EQ(packet[519], 0xEE);
+TEST(DataPacket, carriesOneByteOfEveryWord) {
+    struct Row {
+        const TransferKind& kind;
+        std::uint8_t phase;
+        int command;
+        int first;
+        int last;
+    };
+    for (const auto& [kind, phase, command, first, last] :
+         {Row{kIRTransfer, 1, 0xE1, 0x34, 0xBC}, Row{kIRTransfer, 2, 0xE1, 0x56, 0xDE},
+          Row{kIRTransfer, 3, 0xE1, 0x78, 0xF0}, Row{kAMPTransfer, 1, 0xE2, 0x12, 0x9A},
+          Row{kAMPTransfer, 2, 0xE2, 0x34, 0xBC}, Row{kAMPTransfer, 3, 0xE2, 0x56, 0xDE},
+          Row{kAMPTransfer, 4, 0xE2, 0x78, 0xF0}}) {
+        const PacketBuffer packet = packetOf(begun(kind), phase);
+        EXPECT_THAT(bytes(packet, 0, 8), ElementsAre(0xAA, 0x55, 0x03, 0x02, command, 3, phase, first));
+        EXPECT_THAT(bytes(packet, 8, 510), Each(0));
+        EXPECT_THAT(bytes(packet, 518, 2), ElementsAre(last, 0xEE));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Planes, DataPacket,
-    testing::Values(Plane{kIRTransfer, 1, 0xE1, 0x34, 0xBC}, Plane{kIRTransfer, 2, 0xE1, 0x56, 0xDE},
-                    Plane{kIRTransfer, 3, 0xE1, 0x78, 0xF0}, Plane{kAMPTransfer, 1, 0xE2, 0x12, 0x9A},
-                    Plane{kAMPTransfer, 2, 0xE2, 0x34, 0xBC}, Plane{kAMPTransfer, 3, 0xE2, 0x56, 0xDE},
-                    Plane{kAMPTransfer, 4, 0xE2, 0x78, 0xF0}));
 
 TEST(NamePacket, carriesTenBytesWithoutATerminator) {
     EXPECT_THAT(
@@ -125,27 +119,25 @@ TEST_F(Acknowledgements, inOrderMoveTheTransferToItsEnd) {
     EXPECT_EQ(progress(), (TransferProgress{.number = 1, .row = 3, .acknowledged = 4, .isSpoiled = false}));
 }
 
-struct Order {
-    std::vector<std::uint8_t> phases;
-    std::uint8_t acknowledged;
-    bool isSpoiled;
-    int sentPhase;  ///< of the last packet
-};
-
-class AcknowledgementOrder : public Acknowledgements, public testing::WithParamInterface<Order> {};
-
-TEST_P(AcknowledgementOrder, decidesWhetherTheTransferIsSpoiled) {
-    acknowledge(GetParam().phases);
-    EXPECT_EQ(progress(),
-              (TransferProgress{
-                  .number = 1, .row = 3, .acknowledged = GetParam().acknowledged, .isSpoiled = GetParam().isSpoiled}));
-    EXPECT_EQ(packet_[6], GetParam().sentPhase);
+TEST_F(Acknowledgements, outOfOrder_spoilTheTransferUnlessTheyRepeatTheLast) {
+    struct Row {
+        std::vector<std::uint8_t> phases;
+        std::uint8_t acknowledged;
+        bool isSpoiled;
+        int sentPhase;  ///< of the last packet
+    };
+    for (const auto& [phases, acknowledged, isSpoiled, sentPhase] :
+         {Row{{3}, 0, true, 4}, Row{{1, 2, 1}, 2, true, 2}, Row{{1, 1, 2, 2, 3, 3, 4}, 4, false, 4},
+          Row{{1, 2, 3, 4, 2}, 4, false, 3}, Row{{0, 5, 6, 255}, 0, false, 1}}) {
+        SCOPED_TRACE(testing::PrintToString(phases));
+        transfer_.begin(1, 3, {}, {});
+        send();
+        acknowledge(phases);
+        EXPECT_EQ(progress(),
+                  (TransferProgress{.number = 1, .row = 3, .acknowledged = acknowledged, .isSpoiled = isSpoiled}));
+        EXPECT_EQ(packet_[6], sentPhase);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Phases, AcknowledgementOrder,
-                         testing::Values(Order{{3}, 0, true, 4}, Order{{1, 2, 1}, 2, true, 2},
-                                         Order{{1, 1, 2, 2, 3, 3, 4}, 4, false, 4}, Order{{1, 2, 3, 4, 2}, 4, false, 3},
-                                         Order{{0, 5, 6, 255}, 0, false, 1}));
 
 TEST_F(Acknowledgements, ofPhasesThatDoNotExistAreIgnored) {
     for (const std::uint8_t phase : {0, 5, 6, 255}) {
@@ -176,10 +168,8 @@ TEST_F(Acknowledgements, ofTheNameOnly_noLongerCountForARowThatWasCleared) {
     EXPECT_EQ(progress().row, 3);
     transfer_.slotCleared(3);
     EXPECT_EQ(progress().row, -1);
-}
-
-TEST_F(Acknowledgements, afterTheEnd_keepNoRowThatWasCleared) {
-    acknowledge({1, 2, 3, 4, 2});
+    transfer_.begin(2, 3, {}, {});
+    acknowledge({1, 2, 3, 4, 2});  // the last packet was not the name
     transfer_.slotCleared(3);
     EXPECT_EQ(progress().row, -1);
 }
