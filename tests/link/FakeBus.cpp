@@ -65,6 +65,7 @@ FakeBus::FakeBus() : testbed_(umockdev_testbed_new()) {
 FakeBus::~FakeBus() {
     g_object_unref(testbed_);
     g_object_unref(handler_);
+    const std::lock_guard lock(mutex_);  // ThreadSanitizer cannot see that the thread has ended
 }
 
 void FakeBus::setAnswers(std::deque<Answer> toWrites, std::deque<Answer> toReads) {

@@ -71,12 +71,13 @@ private:
     std::string rootDir() const;
     int cable(int number);
 
-    UMockdevTestbed* testbed_;
-    UMockdevIoctlBase* const handler_ = umockdev_ioctl_base_new();
-    mutable std::mutex mutex_;  // the answers are given on umockdev's thread
+    // The answers are given on umockdev's thread, which the test bed starts, so they come before it.
+    mutable std::mutex mutex_;
     std::deque<Answer> toWrites_;
     std::deque<Answer> toReads_;
     std::vector<std::vector<std::uint8_t>> written_;
+    UMockdevTestbed* const testbed_;
+    UMockdevIoctlBase* const handler_ = umockdev_ioctl_base_new();
 };
 
 }  // namespace kelvo
