@@ -19,6 +19,7 @@ bool isOpen(int fd) {
 
 TEST(UniqueFd, ownsNothing_orADescriptorUntilItsEnd) {
     EXPECT_FALSE(UniqueFd());
+    EXPECT_EQ(UniqueFd().get(), -1);
     const int number = openNull();
     {
         const UniqueFd fd(number);
