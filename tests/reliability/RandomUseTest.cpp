@@ -1,6 +1,5 @@
 // What the window shows is what the pedal holds, whatever the user does and however the pedal answers.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
@@ -14,8 +13,6 @@
 
 namespace kelvo::test {
 namespace {
-
-using testing::ElementsAre;
 
 /// A window in use, and the pedal that it must not say anything false about.
 class UsedWindow {
@@ -70,14 +67,9 @@ public:
         return lies(cab, memory.cab) + lies(app.controller.ImportCabTableV(), memory.amp);
     }
 
-    static std::vector<int> sentRows(const SlotTableView& table) {
-        std::vector<int> rows;
-        for (int row = 0; row < kTableRows; ++row) {
-            if (isSent(table, row)) {
-                rows.push_back(row);
-            }
-        }
-        return rows;
+    /// Waits until the window shows that these rows of the CAB table were sent, and no others.
+    void expectSent(const std::vector<int>& rows) const {
+        EXPECT_TRUE(serveUntil([&] { return sentRows() == rows; })) << testing::PrintToString(sentRows());
     }
 
     SampleDir files;
@@ -85,6 +77,15 @@ public:
     SlotTableView& cab = app.controller.ImportIRTableV();
 
 private:
+    std::vector<int> sentRows() const {
+        std::vector<int> rows;
+        for (int row = 0; row < kTableRows; ++row) {
+            if (isSent(cab, row)) {
+                rows.push_back(row);
+            }
+        }
+        return rows;
+    }
     static bool isSent(const SlotTableView& table, int row) {
         return table.model()->index(row, 0).data(SlotTableModel::kStateRole).value<SlotState>() == SlotState::Sent;
     }
@@ -115,7 +116,7 @@ TEST_P(AtAPedalThatAnswersAfter, dropDuringATransfer_waitsForItsEnd) {
     use_.settle();
     EXPECT_EQ(use_.app.pedal.memory().cab[1].name, "W1");
     EXPECT_EQ(use_.app.pedal.memory().cab[7].name, "W2");
-    EXPECT_THAT(use_.sentRows(use_.cab), ElementsAre(1, 7));
+    use_.expectSent({1, 7});
 }
 
 TEST_P(AtAPedalThatAnswersAfter, importOfTheOtherKind_spoilsNoFinishedRow) {
@@ -125,7 +126,7 @@ TEST_P(AtAPedalThatAnswersAfter, importOfTheOtherKind_spoilsNoFinishedRow) {
     ASSERT_TRUE(use_.changed(2));
     use_.settle();
     EXPECT_EQ(use_.app.pedal.memory().cab[4].name, "W1");
-    EXPECT_THAT(use_.sentRows(use_.cab), ElementsAre(4));
+    use_.expectSent({4});
 }
 
 TEST_P(AtAPedalThatAnswersAfter, transferCutOffByAnImport_isNotSent) {
@@ -152,7 +153,7 @@ TEST_P(AtAPedalThatAnswersAfter, set_survivesACancelledChooser_importsNoFileTwic
     use_.app.controller.importIrButtonClick();
     ASSERT_TRUE(use_.changed(2));
     use_.settle();
-    EXPECT_THAT(use_.sentRows(use_.cab), ElementsAre(5, 6));
+    use_.expectSent({5, 6});
     EXPECT_EQ(use_.app.cabLabel(6), "33.W2");
 }
 
@@ -165,7 +166,7 @@ TEST_P(AtAPedalThatAnswersAfter, set_pausesDuringAQuestion) {
     use_.confirmDeletion();
     use_.settle();
     EXPECT_EQ(use_.app.pedal.memory().cab[6].name, "");
-    EXPECT_THAT(use_.sentRows(use_.cab), ElementsAre(5));
+    use_.expectSent({5});
 }
 
 INSTANTIATE_TEST_SUITE_P(Milliseconds, AtAPedalThatAnswersAfter, testing::Values(0, 30, 900));
