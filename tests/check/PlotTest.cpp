@@ -18,12 +18,13 @@ PointLevels impulse(double level) {
 }
 
 /// Whether these words, drawn alone, look like what is there, which other processors may round a little otherwise.
-bool shows(const QImage& picture, const QRectF& place, int alignment, const char* words, int pixelSize = 14) {
+bool shows(const QImage& picture, const QRectF& place, int alignment, const char* words, int pixelSize = 14,
+           QRgb colour = 0xFF222222) {
     QImage alone(picture.size(), QImage::Format_RGB32);
     alone.fill(Qt::white);
     QPainter painter(&alone);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor(0x22, 0x22, 0x22));
+    painter.setPen(QColor(colour));
     QFont font = painter.font();
     font.setPixelSize(pixelSize);
     painter.setFont(font);
@@ -74,8 +75,8 @@ TEST(Plot, hasItsWordsInTheirPlaces) {
     EXPECT_TRUE(shows(picture, {96, 14, 874, 30}, Qt::AlignLeft | Qt::AlignVCenter, "a.wav", 19));
     EXPECT_TRUE(shows(picture, {96, 336, 874, 20}, Qt::AlignCenter, "time (ms)"));
     EXPECT_TRUE(shows(picture, {96, 661, 874, 20}, Qt::AlignCenter, "frequency (Hz)"));
-    EXPECT_FALSE(shows(picture, {700, 361, 140, 20}, Qt::AlignCenter, "")) << "the curve of the points is named";
-    EXPECT_FALSE(shows(picture, {890, 361, 80, 20}, Qt::AlignCenter, "")) << "the curve of the file is named";
+    EXPECT_TRUE(shows(picture, {700, 361, 150, 20}, Qt::AlignRight, "what the pedal gets", 14, 0xFF1F4E9C));
+    EXPECT_TRUE(shows(picture, {870, 361, 100, 20}, Qt::AlignRight, "the whole file", 14, 0xFFD98A2B));
     const std::pair<const char*, QPointF> centred[] = {{"0", {110.5667, 324}},   {"10", {838.9, 324}},
                                                        {"20", {96, 649}},        {"500", {503.2665, 649}},
                                                        {"1 k", {590.9666, 649}}, {"20 k", {970, 649}}};

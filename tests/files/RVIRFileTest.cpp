@@ -45,6 +45,7 @@ TEST_F(IRFile, beforeItIsOpened_hasABlankNameAndNoPoints) {
     EXPECT_EQ(text(file.CharFileNane), "                    ");
     EXPECT_FALSE(convert());
     EXPECT_TRUE(pointsAreUntouched());
+    EXPECT_EQ(file.FileSize, 0U);
 }
 
 TEST_F(IRFile, acceptsAWaveFile) {
