@@ -42,7 +42,7 @@ public:
 
 /// Serves events until the condition holds; false when it did not within the time.
 [[nodiscard]] bool serveUntil(const std::function<bool()>& condition,
-                              std::chrono::milliseconds patience = std::chrono::seconds(20));
+                              std::chrono::milliseconds patience = std::chrono::seconds(60));
 
 /// The slots that differ from what the pedal left the factory with, as "CAB 27" or "AMP 56".
 std::vector<std::string> changedSlots(const VirtualKr310& pedal);

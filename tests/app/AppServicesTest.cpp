@@ -195,7 +195,7 @@ TEST_F(RealChooser, leavesNoCompletionsOpen) {
     name->setFocus();
     const QWidget* const completions = name->completer()->popup();
     // They come when the folder has been read, which has no event here.
-    ASSERT_TRUE(QTest::qWaitFor([&] {
+    ASSERT_TRUE(serveUntil([&] {
         name->clear();
         QTest::keyClicks(name, path.chopped(1));
         return completions->isVisible();

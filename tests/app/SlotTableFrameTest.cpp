@@ -40,7 +40,7 @@ TEST(SlotTableFrame, hasFourSidesAtAScaleOfOneAndAHalf) {
     for (const QPoint margin : {QPoint(12, 12), QPoint(13, 12), QPoint(12, 13), QPoint(13, 13)}) {
         window.layout()->setContentsMargins(margin.x(), margin.y(), 12, 12);
         const SlotTableView& table = app.controller.ImportIRTableV();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return table.mapTo(&window, QPoint()).x() == margin.x(); }));
+        ASSERT_TRUE(serveUntil([&] { return table.mapTo(&window, QPoint()).x() == margin.x(); }));
         EXPECT_EQ(gapsInTheFrame(window, table), 0) << "with margins of " << margin.x() << " and " << margin.y();
         EXPECT_EQ(gapsInTheFrame(window, app.controller.ImportCabTableV()), 0);
     }

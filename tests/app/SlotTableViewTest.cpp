@@ -94,6 +94,7 @@ TEST_F(FilledTable, isNeverNarrowerThanItsWidestLabelWithTheFrame) {
     const QFontMetrics metrics = cab_.fontMetrics();
     EXPECT_EQ(cab_.minimumSizeHint().width(), SlotDelegate::labelWidth(metrics, "65.MMMMMMMMMM") + 2);
     EXPECT_EQ(cab_.sizeHint().width(), std::max(cab_.minimumSizeHint().width(), 45 * metrics.averageCharWidth()));
+    EXPECT_EQ(cab_.columnWidth(0), cab_.viewport()->width());
 }
 
 TEST_F(FilledTable, theWindowHasTheOneSizeOfItsContentInEachFont) {
