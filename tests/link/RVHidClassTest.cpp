@@ -116,6 +116,12 @@ TEST(OpenHidDevice, ignoresReportsAndTheRemovalOfADeviceThatHasNotArrived) {
     EXPECT_EQ(link.removals, 0);
 }
 
+TEST_F(Link, remembersWhyADeviceCannotBeUsed) {
+    link.manager.reportUnusable("no permission");
+    ASSERT_TRUE(link.manager.settle());
+    EXPECT_EQ(unusableDevice(), "no permission");
+}
+
 TEST_F(Link, inputReport_addsItsCountedBytesToTheRing) {
     struct Row {
         std::size_t length;

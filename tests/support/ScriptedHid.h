@@ -116,6 +116,9 @@ public:
     void detach(std::shared_ptr<HidDevice> device) {
         post([this, device = std::move(device)] { callbacks_.deviceRemoval(device); });
     }
+    void reportUnusable(const std::string& reason) {
+        post([this, reason] { callbacks_.unusable(reason); });
+    }
     /// One input report of any length, the count byte included.
     void deliver(std::shared_ptr<HidDevice> device, std::vector<std::uint8_t> report) {
         post(
