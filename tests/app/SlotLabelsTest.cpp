@@ -25,7 +25,7 @@ INSTANTIATE_TEST_SUITE_P(
     Labels, SplitLabel,
     testing::Values(Split{"27.GREENBACK", "27.", "GREENBACK", false}, Split{"58.CLEAN", "58.", "CLEAN", false},
                     Split{"30EMPTY", "30", "EMPTY", true},
-                    Split{"30.EMPTY", "30.", "EMPTY", false},  // somebody's file of that name
+                    Split{"30.EMPTY", "30.", "EMPTY", false},  // a file of that name
                     Split{"32.", "32.", "", true},             // no name in the pedal
                     Split{"61.          ", "61.", "          ", true},
                     Split{"27.4X12.WAV", "27.", "4X12.WAV", false},  //

@@ -30,7 +30,7 @@ public:
         changed_.notify_all();
         const std::size_t attempt = attempts_;
         changed_.wait(lock, [&] { return !held_; });
-        if (attempt == refused_ || gone_) {
+        if (attempt == refused_) {
             return false;
         }
         std::copy(report.begin(), report.end(), reports_.emplace_back().begin());
@@ -42,11 +42,6 @@ public:
     void refuseReport(std::size_t attempt) {
         const std::lock_guard lock(mutex_);
         refused_ = attempt;
-    }
-    /// Every report fails from now on, as after an unplug.
-    void refuseAllReports() {
-        const std::lock_guard lock(mutex_);
-        gone_ = true;
     }
     /// setReport does not return until releaseReports.
     void holdReports() {
@@ -102,7 +97,6 @@ private:
     std::vector<Report> reports_;
     std::size_t attempts_ = 0;
     std::size_t refused_ = 0;
-    bool gone_ = false;
     bool held_ = false;
 };
 
