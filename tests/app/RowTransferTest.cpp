@@ -6,6 +6,7 @@
 #include <QVariantAnimation>
 
 #include "Driver.h"
+#include "FileDrag.h"
 #include "FileImports.h"
 
 namespace kelvo::test {
@@ -117,6 +118,16 @@ TEST_F(RowTransfer, intoADeletedRow_bringsItsLabelBackWithTheNamePacketOnly) {
     expectIdle(cab_);
     EXPECT_EQ(spoken(cab_, 3), "");
     EXPECT_FALSE(button("nextIR").isEnabled());
+}
+
+TEST_F(RowTransfer, ofASet_waitsForTheAnswerToAQuestion) {
+    ASSERT_TRUE(drop(cab_, 4, waves({"a", "b"})));
+    ASSERT_TRUE(serveUntil([this] { return transfer() == 1; }));
+    app_.controller.deleteCAB();
+    acknowledge({1, 2, 3, 4});
+    EXPECT_EQ(transfer(), 1U);
+    app_.services.alerts.back().answer(kAlertSecondButtonReturn);
+    EXPECT_EQ(transfer(), 2U);
 }
 
 }  // namespace
