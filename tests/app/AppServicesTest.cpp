@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QCompleter>
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -185,6 +186,20 @@ TEST_F(RealChooser, isKeptForTheNextTimeWithoutItsLastChoice) {
     EXPECT_TRUE(first.isVisible());
     visibleFileDialog()->reject();
     EXPECT_EQ(children(), before);
+}
+
+TEST_F(RealChooser, returnsToItsPlaceAndToTheLastFolderOfEachType) {
+    const SampleDir models;
+    QFileDialog& chooser = show("wav");
+    chooser.setDirectory(files_.path(""));
+    chooser.setGeometry(50, 60, 500, 400);
+    show("amp");
+    EXPECT_EQ(chooser.geometry(), QRect(50, 60, 500, 400));
+    chooser.setDirectory(models.path(""));
+    show("wav");
+    EXPECT_EQ(chooser.directory(), QDir(files_.path("")));
+    show("amp");
+    EXPECT_EQ(chooser.directory(), QDir(models.path("")));
 }
 
 TEST_F(RealChooser, leavesNoCompletionsOpen) {
