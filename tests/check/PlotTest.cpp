@@ -19,7 +19,7 @@ PointLevels impulse(double level) {
 
 /// Whether these words, drawn alone, look like what is there, which other processors may round a little otherwise.
 bool shows(const QImage& picture, const QRectF& place, int alignment, const char* words, int pixelSize = 14,
-           QRgb colour = 0xFF222222) {
+           QRgb colour = 0xFF222222, const QTransform& turn = {}) {
     QImage alone(picture.size(), QImage::Format_RGB32);
     alone.fill(Qt::white);
     QPainter painter(&alone);
@@ -28,8 +28,9 @@ bool shows(const QImage& picture, const QRectF& place, int alignment, const char
     QFont font = painter.font();
     font.setPixelSize(pixelSize);
     painter.setFont(font);
+    painter.setTransform(turn);
     painter.drawText(place, alignment, words);
-    const QRect area = place.toRect().adjusted(0, 4, 0, -4);  // between the words above and below
+    const QRect area = turn.mapRect(place).toRect().adjusted(0, 4, 0, -4);  // between the words above and below
     for (int row = area.top(); row <= area.bottom(); ++row) {
         for (int column = area.left(); column <= area.right(); ++column) {
             if (std::abs(qGreen(picture.pixel(column, row)) - qGreen(alone.pixel(column, row))) > 3) {
@@ -87,6 +88,10 @@ TEST(Plot, hasItsWordsInTheirPlaces) {
         {"-0.5", 304.0476}, {"0", 185}, {"0.25", 125.4762}, {"-60", 635}, {"-10", 426.6667}};
     for (const auto& [words, row] : beside) {
         EXPECT_TRUE(shows(picture, {30, row - 10, 60, 20}, Qt::AlignRight | Qt::AlignVCenter, words)) << words;
+    }
+    for (const auto& [words, row] : {std::pair("level (full scale = 1)", 185), {"gain (dB)", 510}}) {
+        const QTransform upwards = QTransform::fromTranslate(14, row).rotate(-90);
+        EXPECT_TRUE(shows(picture, {-150, -10, 300, 20}, Qt::AlignCenter, words, 14, 0xFF222222, upwards)) << words;
     }
 }
 
