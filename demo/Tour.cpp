@@ -154,7 +154,8 @@ bool Tour::changed(const std::string& beginning) const {
 void Tour::takePicture(const QString& name) {
     const QString number = QStringLiteral("%1").arg(++pictures_, 2, 10, QLatin1Char('0'));
     const QString path = QStringLiteral("%1/%2-%3.png").arg(places_.pictures, number, name);
-    if (!visibleWindows().save(path)) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || !visibleWindows().save(&file, "PNG") || !file.flush()) {
         failToWrite(path);
     }
     atPicture_(name);
@@ -173,6 +174,10 @@ void Tour::writeTranscript() const {
     out << "\nContents of the pedal:\n";
     for (const std::string& line : memoryLines(pedal_.memory())) {
         out << QString::fromStdString(line) << '\n';
+    }
+    out.flush();
+    if (!file.flush()) {
+        failToWrite(file.fileName());
     }
 }
 

@@ -214,6 +214,15 @@ TEST_F(KelvoTour, whosePictureOrTranscriptCannotBeWritten_endsWith1AndSaysSo) {
     }
 }
 
+TEST_F(KelvoTour, whoseFirstPictureMeetsAFullDisk_endsWith1AndSaysSo) {
+    const Outcome result =
+        runInShell("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$1\" \"$2\"",
+                   {KELVO_PROGRAMS "kelvo-tour", pictures, KELVO_SAMPLES}, {{"QT_QPA_PLATFORM", "offscreen"}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("/01-loading-0.png cannot be written\n"), std::string::npos) << result.err;
+    EXPECT_EQ(QDir(pictures).entryList(QDir::Files).size(), 1);
+}
+
 TEST_F(KelvoTour, thatHolds_namesEachPictureWhenItIsThere) {
     const char* const command = R"(mkfifo "$3" "$4"
         "$0" "$1" "$2" hold <"$3" >"$4" &
