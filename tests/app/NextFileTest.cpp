@@ -112,6 +112,7 @@ TEST_F(NextFile, isNamedWithItsPlaceInTheLineBelowTheTableAtEveryStep) {
     QLabel& line = *app_.controller.window().findChild<QLabel*>("fileIR");
     const auto shows = [&](const QString& text) { return serveUntil([&] { return line.text() == text; }); };
     EXPECT_EQ(line.text(), "");
+    EXPECT_EQ(line.foregroundRole(), QPalette::PlaceholderText);
     bad("pos 2.wav");
     wave("pos 10.wav");
     importFirst(3, wave("pos 1.wav"));
