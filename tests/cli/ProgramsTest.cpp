@@ -202,27 +202,6 @@ TEST_F(KelvoTour, acceptsTheToolkitsOptionsInEitherForm) {
     EXPECT_EQ(QDir(pictures).entryList({"*.png"}).size(), 15);
 }
 
-TEST_F(KelvoTour, whosePictureOrTranscriptCannotBeWritten_endsWith1AndSaysSo) {
-    for (const char* const name : {"05-tables.png", "transcript.txt"}) {
-        const QString folder = dir.filePath(QString("without ") + name);
-        const QString path = folder + '/' + name;
-        ASSERT_TRUE(QDir().mkpath(path));
-        const Outcome result = runProgram("kelvo-tour", {folder, KELVO_SAMPLES}, {{"QT_QPA_PLATFORM", "offscreen"}});
-        EXPECT_EQ(result.status, 1);
-        EXPECT_TRUE(result.err.ends_with("The tour ends: " + path.toStdString() + " cannot be written\n"))
-            << result.err;
-    }
-}
-
-TEST_F(KelvoTour, whoseFirstPictureMeetsAFullDisk_endsWith1AndSaysSo) {
-    const Outcome result =
-        runInShell("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$1\" \"$2\"",
-                   {KELVO_PROGRAMS "kelvo-tour", pictures, KELVO_SAMPLES}, {{"QT_QPA_PLATFORM", "offscreen"}});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("/01-loading-0.png cannot be written\n"), std::string::npos) << result.err;
-    EXPECT_EQ(QDir(pictures).entryList(QDir::Files).size(), 1);
-}
-
 TEST_F(KelvoTour, thatHolds_namesEachPictureWhenItIsThere) {
     const char* const command = R"(mkfifo "$3" "$4"
         "$0" "$1" "$2" hold <"$3" >"$4" &
@@ -237,6 +216,23 @@ TEST_F(KelvoTour, thatHolds_namesEachPictureWhenItIsThere) {
     EXPECT_TRUE(result.out.starts_with("loading-")) << result.out;
     EXPECT_NE(result.out.find("\n01-loading-"), std::string::npos) << result.out;
 }
+
+/// A file of the tour, and whether its disk is full; otherwise there is a folder of its name.
+class UnwritableFile : public testing::TestWithParam<std::pair<const char*, bool>> {};
+
+TEST_P(UnwritableFile, endsTheTourWith1AndIsNamed) {
+    const auto& [name, isFull] = GetParam();
+    const QTemporaryDir dir;
+    const QString path = dir.filePath(name);
+    ASSERT_TRUE(isFull ? QFile::link("/dev/full", path) : QDir().mkpath(path));
+    const Outcome result = runProgram("kelvo-tour", {dir.path(), KELVO_SAMPLES}, {{"QT_QPA_PLATFORM", "offscreen"}});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.err.ends_with("The tour ends: " + path.toStdString() + " cannot be written\n")) << result.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(OfTheTour, UnwritableFile,
+                         testing::Values(std::pair("01-loading-0.png", true), std::pair("05-tables.png", false),
+                                         std::pair("transcript.txt", false), std::pair("transcript.txt", true)));
 
 }  // namespace
 }  // namespace kelvo::test
